@@ -1,0 +1,25 @@
+# Compiler and linker options that every target of the project takes: link to tolvanix_options.
+add_library(tolvanix_options INTERFACE)
+target_compile_options(tolvanix_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+
+if(TOLVANIX_SANITIZE)
+  # Instrumented everywhere, so that containers of one type agree between all objects.
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all
+    -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+elseif(TOLVANIX_FUZZ)
+  add_compile_options(-fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all)
+  add_link_options(-fsanitize=address,undefined)
+elseif(CMAKE_SYSTEM_NAME STREQUAL "Windows")
+  # No time stamp in the image: two builds of one commit give the same bytes.
+  add_link_options(-Wl,--no-insert-timestamp)
+else()
+  # A command-line tool is started thousands of times: bring the C++ runtime along instead of
+  # having the loader find and relocate it at every start.
+  target_link_options(tolvanix_options INTERFACE
+    -static-libstdc++ -static-libgcc -Wl,--as-needed -Wl,--gc-sections)
+  add_compile_options(-ffunction-sections -fdata-sections)
+endif()
+# Paths of the build machine stay out of the binaries.
+add_compile_options(-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.)

@@ -1,0 +1,59 @@
+#include "support/Files.h"
+
+#include <fstream>
+#include <random>
+#include <sstream>
+#include <stdexcept>
+
+namespace tolvanix::test {
+
+namespace fs = std::filesystem;
+
+TempDir::TempDir() {
+  std::random_device random;
+  do {
+    folder = fs::temp_directory_path() / ("tolvanix-" + std::to_string(random()));
+  } while (!fs::create_directory(folder));
+}
+
+TempDir::~TempDir() {
+  std::error_code ignored;
+  fs::remove_all(folder, ignored);
+}
+
+ScopedCurrentDirectory::ScopedCurrentDirectory(const fs::path& folder)
+    : before(fs::current_path()) {
+  fs::current_path(folder);
+}
+
+ScopedCurrentDirectory::~ScopedCurrentDirectory() {
+  std::error_code ignored;
+  fs::current_path(before, ignored);
+}
+
+void writeFile(const fs::path& file, std::string_view bytes) {
+  fs::create_directories(file.parent_path());
+  std::ofstream out(file, std::ios::binary | std::ios::trunc);
+  out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  out.close();
+  if (!out) throw std::runtime_error("cannot write " + file.string());
+}
+
+std::string readFile(const fs::path& file) {
+  std::ifstream in(file, std::ios::binary);
+  if (!in) throw std::runtime_error("cannot read " + file.string());
+  std::ostringstream bytes;
+  bytes << in.rdbuf();
+  return bytes.str();
+}
+
+std::string utf16File(std::u16string_view text) {
+  std::string bytes = "\xFF\xFE";
+  for (const char16_t unit : text) {
+    bytes += static_cast<char>(unit & 0xFF);
+    bytes += static_cast<char>(unit >> 8);
+  }
+  return bytes;
+}
+
+}  // namespace tolvanix::test

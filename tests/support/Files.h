@@ -1,0 +1,44 @@
+// Files and folders of a test.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace tolvanix::test {
+
+// A new folder below the system's temporary folder; it and all in it go with the object.
+class TempDir {
+ public:
+  TempDir();
+  TempDir(const TempDir&) = delete;
+  TempDir& operator=(const TempDir&) = delete;
+  ~TempDir();
+
+  const std::filesystem::path& path() const { return folder; }
+  std::filesystem::path operator/(std::string_view name) const { return folder / name; }
+
+ private:
+  std::filesystem::path folder;
+};
+
+// Makes a folder current until the end of the scope.
+class ScopedCurrentDirectory {
+ public:
+  explicit ScopedCurrentDirectory(const std::filesystem::path& folder);
+  ScopedCurrentDirectory(const ScopedCurrentDirectory&) = delete;
+  ScopedCurrentDirectory& operator=(const ScopedCurrentDirectory&) = delete;
+  ~ScopedCurrentDirectory();
+
+ private:
+  std::filesystem::path before;
+};
+
+// Bytes as they are; missing parent folders are made. Failures throw.
+void writeFile(const std::filesystem::path& file, std::string_view bytes);
+std::string readFile(const std::filesystem::path& file);
+
+// UTF-16LE bytes with a byte-order mark.
+std::string utf16File(std::u16string_view text);
+
+}  // namespace tolvanix::test

@@ -1,0 +1,88 @@
+#include <gtest/gtest.h>
+
+#include "text/Conversion.h"
+#include "text/SPString.h"
+#include "text/SPUString.h"
+
+namespace tolvanix {
+namespace {
+
+TEST(SPString, CompareMode_DecidesEqualityAndOrder) {
+  SPString upper("ABC");
+  const SPString lower("abc");
+  EXPECT_FALSE(upper == lower);
+  EXPECT_EQ(upper.compare(lower, kCaseSensitive), -1);
+  upper.setCompareMode(kCaseInsensitive);
+  EXPECT_TRUE(upper == lower);
+  EXPECT_GT(SPString("\xE9").compare(SPString("z"), kCaseSensitive), 0) << "units are unsigned";
+  EXPECT_LT(SPString("ab").compare(SPString("abc"), kCaseInsensitive), 0) << "a prefix is smaller";
+  EXPECT_NE(SPString("\xC9").compare(SPString("\xE9"), kCaseInsensitive), 0) << "A to Z alone fold";
+}
+
+TEST(SPString, Mode_GoesWithCopiesAndSubstringsOnly) {
+  SPString text(" AbC ");
+  text.setCompareMode(kCaseInsensitive);
+  EXPECT_EQ(SPString(text).getCompareMode(), kCaseInsensitive);
+  EXPECT_EQ(text.substr(1, 2).getCompareMode(), kCaseInsensitive);
+  EXPECT_EQ(text.trim().getCompareMode(), kCaseSensitive);
+  EXPECT_EQ((text + "x").getCompareMode(), kCaseSensitive);
+  text = std::string("other");
+  EXPECT_EQ(text.getCompareMode(), kCaseInsensitive) << "a base string brings text alone";
+  EXPECT_EQ(SPString("abcdef").substr(2), SPString("cdef"));
+  EXPECT_EQ(SPString("abc").substr(3), SPString(""));
+}
+
+TEST(SPString, Trim_TakesBlanksOnly) {
+  EXPECT_EQ(SPString("  a b  ").trim(), SPString("a b"));
+  EXPECT_EQ(SPString("   ").trim(), SPString(""));
+  EXPECT_EQ(SPString("\ta ").trim(), SPString("\ta"));
+  EXPECT_EQ(SPVersionString(SPString(" 6.1 ")), SPString("6.1"));
+}
+
+TEST(SPString, ToWide_NeedsRoomForTheZero) {
+  char16_t buffer[4] = {u'#', u'#', u'#', u'#'};
+  EXPECT_EQ(SPString("abcd").toWide(buffer, 4), nullptr);
+  EXPECT_EQ(buffer[0], u'#');
+  ASSERT_EQ(SPString("ab\xE9").toWide(buffer, 4), buffer);
+  EXPECT_EQ(std::u16string(buffer), u"ab\u00E9");
+}
+
+TEST(SPUString, Numbers_HaveAtLeastFourDigits) {
+  EXPECT_EQ(SPUString(0U), SPUString(u"0000"));
+  EXPECT_EQ(SPUString(26U), SPUString(u"001A"));
+  EXPECT_EQ(SPUString(0x12345U), SPUString(u"12345"));
+  EXPECT_EQ(SPUString(5, SPUString::Decimal{}), SPUString(u"0005"));
+  EXPECT_EQ(SPUString(-1, SPUString::Decimal{}), SPUString(u"-0001"));
+}
+
+TEST(Conversion, NarrowText_SurvivesTheWayThroughWideText) {
+  std::string bytes;
+  for (int i = 1; i < 256; ++i) bytes += static_cast<char>(i);
+  EXPECT_EQ(narrow(widen(bytes)), bytes);
+  EXPECT_EQ(narrow(u"a\u0100\uFFFF"), "a??");
+  EXPECT_EQ(SPString(SPUString(bytes).c_str()), SPString(bytes));
+}
+
+TEST(Conversion, ToXmlUtf8_IsAlwaysUtf8ThatXmlAllows) {
+  const struct {
+    std::u16string text;
+    std::string bytes;
+  } cases[] = {
+      {u"plain", "plain"},
+      {u"\u00E7\u00BD\u0091\u00E5\u008D\u00A1", "\xE7\xBD\x91\xE5\x8D\xA1"},  // UTF-8, widened
+      {u"\u7F51\u5361", "\xE7\xBD\x91\xE5\x8D\xA1"},                          // real wide text
+      {u"Intel\u00AE", "Intel\xC2\xAE"},                                      // an ANSI byte
+      {u"\u00E7\u00BD", "\xC3\xA7\xC2\xBD"},                                  // cut-off UTF-8
+      {u"\u00C0\u0080", "\xC3\x80\xC2\x80"},                                  // overlong
+      {u"\u00ED\u00A0\u0080", "\xC3\xAD\xC2\xA0\xC2\x80"},                    // a surrogate in UTF-8
+      {u"\U0001F600", "\xF0\x9F\x98\x80"},
+      {std::u16string{u'a', char16_t(0xD83D)}, "a\xEF\xBF\xBD"},
+      {std::u16string{char16_t(0xDE00), u'b'}, "\xEF\xBF\xBD" "b"},
+      {std::u16string{char16_t(1), u'\t', u'\n', char16_t(0xFFFE)},
+       "\xEF\xBF\xBD\t\n\xEF\xBF\xBD"},
+  };
+  for (const auto& c : cases) EXPECT_EQ(toXmlUtf8(c.text), c.bytes);
+}
+
+}  // namespace
+}  // namespace tolvanix
