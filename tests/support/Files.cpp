@@ -31,6 +31,10 @@ ScopedCurrentDirectory::~ScopedCurrentDirectory() {
   fs::current_path(before, ignored);
 }
 
+fs::path fixture(std::string_view name) {
+  return fs::path(TOLVANIX_FIXTURES) / name;
+}
+
 void writeFile(const fs::path& file, std::string_view bytes) {
   fs::create_directories(file.parent_path());
   std::ofstream out(file, std::ios::binary | std::ios::trunc);

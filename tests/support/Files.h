@@ -34,6 +34,9 @@ class ScopedCurrentDirectory {
   std::filesystem::path before;
 };
 
+// A file of tests/fixtures/.
+std::filesystem::path fixture(std::string_view name);
+
 // Bytes as they are; missing parent folders are made. Failures throw.
 void writeFile(const std::filesystem::path& file, std::string_view bytes);
 std::string readFile(const std::filesystem::path& file);

@@ -23,16 +23,15 @@ void Package::addCopy(std::string_view name, const fs::path& original) const {
   fs::copy_file(original, folder / name);
 }
 
-ProgramCall Package::call(std::vector<std::string> arguments) const {
-  return {.program = folder / kBuiltProgram.filename().string(),
-          .arguments = std::move(arguments)};
+ProgramCall Package::call(Arguments arguments) const {
+  return {.program = folder / kBuiltProgram.filename().string(), .arguments = std::move(arguments)};
 }
 
-ProgramResult Package::run(std::vector<std::string> arguments) const {
+ProgramResult Package::run(Arguments arguments) const {
   return runProgram(call(std::move(arguments)));
 }
 
-ProgramResult Package::run(std::vector<std::string> arguments, const Computer& computer) const {
+ProgramResult Package::run(Arguments arguments, const Computer& computer) const {
   ProgramCall onComputer = call(std::move(arguments));
   onComputer.environment = computer.environment();
   return runProgram(onComputer);

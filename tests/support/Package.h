@@ -12,6 +12,8 @@
 
 namespace tolvanix::test {
 
+using Arguments = std::vector<std::string>;
+
 class Package {
  public:
   Package();
@@ -26,10 +28,10 @@ class Package {
 
   // A run of the program in another folder than the package's, and on the computer where one is
   // given, else on this one.
-  ProgramResult run(std::vector<std::string> arguments) const;
-  ProgramResult run(std::vector<std::string> arguments, const Computer& computer) const;
+  ProgramResult run(Arguments arguments) const;
+  ProgramResult run(Arguments arguments, const Computer& computer) const;
   // The same, for the caller to change before it runs.
-  ProgramCall call(std::vector<std::string> arguments) const;
+  ProgramCall call(Arguments arguments) const;
 
  private:
   TempDir folder;

@@ -13,8 +13,9 @@ struct ProgramCall {
   std::filesystem::path program;
   std::vector<std::string> arguments;  // each arrives as it stands, whatever it holds
   std::filesystem::path currentDirectory = std::filesystem::current_path();
-  std::map<std::string, std::string> environment;  // beside what the test itself has
-  std::filesystem::path outputDevice;  // takes standard output in place of `ProgramResult::output`
+  std::map<std::string, std::string> environment{};  // beside what the test itself has
+  std::filesystem::path
+      outputDevice{};  // takes standard output in place of `ProgramResult::output`
   std::chrono::seconds timeLimit{30};
 };
 

@@ -45,7 +45,7 @@ std::string commandLine(const ProgramCall& call) {
 // A child inherits the variables of this process.
 class ScopedVariable {
  public:
-  ScopedVariable(const std::string& name, const std::string& value) : name(name) {
+  ScopedVariable(const std::string& variable, const std::string& value) : name(variable) {
     const DWORD size = GetEnvironmentVariableA(name.c_str(), nullptr, 0);
     if (size != 0) {
       before.emplace(size, '\0');
