@@ -5,8 +5,6 @@
 //   error TEXT    write the text to standard error
 //   sleep MS
 //   linger MS     start a copy that keeps standard output open for that long, and go on
-//   list DIR FILE write the names in a folder to that file
-//   copy SRC FILE write a file's text to that file (for files that only the process itself sees)
 //   raise N       send itself the signal
 //   exit N
 // Files are those beside the program. Without such a text it ends with 0 at once.
@@ -30,15 +28,6 @@ void record(const fs::path& file, int argc, char** argv) {
   std::ofstream out(file, std::ios::app | std::ios::binary);
   for (int i = 1; i < argc; ++i) out << argv[i] << '\n';
   out << fs::current_path().string() << '\n';
-}
-
-void list(const fs::path& folder, const fs::path& file) {
-  // Opened last, so that the list does not hold it.
-  std::ostringstream names;
-  for (const auto& entry : fs::directory_iterator(folder)) {
-    names << entry.path().filename().string() << '\n';
-  }
-  std::ofstream(file) << names.str();
 }
 
 void sleepFor(int milliseconds) {
@@ -65,7 +54,7 @@ int main(int argc, char** argv) {
     return 0;
   }
   const fs::path folder = fs::path(argv[0]).parent_path();
-  std::ifstream steps(std::string(argv[0]) + ".txt");
+  std::ifstream steps{std::string(argv[0]) + ".txt"};
   std::string line;
   while (std::getline(steps, line)) {
     std::istringstream words(line);
@@ -83,14 +72,6 @@ int main(int argc, char** argv) {
       sleepFor(std::stoi(value));
     } else if (step == "linger") {
       startLingeringCopy(argv[0], value);
-    } else if (step == "list" || step == "copy") {
-      std::string file;
-      words >> file;
-      if (step == "list") {
-        list(value, folder / file);
-      } else {
-        std::ofstream(folder / file) << std::ifstream(value).rdbuf();
-      }
     } else if (step == "raise") {
       std::raise(std::stoi(value));
     } else if (step == "exit") {

@@ -24,7 +24,7 @@ void findFile(std::string_view name, Program& program) {
   std::string path = fullNativePath(name);
   int error = lookForFile(path);
   const bool hasExtension = path.find('.', path.rfind('/') + 1) != std::string::npos;
-  if (error == ENOENT && !hasExtension) {
+  if (error != 0 && !hasExtension) {
     path += ".exe";
     error = lookForFile(path);
   }

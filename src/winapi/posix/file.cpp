@@ -67,7 +67,8 @@ bool matchesPattern(std::string_view pattern, std::string_view name) {
       if (!reached[at]) continue;
       switch (pattern[i]) {
         case '*': {
-          const std::size_t stop = rest == "." ? std::max(at, std::min(name.rfind('.'), end)) : end;
+          const std::size_t dot = rest == "." ? name.rfind('.') : std::string_view::npos;
+          const std::size_t stop = dot != std::string_view::npos && at <= dot ? dot : end;
           std::fill(next.begin() + static_cast<std::ptrdiff_t>(at),
                     next.begin() + static_cast<std::ptrdiff_t>(stop) + 1, true);
           break;
@@ -77,7 +78,7 @@ bool matchesPattern(std::string_view pattern, std::string_view name) {
           break;
         default:
           if (at == end) {
-            next[at] = pattern[i] == '.' && beforeWildcard;
+            if (pattern[i] == '.' && beforeWildcard) next[at] = true;
           } else if (upperCase(name[at]) == upperCase(pattern[i])) {
             next[at + 1] = true;
           }

@@ -2,8 +2,8 @@
 #include <poll.h>
 #include <spawn.h>
 #include <sys/ioctl.h>
-#include <sys/pidfd.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -109,7 +109,8 @@ class Thread : public KernelObject {};
 class Process : public KernelObject {
  public:
   // Without a descriptor (kernels before 5.3, some sandboxes) the wait looks now and then.
-  explicit Process(pid_t child) : pid(child), descriptor(pidfd_open(child, 0)) {}
+  explicit Process(pid_t child)
+      : pid(child), descriptor(static_cast<int>(syscall(SYS_pidfd_open, child, 0))) {}
   Process(const Process&) = delete;
   Process& operator=(const Process&) = delete;
   // Also takes the end of the child off the system's books.
