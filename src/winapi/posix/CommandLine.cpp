@@ -7,7 +7,7 @@
 
 #include "winapi/posix/Paths.h"
 
-namespace tolvanix {
+namespace tolvanix::winapi {
 namespace {
 
 constexpr std::string_view kBlanks = " \t";
@@ -95,4 +95,4 @@ std::vector<std::string> splitArguments(std::string_view arguments) {
   return split;
 }
 
-}  // namespace tolvanix
+}  // namespace tolvanix::winapi

@@ -7,7 +7,7 @@
 
 #include "winapi/winapi.h"
 
-namespace tolvanix {
+namespace tolvanix::winapi {
 
 struct Program {
   std::string nativePath;       // absolute; empty when there is none
@@ -24,4 +24,4 @@ Program findProgram(std::string_view commandLine);
 // (learn.microsoft.com/cpp/c-language/parsing-c-command-line-arguments).
 std::vector<std::string> splitArguments(std::string_view arguments);
 
-}  // namespace tolvanix
+}  // namespace tolvanix::winapi

@@ -21,15 +21,14 @@
 #include <vector>
 
 #include "winapi/posix/CommandLine.h"
-#include "winapi/posix/Handles.h"
+#include "winapi/posix/HandleTable.h"
 #include "winapi/posix/Paths.h"
 #include "winapi/winapi.h"
 
 namespace {
 
 using std::chrono::milliseconds;
-using tolvanix::handleObject;
-using tolvanix::openHandle;
+using tolvanix::winapi::pathError;
 using Clock = std::chrono::steady_clock;
 
 constexpr int kStandardStreams = 3;
@@ -53,7 +52,7 @@ DWORD errnoError(int error) {
     case EBADF:
       return ERROR_ACCESS_DENIED;  // open, but not in this direction
     default:
-      return tolvanix::pathError(error, ".");
+      return pathError(error, ".");
   }
 }
 
@@ -94,7 +93,31 @@ class Descriptor {
 };
 
 // What CloseHandle closes.
-class KernelObject : public tolvanix::HandleObject {};
+class KernelObject {
+ public:
+  KernelObject() = default;
+  KernelObject(const KernelObject&) = delete;
+  KernelObject& operator=(const KernelObject&) = delete;
+  virtual ~KernelObject() = default;
+};
+
+tolvanix::winapi::HandleTable<std::unique_ptr<KernelObject>, 0x4F>& kernelObjects() {
+  static tolvanix::winapi::HandleTable<std::unique_ptr<KernelObject>, 0x4F> table;
+  return table;
+}
+
+HANDLE openHandle(std::unique_ptr<KernelObject> object) {
+  return kernelObjects().open(std::move(object));
+}
+
+// Null, with ERROR_INVALID_HANDLE, when the handle stands for no object of that kind.
+template <typename Kind>
+Kind* handleObject(HANDLE handle) {
+  const std::unique_ptr<KernelObject>* const object = kernelObjects().find(handle);
+  auto* const found = object != nullptr ? dynamic_cast<Kind*>(object->get()) : nullptr;
+  if (found == nullptr) SetLastError(ERROR_INVALID_HANDLE);
+  return found;
+}
 
 class Stream : public KernelObject {
  public:
@@ -111,8 +134,6 @@ class Process : public KernelObject {
   // Without a descriptor (kernels before 5.3, some sandboxes) the wait looks now and then.
   explicit Process(pid_t child)
       : pid(child), descriptor(static_cast<int>(syscall(SYS_pidfd_open, child, 0))) {}
-  Process(const Process&) = delete;
-  Process& operator=(const Process&) = delete;
   // Also takes the end of the child off the system's books.
   ~Process() override { hasEnded(); }
 
@@ -219,8 +240,7 @@ class SpawnSetup {
   // By way of a copy above the standard streams, so that no two of them get into each other's way.
   void setStream(int fd) {
     const auto index = static_cast<std::size_t>(fd);
-    const auto* const stream =
-        dynamic_cast<Stream*>(tolvanix::findHandleObject(standardHandles()[index]));
+    const auto* const stream = handleObject<Stream>(standardHandles()[index]);
     if (stream != nullptr && stream->inherits) {
       copies.push_back(stream->descriptor.duplicate());
       posix_spawn_file_actions_adddup2(&actions, copies.back().get(), fd);
@@ -240,7 +260,7 @@ DWORD spawnError(int error, const std::string& program) {
     case ELIBBAD:
       return ERROR_BAD_EXE_FORMAT;
     default:
-      return tolvanix::pathError(error, program);
+      return pathError(error, program);
   }
 }
 
@@ -334,9 +354,7 @@ BOOL PeekNamedPipe(HANDLE pipe, void* buffer, DWORD /*size*/, DWORD* bytesRead,
 }
 
 BOOL CloseHandle(HANDLE handle) {
-  if (handleObject<KernelObject>(handle) == nullptr) return FALSE;
-  tolvanix::destroyHandle(handle);
-  return TRUE;
+  return kernelObjects().close(handle) ? TRUE : fail(ERROR_INVALID_HANDLE);
 }
 
 BOOL CreateProcessA(const char* applicationName, char* commandLine,
@@ -349,18 +367,18 @@ BOOL CreateProcessA(const char* applicationName, char* commandLine,
     return fail(ERROR_NOT_SUPPORTED);
   }
   if (commandLine == nullptr) return fail(ERROR_INVALID_PARAMETER);
-  const tolvanix::Program program = tolvanix::findProgram(commandLine);
+  const tolvanix::winapi::Program program = tolvanix::winapi::findProgram(commandLine);
   if (program.nativePath.empty()) return fail(program.error);
 
   const std::string directory =
-      tolvanix::fullNativePath(currentDirectory != nullptr ? currentDirectory : ".");
+      tolvanix::winapi::fullNativePath(currentDirectory != nullptr ? currentDirectory : ".");
   struct stat status {};
   const bool isDirectory = stat(directory.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
   if (!isDirectory || (currentDirectory != nullptr && *currentDirectory == '\0')) {
     return fail(ERROR_DIRECTORY);
   }
 
-  std::vector<std::string> arguments = tolvanix::splitArguments(program.arguments);
+  std::vector<std::string> arguments = tolvanix::winapi::splitArguments(program.arguments);
   arguments.insert(arguments.begin(), program.nativePath);
   pid_t pid = 0;
   const int error = SpawnSetup(directory).start(program.nativePath, std::move(arguments), pid);
