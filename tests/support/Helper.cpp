@@ -8,8 +8,9 @@ namespace fs = std::filesystem;
 
 void placeHelper(const fs::path& program, std::string_view steps) {
   fs::create_directories(program.parent_path());
-  fs::copy_file(TEST_HELPER_PROGRAM, program, fs::copy_options::overwrite_existing);
-  writeFile(fs::path(program) += ".txt", steps);
+  fs::remove(program);  // the option to overwrite does not work everywhere
+  fs::copy_file(TEST_HELPER_PROGRAM, program);
+  writeFile(fs::path(program).replace_extension(".txt"), steps);
 }
 
 }  // namespace tolvanix::test

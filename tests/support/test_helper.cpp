@@ -1,5 +1,5 @@
-// A helper program for tests. What it does stands in a text file beside it, its own name with
-// ".txt" at the end; the steps, one a line, in order:
+// A helper program for tests. What it does stands in a text file beside it, of its own name but
+// with ".txt"; the steps, one a line, in order:
 //   record FILE   append the arguments, one a line each, and the working folder, to that file
 //   print N       write N bytes to standard output
 //   error TEXT    write the text to standard error
@@ -53,8 +53,10 @@ int main(int argc, char** argv) {
     sleepFor(std::atoi(argv[2]));
     return 0;
   }
-  const fs::path folder = fs::path(argv[0]).parent_path();
-  std::ifstream steps{std::string(argv[0]) + ".txt"};
+  fs::path stepsFile = argv[0];
+  stepsFile.replace_extension(".txt");
+  const fs::path folder = stepsFile.parent_path();
+  std::ifstream steps(stepsFile);
   std::string line;
   while (std::getline(steps, line)) {
     std::istringstream words(line);
