@@ -325,6 +325,11 @@ LANGID GetSystemDefaultLangID();
 
 inline const HKEY HKEY_LOCAL_MACHINE = reinterpret_cast<HKEY>(static_cast<ULONG_PTR>(0x80000002));
 constexpr REGSAM KEY_QUERY_VALUE = 0x0001;
+constexpr DWORD REG_SZ = 1;
+constexpr DWORD REG_EXPAND_SZ = 2;
+constexpr DWORD REG_BINARY = 3;
+constexpr DWORD REG_DWORD = 4;
+constexpr DWORD REG_MULTI_SZ = 7;
 
 LSTATUS RegOpenKeyExA(HKEY key, const char* subKey, DWORD options, REGSAM access, HKEY* result);
 LSTATUS RegQueryValueExA(HKEY key, const char* valueName, DWORD* reserved, DWORD* type, BYTE* data,
@@ -348,6 +353,7 @@ constexpr DWORD SPDRP_DRIVER = 0x0009;
 constexpr DWORD SPDRP_FRIENDLYNAME = 0x000C;
 constexpr DWORD SPDRP_LOCATION_INFORMATION = 0x000D;
 constexpr DWORD SPDIT_COMPATDRIVER = 0x0002;
+constexpr DWORD ERROR_INVALID_MACHINENAME = 0xE0000220;
 
 HDEVINFO SetupDiGetClassDevsA(const GUID* classGuid, const char* enumerator, HWND parent,
                               DWORD flags);

@@ -1,0 +1,45 @@
+// A whole document: the computer, its operating system, its devices, findings and a status.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "inventory/SPXMLDevice.h"
+#include "inventory/SPXMLOSInfo.h"
+#include "text/SPString.h"
+#include "text/SPUString.h"
+#include "xml/SPXMLAttribute.h"
+#include "xml/SPXMLGenerator.h"
+#include "xml/SPXMLStatus.h"
+#include "xml/SPXMLValidation.h"
+
+namespace tolvanix {
+
+class SPXMLData : public SPXMLGenerator {
+ public:
+  // Measure the operating system: may throw SPException (SPOSInfo). A system ID that is not
+  // positive as a signed number, such as 0xFFFFFFFF, gives a document without a System element.
+  SPXMLData(const SPString& root, const SPString& language, std::uint32_t system);
+  explicit SPXMLData(const SPUString& text) { SPXMLData::parseXML(text); }
+
+  void addDevice(const SPXMLDevice& device) { devices.push_back(device); }
+  const std::vector<SPXMLDevice>& getDevices() const { return devices; }
+
+  // May throw, too: the operating system is measured again.
+  SPUString generateXML() const override;
+  void parseXML(const SPUString& text) override;
+
+ private:
+  SPUString systemElement() const;
+
+  SPUString rootName;
+  SPXMLAttribute lang{"lang"};
+  SPUString systemID;  // hexadecimal
+  SPUString systemModel;
+  SPXMLStatus status;
+  SPXMLOSInfo osInfo;
+  std::vector<SPXMLDevice> devices;
+  std::vector<SPXMLValidation> validations;  // of a document without devices
+};
+
+}  // namespace tolvanix

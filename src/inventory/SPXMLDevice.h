@@ -1,0 +1,59 @@
+// One device of a document: its PCI identifiers, its place on the bus and its components.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "inventory/SPXMLApplication.h"
+#include "text/SPString.h"
+#include "text/SPUString.h"
+#include "xml/SPXMLAttribute.h"
+#include "xml/SPXMLGenerator.h"
+#include "xml/SPXMLStatus.h"
+#include "xml/SPXMLValidation.h"
+
+namespace tolvanix {
+
+class SPXMLDevice : public SPXMLGenerator {
+ public:
+  SPXMLDevice(const SPString& name, std::uint32_t vendor, std::uint32_t subVendor,
+              std::uint32_t deviceNumber, std::uint32_t subDevice, std::uint32_t busNumber,
+              std::uint32_t slotNumber, std::uint32_t functionNumber);
+  explicit SPXMLDevice(const SPUString& text) { SPXMLDevice::parseXML(text); }
+
+  void addApplication(const SPXMLApplication& application) { applications.push_back(application); }
+
+  // -1 where the attribute holds no number.
+  std::int32_t getVendorID() const;
+  std::int32_t getDeviceID() const;
+  std::int32_t getSubVendorID() const;
+  std::int32_t getSubDeviceID() const;
+  std::int32_t getBus() const;
+  std::int32_t getDevice() const;
+  std::int32_t getFunction() const;
+  const SPUString& getDisplay() const { return display.getValue(); }
+  const std::vector<SPXMLApplication>& getApplications() const { return applications; }
+
+  SPUString generateXML() const override;
+  void parseXML(const SPUString& text) override;
+
+ private:
+  std::vector<SPXMLAttribute> writtenAttributes() const;
+
+  SPUString elementName{u"Device"};
+  SPXMLAttribute vendorID{"vendorID"};  // the four identifiers: hexadecimal
+  SPXMLAttribute deviceID{"deviceID"};
+  SPXMLAttribute subVendorID{"subVendorID"};
+  SPXMLAttribute subDeviceID{"subDeviceID"};
+  SPXMLAttribute componentID{"componentID"};
+  SPXMLAttribute display{"display"};
+  SPXMLAttribute enumerator{"enum"};
+  SPXMLAttribute bus{"bus"};  // the place: decimal
+  SPXMLAttribute device{"device"};
+  SPXMLAttribute function{"function"};
+  SPXMLStatus status;
+  std::vector<SPXMLApplication> applications;
+  std::vector<SPXMLValidation> validations;
+};
+
+}  // namespace tolvanix

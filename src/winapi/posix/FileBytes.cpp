@@ -1,0 +1,47 @@
+#include "winapi/posix/FileBytes.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+namespace tolvanix::winapi {
+
+FileDescriptor::~FileDescriptor() {
+  if (descriptor >= 0) close(descriptor);
+}
+
+std::optional<std::string> readWholeFile(const char* path) {
+  const FileDescriptor file(open(path, O_RDONLY | O_CLOEXEC));
+  struct stat status {};
+  if (file.get() < 0 || fstat(file.get(), &status) != 0) return std::nullopt;
+  if (!S_ISREG(status.st_mode) && !S_ISFIFO(status.st_mode)) {
+    errno = EINVAL;
+    return std::nullopt;
+  }
+  // One byte more than the file holds, so that its end is met without growing.
+  std::string bytes(static_cast<std::size_t>(status.st_size) + 1, '\0');
+  std::size_t filled = 0;
+  for (;;) {
+    if (filled == bytes.size()) bytes.resize(bytes.size() * 2 + 4096);
+    const ssize_t count = read(file.get(), bytes.data() + filled, bytes.size() - filled);
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) return std::nullopt;
+    if (count == 0) break;
+    filled += static_cast<std::size_t>(count);
+  }
+  bytes.resize(filled);
+  return bytes;
+}
+
+std::optional<std::string_view> readSmallFile(int folder, const char* path, char* buffer,
+                                              std::size_t size) {
+  const FileDescriptor file(openat(folder, path, O_RDONLY | O_CLOEXEC));
+  if (file.get() < 0) return std::nullopt;
+  const ssize_t count = read(file.get(), buffer, size);
+  if (count < 0) return std::nullopt;
+  return std::string_view(buffer, static_cast<std::size_t>(count));
+}
+
+}  // namespace tolvanix::winapi

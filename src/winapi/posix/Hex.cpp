@@ -1,0 +1,29 @@
+#include "winapi/posix/Hex.h"
+
+namespace tolvanix::winapi {
+
+int hexDigit(char c) {
+  if (c >= '0' && c <= '9') return c - '0';
+  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+  return -1;
+}
+
+std::optional<std::uint32_t> readHex(std::string_view digits) {
+  if (digits.empty() || digits.size() > 8) return std::nullopt;
+  std::uint32_t number = 0;
+  for (const char c : digits) {
+    const int digit = hexDigit(c);
+    if (digit < 0) return std::nullopt;
+    number = number * 16 + static_cast<std::uint32_t>(digit);
+  }
+  return number;
+}
+
+void appendHex(std::string& text, std::uint32_t number, int width) {
+  int shift = 28;
+  while (shift / 4 >= width && number >> shift == 0) shift -= 4;
+  for (; shift >= 0; shift -= 4) text += "0123456789ABCDEF"[number >> shift & 0xF];
+}
+
+}  // namespace tolvanix::winapi

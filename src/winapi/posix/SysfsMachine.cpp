@@ -1,0 +1,343 @@
+#include "winapi/posix/SysfsMachine.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/utsname.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <utility>
+
+#include "winapi/posix/Hex.h"
+
+namespace tolvanix::winapi {
+namespace {
+
+constexpr char kDevicesFolder[] = "bus/pci/devices";
+// The driver keys made for these devices: the driver's name below this class.
+constexpr std::string_view kDriverClass = "pci\\";
+// Attribute files are at most one page.
+constexpr std::size_t kAttributeSize = 4096;
+
+struct DirectoryCloser {
+  void operator()(DIR* folder) const { closedir(folder); }
+};
+
+std::string_view firstLine(std::string_view text) {
+  return text.substr(0, text.find('\n'));
+}
+
+std::optional<std::string_view> readAttribute(int folder, const char* device, const char* name,
+                                              char* buffer) {
+  char path[300];
+  std::snprintf(path, sizeof path, "%s/%s", device, name);
+  const auto text = readSmallFile(folder, path, buffer, kAttributeSize);
+  return text ? std::optional(firstLine(*text)) : std::nullopt;
+}
+
+// "0x8086"
+std::optional<std::uint32_t> readNumberAttribute(int folder, const char* device, const char* name) {
+  char buffer[kAttributeSize];
+  const auto text = readAttribute(folder, device, name, buffer);
+  if (!text || !text->starts_with("0x")) return std::nullopt;
+  return readHex(text->substr(2));
+}
+
+// What a function is, as far as its files tell.
+struct Identity {
+  std::optional<std::uint32_t> vendor;
+  std::optional<std::uint32_t> device;
+  std::optional<std::uint32_t> subVendor;
+  std::optional<std::uint32_t> subDevice;
+  std::optional<std::uint32_t> classCode;
+  std::string driver;
+
+  bool complete() const { return vendor && device && subVendor && subDevice && classCode; }
+};
+
+// "8086:0D57"
+void readIdPair(std::string_view text, std::optional<std::uint32_t>& first,
+                std::optional<std::uint32_t>& second) {
+  const std::size_t colon = text.find(':');
+  if (colon == std::string_view::npos) return;
+  first = readHex(text.substr(0, colon));
+  second = readHex(text.substr(colon + 1));
+}
+
+// One read gives all but the revision; lines are NAME=value.
+Identity identityFromUevent(std::string_view text) {
+  Identity identity;
+  while (!text.empty()) {
+    const std::string_view line = firstLine(text);
+    text.remove_prefix(std::min(line.size() + 1, text.size()));
+    const std::size_t equals = line.find('=');
+    if (equals == std::string_view::npos) continue;
+    const std::string_view name = line.substr(0, equals);
+    const std::string_view value = line.substr(equals + 1);
+    if (name == "PCI_CLASS") identity.classCode = readHex(value);
+    if (name == "PCI_ID") readIdPair(value, identity.vendor, identity.device);
+    if (name == "PCI_SUBSYS_ID") readIdPair(value, identity.subVendor, identity.subDevice);
+    if (name == "DRIVER") identity.driver = value;
+  }
+  return identity;
+}
+
+// "pci:v00008086d000029C0sv00001AF4sd00001100bc06sc00i00": fields of fixed widths.
+void completeFromModalias(Identity& identity, std::string_view text) {
+  if (!text.starts_with("pci:v") || text.size() < 54) return;
+  const auto fill = [text](std::optional<std::uint32_t>& number, std::size_t at) {
+    if (!number) number = readHex(text.substr(at, 8));
+  };
+  fill(identity.vendor, 5);
+  fill(identity.device, 14);
+  fill(identity.subVendor, 24);
+  fill(identity.subDevice, 34);
+  const auto base = readHex(text.substr(44, 2));
+  const auto sub = readHex(text.substr(48, 2));
+  const auto interface = readHex(text.substr(51, 2));
+  if (!identity.classCode && base && sub && interface) {
+    identity.classCode = *base << 16 | *sub << 8 | *interface;
+  }
+}
+
+// Snapshots of a tree may lack `uevent`, which is a file of actions, and others.
+void completeFromFiles(Identity& identity, int folder, const char* device) {
+  const auto fill = [folder, device](std::optional<std::uint32_t>& number, const char* name) {
+    if (!number) number = readNumberAttribute(folder, device, name);
+  };
+  fill(identity.vendor, "vendor");
+  fill(identity.device, "device");
+  fill(identity.subVendor, "subsystem_vendor");
+  fill(identity.subDevice, "subsystem_device");
+  fill(identity.classCode, "class");
+  if (identity.complete()) return;
+  char buffer[kAttributeSize];
+  const auto modalias = readAttribute(folder, device, "modalias", buffer);
+  if (modalias) completeFromModalias(identity, *modalias);
+}
+
+// The last name that the link of a device to its driver holds.
+std::string driverFromLink(int folder, const char* device) {
+  char path[300];
+  std::snprintf(path, sizeof path, "%s/driver", device);
+  char buffer[kAttributeSize];
+  const ssize_t size = readlinkat(folder, path, buffer, sizeof buffer);
+  if (size <= 0) return {};
+  const std::string_view target(buffer, static_cast<std::size_t>(size));
+  return std::string(target.substr(target.rfind('/') + 1));
+}
+
+struct KernelRelease {
+  std::string text;
+  DWORD major = 0;
+  DWORD minor = 0;
+};
+
+KernelRelease kernelRelease() {
+  utsname names{};
+  KernelRelease release;
+  if (uname(&names) != 0) return release;
+  release.text = names.release;
+  unsigned majorNumber = 0;
+  unsigned minorNumber = 0;
+  if (std::sscanf(names.release, "%u.%u", &majorNumber, &minorNumber) == 2) {
+    release.major = majorNumber;
+    release.minor = minorNumber;
+  }
+  return release;
+}
+
+}  // namespace
+
+SysfsMachine::SysfsMachine(const std::string& rootFolder, bool isRunning)
+    : root(rootFolder),
+      running(isRunning),
+      tree(open(rootFolder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC)),
+      drivers(1) {
+  scan();
+}
+
+// "0000:00:1f.3"; only names as the kernel writes them are addresses.
+std::optional<SysfsMachine::Address> SysfsMachine::parseAddress(std::string_view name) {
+  if (name.size() < 12) return std::nullopt;
+  const std::size_t domainSize = name.size() - 8;
+  const std::string_view rest = name.substr(domainSize);
+  if (rest[0] != ':' || rest[3] != ':' || rest[6] != '.') return std::nullopt;
+  const auto domain = readHex(name.substr(0, domainSize));
+  const auto bus = readHex(rest.substr(1, 2));
+  const auto device = readHex(rest.substr(4, 2));
+  const auto function = readHex(rest.substr(7, 1));
+  if (!domain || !bus || !device || !function) return std::nullopt;
+  return Address{*domain, static_cast<std::uint8_t>(*bus), static_cast<std::uint8_t>(*device),
+                 static_cast<std::uint8_t>(*function)};
+}
+
+void SysfsMachine::scan() {
+  const int devices =
+      tree.get() < 0 ? -1 : openat(tree.get(), kDevicesFolder, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  const std::unique_ptr<DIR, DirectoryCloser> folder(devices < 0 ? nullptr : fdopendir(devices));
+  if (folder == nullptr) {
+    reportMachine(root + '/' + kDevicesFolder, 0, std::strerror(errno));
+    if (devices >= 0) close(devices);
+    return;
+  }
+  while (const dirent* const entry = readdir(folder.get())) {
+    const std::optional<Address> address = parseAddress(entry->d_name);
+    if (!address) continue;
+    std::optional<Function> function = readFunction(devices, entry->d_name);
+    if (!function) continue;
+    function->address = *address;
+    functions.push_back(*function);
+  }
+  std::sort(functions.begin(), functions.end(), [](const Function& left, const Function& right) {
+    return left.address < right.address;
+  });
+}
+
+// None when the function is gone, or its files do not even tell its vendor and device.
+std::optional<SysfsMachine::Function> SysfsMachine::readFunction(int devices, const char* name) {
+  char path[300];
+  std::snprintf(path, sizeof path, "%s/uevent", name);
+  char buffer[kAttributeSize];
+  const auto uevent = readSmallFile(devices, path, buffer, sizeof buffer);
+  Identity identity;
+  if (uevent) identity = identityFromUevent(*uevent);
+  if (!identity.complete()) completeFromFiles(identity, devices, name);
+  if (!identity.vendor || !identity.device) return std::nullopt;
+  if (!uevent) identity.driver = driverFromLink(devices, name);
+
+  Function function;
+  function.vendor = static_cast<std::uint16_t>(*identity.vendor);
+  function.device = static_cast<std::uint16_t>(*identity.device);
+  function.subVendor = static_cast<std::uint16_t>(identity.subVendor.value_or(0));
+  function.subDevice = static_cast<std::uint16_t>(identity.subDevice.value_or(0));
+  function.classCode = identity.classCode.value_or(0) & 0xFFFFFF;
+  function.revision =
+      static_cast<std::uint8_t>(readNumberAttribute(devices, name, "revision").value_or(0));
+  function.driver = driverIndex(devices, name, identity.driver);
+  return function;
+}
+
+std::uint32_t SysfsMachine::driverIndex(int devices, const char* function, std::string_view name) {
+  if (name.empty()) return 0;
+  const auto [entry, added] =
+      driverIndexes.try_emplace(fold(name), static_cast<std::uint32_t>(drivers.size()));
+  if (added) {
+    const std::string text(name);
+    drivers.push_back({text, driverVersion(devices, function, text)});
+  }
+  return entry->second;
+}
+
+// The version of the driver's module, which a built-in driver often has under its own name, with
+// '_' for '-' as in all module names.
+std::string SysfsMachine::driverVersion(int devices, const char* function,
+                                        const std::string& name) const {
+  char buffer[kAttributeSize];
+  auto version = readAttribute(devices, function, "driver/module/version", buffer);
+  if (!version) {
+    std::string module = name;
+    std::replace(module.begin(), module.end(), '-', '_');
+    version = readAttribute(tree.get(), "module", (module + "/version").c_str(), buffer);
+  }
+  if (version) return std::string(*version);
+  return running ? kernelRelease().text : std::string();
+}
+
+std::optional<RegistryValue> SysfsMachine::deviceProperty(std::size_t device,
+                                                          DWORD property) const {
+  const Function& function = functions[device];
+  switch (property) {
+    case SPDRP_HARDWAREID:
+      return RegistryValue{REG_MULTI_SZ, hardwareIds(function)};
+    case SPDRP_DEVICEDESC:
+      return textValue(description(function));
+    case SPDRP_LOCATION_INFORMATION:
+      return textValue(location(function));
+    case SPDRP_DRIVER:
+      if (function.driver == 0) return std::nullopt;
+      return textValue(std::string(kDriverClass).append(drivers[function.driver].name));
+    default:
+      return std::nullopt;
+  }
+}
+
+std::string SysfsMachine::hardwareIds(const Function& function) const {
+  std::string model = "PCI\\VEN_";
+  appendHex(model, function.vendor, 4);
+  model += "&DEV_";
+  appendHex(model, function.device, 4);
+  std::string ids;
+  ids.reserve(160);
+  for (const bool withRevision : {true, false}) {
+    ids.append(model).append("&SUBSYS_");
+    appendHex(ids, function.subDevice, 4);
+    appendHex(ids, function.subVendor, 4);
+    if (withRevision) {
+      ids += "&REV_";
+      appendHex(ids, function.revision, 2);
+    }
+    ids += '\0';
+  }
+  ids.append(model).append("&CC_");
+  appendHex(ids, function.classCode, 6);
+  ids += '\0';
+  ids.append(model).append("&CC_");
+  appendHex(ids, function.classCode >> 8, 4);
+  ids.append(2, '\0');
+  return ids;
+}
+
+std::string SysfsMachine::location(const Function& function) {
+  const Address& address = function.address;
+  const std::uint64_t bus = static_cast<std::uint64_t>(address.domain) * 256 + address.bus;
+  std::string text = "PCI bus ";
+  text += std::to_string(bus);
+  text += ", device ";
+  text += std::to_string(address.device);
+  text += ", function ";
+  text += std::to_string(address.function);
+  return text;
+}
+
+std::string SysfsMachine::description(const Function& function) const {
+  if (!names) names = PciIds::ofSystem();
+  const std::string_view name =
+      names->name(function.vendor, function.device, function.subVendor, function.subDevice);
+  return std::string(name.empty() ? "PCI Device" : name);
+}
+
+// The driver whose class key this is; null for any other path.
+const SysfsMachine::Driver* SysfsMachine::driverOfKey(std::string_view path) const {
+  const std::string folded = fold(path);
+  std::string_view name = folded;
+  for (const std::string_view part : {kClassKeys, kDriverClass}) {
+    if (!name.starts_with(part)) return nullptr;
+    name.remove_prefix(part.size());
+  }
+  const auto entry = driverIndexes.find(std::string(name));
+  return entry == driverIndexes.end() ? nullptr : &drivers[entry->second];
+}
+
+bool SysfsMachine::hasKey(std::string_view path) const {
+  return driverOfKey(path) != nullptr || fold(path) == kVersionKey;
+}
+
+std::optional<RegistryValue> SysfsMachine::value(std::string_view path,
+                                                 std::string_view name) const {
+  const std::string wanted = fold(name);
+  if (const Driver* const driver = driverOfKey(path)) {
+    if (wanted != "driverversion" || driver->version.empty()) return std::nullopt;
+    return textValue(driver->version);
+  }
+  if (fold(path) != kVersionKey) return std::nullopt;
+  if (wanted == "currentmajorversionnumber") return numberValue(kernelRelease().major);
+  if (wanted == "currentminorversionnumber") return numberValue(kernelRelease().minor);
+  return std::nullopt;
+}
+
+}  // namespace tolvanix::winapi

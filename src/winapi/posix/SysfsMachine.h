@@ -1,0 +1,71 @@
+// The computer that a Linux sysfs tree describes (kernel.org/doc/Documentation/ABI/testing/
+// sysfs-bus-pci), with the identifiers and texts that Windows would give its PCI functions.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "winapi/posix/FileBytes.h"
+#include "winapi/posix/Machine.h"
+#include "winapi/posix/PciIds.h"
+
+namespace tolvanix::winapi {
+
+class SysfsMachine : public Machine {
+ public:
+  // Scans `root`, which stands in place of /sys. A tree without PCI devices folder is reported and
+  // leaves the computer without devices. `running`: the tree is that of the kernel that runs, whose
+  // release is the version of a driver without its own.
+  SysfsMachine(const std::string& root, bool running);
+
+  std::size_t deviceCount() const override { return functions.size(); }
+  std::optional<RegistryValue> deviceProperty(std::size_t device, DWORD property) const override;
+  bool hasKey(std::string_view path) const override;
+  std::optional<RegistryValue> value(std::string_view path, std::string_view name) const override;
+
+ private:
+  struct Address {
+    std::uint32_t domain = 0;
+    std::uint8_t bus = 0;
+    std::uint8_t device = 0;
+    std::uint8_t function = 0;
+    auto operator<=>(const Address&) const = default;
+  };
+  struct Function {
+    Address address;
+    std::uint8_t revision = 0;
+    std::uint16_t vendor = 0;
+    std::uint16_t device = 0;
+    std::uint16_t subVendor = 0;
+    std::uint16_t subDevice = 0;
+    std::uint32_t classCode = 0;
+    std::uint32_t driver = 0;  // index in `drivers`; the first one means none
+  };
+  struct Driver {
+    std::string name;
+    std::string version;  // empty for none
+  };
+
+  static std::optional<Address> parseAddress(std::string_view name);
+  void scan();
+  std::optional<Function> readFunction(int devices, const char* name);
+  std::uint32_t driverIndex(int devices, const char* function, std::string_view name);
+  std::string driverVersion(int devices, const char* function, const std::string& name) const;
+  const Driver* driverOfKey(std::string_view path) const;
+  std::string hardwareIds(const Function& function) const;
+  static std::string location(const Function& function);
+  std::string description(const Function& function) const;
+
+  std::string root;
+  bool running;
+  FileDescriptor tree;
+  std::vector<Function> functions;
+  std::vector<Driver> drivers;
+  std::unordered_map<std::string, std::uint32_t> driverIndexes;
+  mutable std::optional<PciIds> names;  // read when the first name is asked for
+};
+
+}  // namespace tolvanix::winapi

@@ -1,0 +1,21 @@
+// The outcome of an operation, in a document.
+#pragma once
+
+#include "xml/SPXMLResult.h"
+
+namespace tolvanix {
+
+class SPXMLStatus : public SPXMLResult {
+ public:
+  SPXMLStatus() = default;
+  explicit SPXMLStatus(const SPUString& text) { SPXMLStatus::parseXML(text); }
+
+  // Empty, messages or not, when there is no result.
+  SPUString generateXML() const override;
+  void parseXML(const SPUString& text) override;
+
+ private:
+  SPUString elementName{u"SPStatus"};
+};
+
+}  // namespace tolvanix

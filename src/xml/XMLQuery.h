@@ -1,0 +1,52 @@
+// The searches that every query of a document is made of, on views: a found part is a view into the
+// searched text. SPXMLObject says what each answers; nothing here copies.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string_view>
+
+namespace tolvanix::xmlquery {
+
+using View = std::u16string_view;
+
+// Where one element stands in the searched text.
+struct Element {
+  View whole;        // with both tags
+  View inner;        // between the tags; empty for a self-closing element
+  std::size_t next;  // where the search for a further element goes on
+};
+
+View elementName(View text);
+
+// The first start tag of that name at or after `start`, with its ">" (to the end of the text when
+// there is none); empty when there is none.
+View startTag(View text, View name, std::size_t start);
+
+// Just past that element: past the first closing tag at or after `start`, even one that stands
+// before the start tag.
+std::optional<std::size_t> elementEnd(View text, View name, std::size_t start);
+
+// The first element of that name at or after `start`; none when its closing tag is missing, too.
+std::optional<Element> element(View text, View name, std::size_t start);
+
+// Calls `visit` with each element's text in order, until it answers false.
+template <typename Visit>
+void forEachElement(View text, View name, Visit visit) {
+  auto found = element(text, name, 0);
+  while (found) {
+    if (!visit(found->whole)) return;
+    found = element(text, name, found->next);
+  }
+}
+
+// name="value" of one element's text; empty when the element has no such text.
+View attributePair(View elementText, View attribute);
+
+// The value in what `attributePair` found; empty when there is none.
+View attributeValue(View pair);
+
+// The first non-empty value among the elements of that name; empty when there is none.
+View firstAttribute(View text, View name, View attribute);
+
+}  // namespace tolvanix::xmlquery
