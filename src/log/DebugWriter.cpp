@@ -3,18 +3,13 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
-#include <memory>
 
 #include "text/Conversion.h"
+#include "text/StdioFile.h"
 
 namespace tolvanix {
 
 namespace {
-
-struct FileCloser {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, FileCloser>;
 
 struct Log {
   int level = 0;
@@ -24,7 +19,9 @@ struct Log {
 
 Log theLog;
 
-bool goesToFile(int target) { return target == 0 || (target & kTargetFile) != 0; }
+bool goesToFile(int target) {
+  return target == 0 || (target & kTargetFile) != 0;
+}
 
 [[gnu::format(printf, 1, 0)]] int writeTrace(const char* format, std::va_list arguments) {
   if (theLog.target < 0) return 0;
@@ -36,7 +33,7 @@ bool goesToFile(int target) { return target == 0 || (target & kTargetFile) != 0;
     va_end(copy);
   };
   if (goesToFile(theLog.target)) {
-    const File file(std::fopen(theLog.path, "a"));
+    const StdioFile file(std::fopen(theLog.path, "a"));
     if (!file) return -1;
     writeTo(file.get());
   }
@@ -55,7 +52,9 @@ int debugTrace(const char* format, ...) {
   return written;
 }
 
-bool debugLevelAtLeast(int level) { return theLog.level >= level; }
+bool debugLevelAtLeast(int level) {
+  return theLog.level >= level;
+}
 
 void traceError(const char* format, ...) {
   if (!debugLevelAtLeast(kTraceErrors)) return;
@@ -80,12 +79,15 @@ void DebugWriter::initialize(int level, int target, const char* fileName) {
   theLog.level = level;
   theLog.target = target;
   // A cut name would be another file's: a name that does not fit names none.
-  const bool fits = std::strlen(fileName) < sizeof theLog.path;
-  std::snprintf(theLog.path, sizeof theLog.path, "%s", fits ? fileName : "");
-  const File file(std::fopen(theLog.path, "w"));
+  std::snprintf(theLog.path, sizeof theLog.path, "%s", canHold(fileName) ? fileName : "");
+  const StdioFile file(std::fopen(theLog.path, "w"));
   if (!file) return;
   std::fprintf(file.get(), "loglevel=%d\nlogtarget=%d\nlogpathfile=%s\n", level, target,
                theLog.path);
+}
+
+bool DebugWriter::canHold(const char* fileName) {
+  return std::strlen(fileName) < sizeof theLog.path;
 }
 
 void DebugWriter::dumpXML(const char* xml, const char* label) const {

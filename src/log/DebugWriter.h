@@ -36,8 +36,12 @@ class DebugWriter {
 
   // Puts the settings in force for the whole process and starts the file afresh with three header
   // lines, whatever the level and target; a file that cannot be opened is passed over. The name is
-  // not copied and must outlive this object. A name of more than 255 characters names no file.
+  // not copied and must outlive this object. A name that does not fit the log's path (`canHold`)
+  // names no file.
   void initialize(int level, int target, const char* fileName);
+
+  // Whether a debug file name fits the log's path: at most 255 characters.
+  static bool canHold(const char* fileName);
 
   // Trace a whole XML text with a label, at the level of steps. Null is passed over.
   void dumpXML(const char* xml, const char* label) const;

@@ -1,0 +1,37 @@
+#!/bin/sh
+# Builds the program for Linux and for Windows and runs every test: on Linux as shipped and under
+# the sanitizers, for Windows under Wine. Then formatting and lint. Fails when anything fails.
+set -eu
+cd "$(dirname "$0")/.."
+
+# A stage that fails does not keep the others from running.
+failed=
+stage() {
+  name=$1
+  shift
+  echo "== $name"
+  started=$(date +%s)
+  "$@" || failed="$failed $name"
+  echo "== $name: $(($(date +%s) - started)) s"
+}
+
+build_and_test() {
+  cmake --preset "$1" >"build/$1.log" 2>&1 || { cat "build/$1.log"; return 1; }
+  cmake --build --preset "$1" >"build/$1.log" 2>&1 || { cat "build/$1.log"; return 1; }
+  ctest --preset "$1"
+}
+
+scripts/setup.sh build windows lint
+if command -v ccache >/dev/null; then
+  export CMAKE_C_COMPILER_LAUNCHER=ccache CMAKE_CXX_COMPILER_LAUNCHER=ccache
+fi
+mkdir -p build
+
+stage release build_and_test release
+stage asan build_and_test asan
+stage windows build_and_test windows
+stage reproducible tests/checks/check_reproducible.sh . "$PWD/build/windows/bin/tolvanix.exe"
+stage lint scripts/lint.sh
+
+[ -z "$failed" ] || { echo "FAILED:$failed"; exit 1; }
+echo "All tests passed."

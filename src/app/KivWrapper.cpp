@@ -1,0 +1,161 @@
+#include "app/KivWrapper.h"
+
+#include <cstdio>
+#include <new>
+
+#include "app/DeviceStatus.h"
+#include "app/Status.h"
+#include "winapi/ProcAddress.h"
+
+namespace tolvanix {
+
+KivWrapper::KivWrapper()
+    : parser(new (std::nothrow) CLIParser),
+      debugWriter(new (std::nothrow) DebugWriter),
+      xmlWriter(new (std::nothrow) XMLWriter) {}
+
+KivWrapper::~KivWrapper() {
+  FreeValidationXML();
+  UnloadValidationLibrary();
+}
+
+int KivWrapper::runKiv(std::int32_t argumentCount, char* arguments[]) {
+  if (!parser || !debugWriter || !xmlWriter) {
+    std::fputs("Error: Failed while trying to initialize objects.", stdout);
+    return kInitializationFailed;
+  }
+
+  const std::int32_t parsed = parser->parse(argumentCount, arguments);
+  if (parsed == kHelpPrinted || parsed == kVersionPrinted) return kSuccess;
+  if (parsed != kSuccess) {
+    xmlWriter->writeXMLDeclaration();
+    xmlWriter->writeFailureStatus(parsed);
+    return parsed;
+  }
+
+  const int validated = validateCLIOptionsAndDefaults();
+  xmlWriter->writeXMLDeclaration();
+  if (validated == kSuccess) {
+    const int status = takeAction();
+    traceStep("runKiv: status from takeAction() = %d\n", status);
+    return status;
+  }
+  if (parser->getCommand() == kCommandInventory) {
+    xmlWriter->writeInventoryStart();
+    xmlWriter->writeFailureStatus(validated);
+    xmlWriter->writeInventoryEnd();
+  } else {
+    writeExecutionFailure(validated);
+  }
+  return validated;
+}
+
+int KivWrapper::validateCLIOptionsAndDefaults() {
+  const char* const outputFile = parser->getOutputFileName();
+  if (outputFile != nullptr) {
+    if (!CLIParser::canAppendText(outputFile)) return kOutputFileUnusable;
+    xmlWriter->setOutputFileName(outputFile);
+  }
+
+  const char* const debugFile = parser->getDebugFileName();
+  if (parser->getDebugLevel() > 0 && parser->getDebugTarget() == kTargetFile &&
+      !(DebugWriter::canHold(debugFile) && CLIParser::canAppendText(debugFile))) {
+    return kDebugFileUnusable;
+  }
+  debugWriter->initialize(parser->getDebugLevel(), parser->getDebugTarget(), debugFile);
+  traceStep("***************************************************\n");
+  traceStep("**** tolvanix: Debugging has been initialized. ****\n");
+  traceStep("***************************************************\n");
+
+  return parser->getCommand() == kCommandInventory ? kSuccess : checkUpdateFiles();
+}
+
+// The checks that only the commands -u and -uhid need.
+int KivWrapper::checkUpdateFiles() {
+  const char* const infFile = parser->getINFFileName();
+  if (infFile != nullptr && !CLIParser::canReadText(infFile)) {
+    return refuseOptions(kInfFileUnreadable);
+  }
+  if (IsWow64()) {
+    constexpr char kHelper[] = ".\\tolvanixhelper64\\tolvanixhelper64.exe";
+    traceError("CLIValidate 64-bit helper program: %s.\n", kHelper);
+    if (!CLIParser::canReadBinary(kHelper)) return refuseOptions(kHelperNotFound);
+  }
+  if (parser->getCommand() == kCommandUpdate) {
+    if (!CLIParser::canReadText(parser->getPackageFileName())) {
+      return refuseOptions(kPackageFileUnreadable);
+    }
+    return LoadValidationLibrary();
+  }
+  if (parser->getHardwareID() == nullptr) return refuseOptions(kHardwareIdRequired);
+  return kSuccess;
+}
+
+int KivWrapper::refuseOptions(int status) {
+  traceError("validateCLIOptionsAndDefaults: %s\n", XMLWriter::getMessage(status));
+  return status;
+}
+
+int KivWrapper::takeAction() {
+  switch (parser->getCommand()) {
+    case kCommandInventory:
+      return actionInventory();
+    case kCommandUpdate:
+      return actionUpdateApplicableDevices();
+    case kCommandUpdateHardwareId:
+      return actionUpdateHardwareID();
+    default:
+      return kSuccess;
+  }
+}
+
+bool KivWrapper::IsWow64() {
+  using IsWow64ProcessFunction = BOOL (*)(HANDLE, BOOL*);
+  const auto isWow64Process =
+      procAddress<IsWow64ProcessFunction>(GetModuleHandleA("kernel32"), "IsWow64Process");
+  BOOL answer = FALSE;
+  if (isWow64Process != nullptr) isWow64Process(GetCurrentProcess(), &answer);
+  if (answer == FALSE) return false;
+  traceStep("IsWow64: 32-bit app running under WOW64\n");
+  return true;
+}
+
+int KivWrapper::mapDeviceStatus(std::int32_t deviceStatus) {
+  switch (deviceStatus) {
+    case kDeviceInstalled:
+    case kDeviceRestartRequired:
+      return kSuccess;
+    case kDeviceNotOnSystem:
+      return kNoMatchingDevice;
+    case kDeviceNoInfFiles:
+      return kNoInfFiles;
+    case kDeviceNamedInfNotFound:
+      return kNamedInfNotFound;
+    case kDeviceNullHardwareId:
+      return kNullHardwareId;
+    case kDeviceCheckFound:
+      return kCheckedIdFound;
+    case kDeviceCheckNotFound:
+      return kCheckedIdNotFound;
+    case kDeviceIdInNoInf:
+      return kIdInNoInf;
+    case kDeviceInfNotOpened:
+      return kInfNotOpened;
+    case kDeviceNoIdForInstall:
+      return kNullHardwareIdForInstall;
+    case kDeviceHelperFailed:
+      return kHelperFailed;
+    case kDeviceNotPresent:
+      return kNoExistingDevice;
+    default:
+      return kUpdateFailed;
+  }
+}
+
+void KivWrapper::writeExecutionFailure(int status) {
+  xmlWriter->writeExecutionStart();
+  xmlWriter->writeFailureStatus(status);
+  xmlWriter->writeExecutionEnd(false);
+}
+
+}  // namespace tolvanix

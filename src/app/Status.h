@@ -1,0 +1,61 @@
+// The status numbers of a run: what the result document, the exit code and every operation's
+// result speak in, and the texts that belong to them.
+#pragma once
+
+namespace tolvanix {
+
+enum Status : int {
+  kSuccess = 0,
+  kInitializationFailed = 1,
+  // The command line.
+  kNoArguments = 2,
+  kInvalidArgument = 3,
+  kNoCommand = 4,
+  kMultipleCommands = 5,
+  kInvalidDebugLevel = 6,
+  kMissingOutputFileName = 7,
+  kMissingDebugFileName = 8,
+  kMissingPackageFileName = 9,
+  kMissingInfFileName = 10,
+  kHardwareIdRequired = 11,
+  kMissingHardwareId = 12,
+  // The files that it names.
+  kOutputFileUnusable = 13,
+  kDebugFileUnusable = 14,
+  kInfFileUnreadable = 15,
+  kPackageFileUnreadable = 16,
+  kHelperNotFound = 17,
+  kUnspecifiedFailure = 18,  // no operation returns it
+  // Inventory and validation.
+  kInventoryFailed = 19,
+  kOperatingSystemNotStripped = 20,
+  kValidationFailed = 21,
+  kValidationReturnedNull = 22,
+  kValidationLibraryNotFound = 23,
+  kValidationLibraryNotLoaded = 24,
+  kValidateEntryNotFound = 25,
+  kFreeValidationEntryNotFound = 26,
+  // Execution and driver installation.
+  kUpdateFailed = 27,
+  kHwIDListNotCreated = 28,
+  kHwIDNodeNotAdded = 29,
+  kNullHardwareId = 30,
+  kNamedInfNotFound = 31,
+  kNoInfFiles = 32,
+  kNoMatchingDevice = 33,
+  kCheckedIdFound = 34,
+  kCheckedIdNotFound = 35,
+  kIdInNoInf = 36,
+  kInfNotOpened = 37,
+  kNullHardwareIdForInstall = 38,
+  kHelperFailed = 39,
+  kNoExistingDevice = 40,
+};
+
+constexpr int kStatusCount = 41;
+
+// The text of a status; null for a number outside 0 to 40. The texts hold no markup: they stand in
+// the result document as they are.
+const char* statusText(int status);
+
+}  // namespace tolvanix

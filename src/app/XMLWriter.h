@@ -1,0 +1,70 @@
+// Writes the result document of a run, fragment by fragment, to the -o file or to standard output.
+// The file is opened and closed for every fragment, so others may read what is there meanwhile.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace tolvanix {
+
+class XMLWriter {
+ public:
+  enum class OpenMode { kTruncate, kAppend };
+
+  // What one `Device` element of the execution document holds. Texts are UTF-8 and valid XML
+  // character data already: they are written as they stand.
+  struct DeviceResult {
+    std::uint32_t vendorID;
+    std::uint32_t deviceID;
+    std::uint32_t subDeviceID;
+    std::uint32_t subVendorID;
+    std::int32_t bus;
+    std::int32_t device;
+    std::int32_t function;
+    std::string display;
+    std::string componentType;
+    std::string version;
+    std::string applicationDisplay;
+    std::string packageVersion;
+    std::int32_t messageId;  // a status
+  };
+
+  // Results of `removeOSElementFromXMLString`.
+  static constexpr int kEndTagMissing = 0;
+  static constexpr int kElementRemoved = 1;
+  static constexpr int kElementAbsent = 2;
+
+  XMLWriter() = default;
+  XMLWriter(const XMLWriter&) = delete;
+  XMLWriter& operator=(const XMLWriter&) = delete;
+  virtual ~XMLWriter() = default;
+
+  // The name is not copied and must outlive the writer; null means standard output.
+  void setOutputFileName(const char* fileName) { outputFileName = fileName; }
+
+  // The declaration starts the document: it alone empties the file. All others append.
+  void writeXMLDeclaration();
+  void writeSuccessStatus();
+  void writeFailureStatus(int messageId);
+  void writeInventoryStart();
+  void writeInventoryEnd();
+  void writeExecutionStart();
+  void writeExecutionEnd(bool rebootRequired);
+  void writeText(const char* text);  // null counts as empty
+  void writeDeviceResult(const DeviceResult& result);
+
+  // The text of a status; null outside 0 to 40.
+  static const char* getMessage(int messageId);
+
+  // Cuts the first `OperatingSystem` element out of the text.
+  static int removeOSElementFromXMLString(std::string& text);
+
+ private:
+  void write(std::string fragment, OpenMode mode);
+  void print(OpenMode mode);
+
+  const char* outputFileName = nullptr;
+  std::string pendingText;
+};
+
+}  // namespace tolvanix

@@ -1,0 +1,134 @@
+// The inventory of the computer, and the command that prints it.
+#include <algorithm>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "app/KivWrapper.h"
+#include "app/SPException.h"
+#include "app/Status.h"
+#include "inventory/CIniReader.h"
+#include "inventory/PciEnumeration.h"
+#include "inventory/SPXMLApplication.h"
+#include "inventory/SPXMLData.h"
+#include "inventory/SPXMLDevice.h"
+#include "text/Conversion.h"
+#include "winapi/winapi.h"
+
+namespace tolvanix {
+
+namespace {
+
+struct DeviceRecordsDeleter {
+  void operator()(DeviceRecord* first) const { FreeDeviceRecords(first); }
+};
+using DeviceRecords = std::unique_ptr<DeviceRecord, DeviceRecordsDeleter>;
+
+constexpr std::string_view kWhiteSpace = " \t\n\v\f\r";
+
+// Without trailing white space, in lower case.
+std::string normalizedName(std::string_view name) {
+  std::string text(name.substr(0, name.find_last_not_of(kWhiteSpace) + 1));
+  std::transform(text.begin(), text.end(), text.begin(), [](char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+  });
+  return text;
+}
+
+// The device's name, with " Driver" behind it unless it ends in that word already.
+SPUString driverDisplayName(const char* deviceName) {
+  const std::string normalized = normalizedName(deviceName);
+  const bool namesDriver = normalized.ends_with("driver");
+  traceStep("\"driver\" keyword %sfound at the end of display name \"%s\"\n",
+            namesDriver ? "" : "not ", normalized.c_str());
+  SPUString display(deviceName);
+  if (!namesDriver) display += u" Driver";
+  return display;
+}
+
+void addApplication(SPXMLDevice& device, const char* componentType, const char* version,
+                    const SPUString& display) {
+  SPXMLApplication application(SPUString(), SPString(componentType), SPString(), SPString(version));
+  application.setDisplay(display);
+  device.addApplication(application);
+}
+
+SPXMLDevice describeDevice(const DeviceRecord& record) {
+  SPXMLDevice device(SPString(record.name), record.vendorID, record.subVendorID, record.deviceID,
+                     record.subDeviceID, record.bus, record.device, record.function);
+  const char* const driverVersion = record.driverVersion[0] != '\0' ? record.driverVersion : "0";
+  addApplication(device, "DRVR", driverVersion, driverDisplayName(record.name));
+  if (record.firmwareVersion[0] != '\0') {
+    SPUString display(record.name);
+    display += u" Firmware";
+    addApplication(device, "FRMW", record.firmwareVersion, display);
+  }
+  return device;
+}
+
+}  // namespace
+
+int KivWrapper::GetInventory(const char* language) {
+  traceStep("GetInventory: Entered function.\n");
+  try {
+    const DeviceRecords records(
+        EnumeratePciDevices(nullptr, nullptr, DIGCF_PRESENT | DIGCF_ALLCLASSES));
+    constexpr std::uint32_t kNoSystemID = 0xFFFFFFFF;
+    SPXMLData document(SPString("SVMInventory"), SPString(language), kNoSystemID);
+    traceStep("GetInventory: List of hardware IDs on system is:\n\n");
+
+    CIniReader configuration(".\\DriverConfiguration.ini");
+    std::vector<VendorFilter> entries;
+    configuration.GetConfigFileEntries(entries);
+
+    for (const DeviceRecord* record = records.get(); record != nullptr; record = record->next) {
+      traceStep("%s\n", record->hardwareID);
+      if (!FilterDeviceInventory(*record, entries)) document.addDevice(describeDevice(*record));
+    }
+    traceStep("GetInventory: At end of list of hardware IDs.\n");
+
+    inventoryXML = document.generateXML();
+    inventoryXMLText = inventoryXML.c_str();
+    debugWriter->dumpWideXML(inventoryXMLText, "Inventory");
+    return kSuccess;
+  } catch (const SPException& e) {
+    traceStep("GetInventory: Caught exception. e.getErrorNum() = %d\n",
+              static_cast<int>(e.getErrorNum()));
+    return kInventoryFailed;
+  }
+}
+
+bool KivWrapper::FilterDeviceInventory(const DeviceRecord& record,
+                                       const std::vector<VendorFilter>& entries) {
+  traceStep("KivWrapper::FilterDeviceInventory function entered\n");
+  const bool listed = std::any_of(entries.begin(), entries.end(), [&](const VendorFilter& entry) {
+    return entry.vendorID == record.vendorID;
+  });
+  if (listed) {
+    traceStep("KivWrapper::FilterDeviceInventory Match found for VendorID %d\n", record.vendorID);
+  }
+  traceStep("KivWrapper::FilterDeviceInventory function exiting\n");
+  return listed;
+}
+
+int KivWrapper::actionInventory() {
+  traceStep("actionInventory: Entered function.\n");
+  int status = GetInventory("en");
+  traceStep("actionInventory: status from GetInventory() = %d\n", status);
+  if (status == kSuccess) {
+    std::string document = toXmlUtf8(inventoryXML);
+    if (XMLWriter::removeOSElementFromXMLString(document) != XMLWriter::kEndTagMissing) {
+      debugWriter->dumpXML(document.c_str(), "Inventory");
+      xmlWriter->writeText(document.c_str());
+      return kSuccess;
+    }
+    status = kOperatingSystemNotStripped;
+  }
+  xmlWriter->writeInventoryStart();
+  xmlWriter->writeFailureStatus(status);
+  xmlWriter->writeInventoryEnd();
+  return status;
+}
+
+}  // namespace tolvanix

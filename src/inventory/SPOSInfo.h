@@ -1,0 +1,39 @@
+// The operating system that the program runs on.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+
+#include "text/SPUString.h"
+
+namespace tolvanix {
+
+class SPOSInfo {
+ public:
+  // Measures the system; throws SPException 0 when it does not tell its version.
+  SPOSInfo();
+  SPOSInfo(const SPOSInfo&) = default;
+  SPOSInfo& operator=(const SPOSInfo&) = default;
+  virtual ~SPOSInfo() = default;
+
+  const SPUString& getArch() const { return osArch; }
+
+ protected:
+  friend class SPXMLOSInfo;  // writes a measurement of its own, not itself
+
+  SPUString osArch;  // "x64" or "ia64"; "na" after reading a document that does not tell
+  std::uint32_t majorVersion = 0;
+  std::uint32_t minorVersion = 0;
+  std::uint32_t spMajorVersion = 0;
+  std::uint32_t spMinorVersion = 0;
+  SPUString osVendor;
+
+ private:
+  void measureVersion();
+};
+
+// The minor version behind a reported 6.2, which later systems report for compatibility.
+// `verify(minor)` asks the system whether it is 6.minor: 0 for yes, otherwise the error code.
+std::uint32_t minorVersionBehind62(const std::function<std::uint32_t(std::uint32_t)>& verify);
+
+}  // namespace tolvanix

@@ -1,0 +1,50 @@
+#include "inventory/SPXMLApplication.h"
+
+#include <utility>
+
+#include "xml/Tags.h"
+#include "xml/XMLQuery.h"
+
+namespace tolvanix {
+
+namespace {
+constexpr std::u16string_view kElementName = u"Application";
+}
+
+SPXMLApplication::SPXMLApplication(const SPUString& name, const SPString& type,
+                                   const SPString& subComponent, const SPString& versionText)
+    : componentType(u"componentType", type),
+      subComponentID(u"subComponentID", subComponent),
+      version(u"version", versionText) {
+  setDisplay(name);
+}
+
+SPUString SPXMLApplication::generateXML() const {
+  std::u16string element;
+  appendXML(element);
+  return SPUString(std::move(element));
+}
+
+void SPXMLApplication::appendXML(std::u16string& out) const {
+  appendStartTag(out, kElementName, {&componentType, &subComponentID, &version, &display});
+  if (!packageVersion.getValue().empty()) {
+    appendStartTag(out, u"Package", {&packageVersion});
+    appendEndTag(out, u"Package");
+  }
+  appendEndTag(out, kElementName);
+}
+
+void SPXMLApplication::parseXML(std::u16string_view text) {
+  const xmlquery::AttributeReader attributes(text, kElementName);
+  for (SPXMLAttribute* attribute : {&display, &componentType, &subComponentID, &version}) {
+    attributes.read(*attribute);
+  }
+  // The last version of the last Package stays.
+  xmlquery::forEachElement(text, u"Package", [this](std::u16string_view package) {
+    const auto value = xmlquery::attributeValue(xmlquery::attributePair(package, u"version"));
+    if (!value.empty()) packageVersion.setValue(value);
+    return true;
+  });
+}
+
+}  // namespace tolvanix

@@ -1,0 +1,53 @@
+#include "inventory/SPXMLData.h"
+
+#include <utility>
+
+#include "xml/Numbers.h"
+#include "xml/Tags.h"
+#include "xml/XMLQuery.h"
+
+namespace tolvanix {
+
+SPXMLData::SPXMLData(const SPString& root, const SPString& language, std::uint32_t system)
+    : rootName(root), lang(u"lang", language), systemID(system) {}
+
+SPUString SPXMLData::generateXML() const {
+  std::u16string document;
+  appendStartTag(document, rootName, {&lang});
+  appendSystem(document);
+  document += osInfo.generateXML();
+  for (const SPXMLDevice& device : devices) device.appendXML(document);
+  for (const SPXMLValidation& validation : validations) document += validation.generateXML();
+  document += status.generateXML();
+  appendEndTag(document, rootName);
+  return SPUString(std::move(document));
+}
+
+void SPXMLData::appendSystem(std::u16string& out) const {
+  if (readHexadecimal(systemID) < 1) return;
+  SPXMLAttribute identifier(u"systemID");
+  identifier.setValue(systemID);
+  SPXMLAttribute model(u"systemModel");
+  model.setValue(systemModel);
+  appendStartTag(out, u"System", {&identifier, &model});
+  appendEndTag(out, u"System");
+}
+
+void SPXMLData::parseXML(std::u16string_view text) {
+  rootName = xmlquery::elementName(text);
+  xmlquery::AttributeReader(text, rootName).read(lang);
+  const xmlquery::AttributeReader system(text, u"System");
+  systemID = system.value(u"systemID");
+  systemModel = system.value(u"systemModel");
+  std::u16string_view lastSystem;
+  xmlquery::forEachElement(text, u"OperatingSystem", [&](std::u16string_view element) {
+    lastSystem = element;
+    return true;
+  });
+  osInfo.parseXML(lastSystem);
+  xmlquery::readElements(text, u"Device", devices);
+  if (devices.empty()) xmlquery::readElements(text, u"Validation", validations);
+  xmlquery::readLastElement(text, u"SPStatus", status);
+}
+
+}  // namespace tolvanix

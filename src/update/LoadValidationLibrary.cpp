@@ -1,0 +1,50 @@
+// The package's validation library: loading it, giving its document back, unloading it.
+#include "app/KivWrapper.h"
+#include "app/Status.h"
+#include "winapi/ProcAddress.h"
+
+namespace tolvanix {
+
+namespace {
+constexpr char kLibraryName[] = "kivvalid.dll";
+}
+
+int KivWrapper::LoadValidationLibrary() {
+  traceStep("LoadValidationLibrary: Loading the validation DLL and getting proc addresses.\n");
+  const int status = bindValidationLibrary();
+  if (status != kSuccess) {
+    traceError("LoadValidationLibrary: %s\n", XMLWriter::getMessage(status));
+  }
+  return status;
+}
+
+int KivWrapper::bindValidationLibrary() {
+  if (!CLIParser::canReadBinary(kLibraryName)) return kValidationLibraryNotFound;
+  validationLibrary = LoadLibraryA(kLibraryName);
+  if (validationLibrary == nullptr) return kValidationLibraryNotLoaded;
+  validateEntry = procAddress<decltype(&SPValidate)>(validationLibrary, "SPValidate");
+  if (validateEntry == nullptr) return kValidateEntryNotFound;
+  freeValidationXMLEntry =
+      procAddress<decltype(&SPFreeValidationXML)>(validationLibrary, "SPFreeValidationXML");
+  if (freeValidationXMLEntry == nullptr) return kFreeValidationEntryNotFound;
+  return kSuccess;
+}
+
+void KivWrapper::FreeValidationXML() {
+  if (validationXML == nullptr || freeValidationXMLEntry == nullptr) return;
+  traceStep("FreeValidationXML: Freeing validation XML.\n");
+  freeValidationXMLEntry(validationXML);
+  validationXML = nullptr;
+}
+
+void KivWrapper::UnloadValidationLibrary() {
+  if (validationLibrary != nullptr) {
+    traceStep("UnloadValidationLibrary: Unloading the validation DLL.\n");
+    FreeLibrary(validationLibrary);
+    validationLibrary = nullptr;
+  }
+  validateEntry = nullptr;
+  freeValidationXMLEntry = nullptr;
+}
+
+}  // namespace tolvanix

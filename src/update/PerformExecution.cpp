@@ -1,0 +1,152 @@
+// The execution of an update: the driver of every listed device, and one result for each.
+#include <memory>
+#include <new>
+#include <string>
+
+#include "app/DeviceStatus.h"
+#include "app/KivWrapper.h"
+#include "app/SPException.h"
+#include "app/Status.h"
+#include "install/DriverUpdate.h"
+#include "inventory/SPXMLData.h"
+#include "inventory/SPXMLDevice.h"
+#include "text/Conversion.h"
+#include "text/Format.h"
+#include "update/HwIDList.h"
+#include "xml/SPXMLObject.h"
+
+namespace tolvanix {
+
+namespace {
+
+std::unique_ptr<HwIDList> createHwIDList() {
+  std::unique_ptr<HwIDList> list(new (std::nothrow) HwIDList);
+  if (!list) {
+    traceError("PerformExecution: Error: Unable to create HwIDList object.\n");
+    throw SPException(kHwIDListNotCreated, "");
+  }
+  return list;
+}
+
+// An identifier that the element does not tell counts as FFFFFFFF.
+unsigned identifier(std::int32_t number) {
+  return static_cast<unsigned>(number);
+}
+
+std::string hardwareIdOf(const SPXMLDevice& device) {
+  return formatText("PCI\\VEN_%4.4X&DEV_%4.4X&SUBSYS_%4.4X%4.4X", identifier(device.getVendorID()),
+                    identifier(device.getDeviceID()), identifier(device.getSubDeviceID()),
+                    identifier(device.getSubVendorID()));
+}
+
+void traceMatch(const SPXMLDevice& device) {
+  if (!debugLevelAtLeast(kTraceSteps)) return;
+  debugTrace("PerformExecution: Checking for a device match.\n");
+  debugTrace("PerformExecution: VendorID    = 0x%4.4x\n", identifier(device.getVendorID()));
+  debugTrace("PerformExecution: DeviceID    = 0x%4.4x\n", identifier(device.getDeviceID()));
+  debugTrace("PerformExecution: SubVendorID = 0x%4.4x\n", identifier(device.getSubVendorID()));
+  debugTrace("PerformExecution: SubDeviceID = 0x%4.4x\n", identifier(device.getSubDeviceID()));
+  debugTrace("PerformExecution: Found a device match.\n");
+}
+
+// Installs the driver for an ID that was not handled yet; an ID that was keeps its outcome.
+std::int32_t updateOnce(const std::string& hardwareId, HwIDList& handled, const char* infFileName,
+                        int checkOnly) {
+  const HwIDNode* const node = handled.findHwIDNode(hardwareId);
+  if (node != nullptr) {
+    traceStep("PerformExecution: Duplicate hardware ID found = %s\n", hardwareId.c_str());
+    traceStep("PerformExecution: deviceStatus = %d\n", node->getDeviceStatus());
+    return node->getDeviceStatus();
+  }
+  std::string writable = hardwareId;
+  const std::int32_t deviceStatus = DriverUpdate(writable.data(), infFileName, checkOnly);
+  traceStep("PerformExecution: deviceStatus from DriverUpdate() = %d\n", deviceStatus);
+  if (handled.AddHwIDNode(hardwareId, deviceStatus) == nullptr) {
+    traceError("PerformExecution: Error: Failed to add new hardware ID node to the list.\n");
+    throw SPException(kHwIDNodeNotAdded, "");
+  }
+  return deviceStatus;
+}
+
+// Text for the writer, which takes valid XML character data.
+std::string characterData(const SPUString& text) {
+  return toXmlUtf8(SPXMLObject::escapeText(text));
+}
+
+}  // namespace
+
+int KivWrapper::actionUpdateApplicableDevices() {
+  traceStep("actionUpdateApplicableDevices: Entered function.\n");
+  int status = GetInventory("en");
+  traceStep("actionUpdateApplicableDevices: status from GetInventory() = %d\n", status);
+  if (status == kSuccess) {
+    status = PerformValidation("en", parser->getPackageFileName());
+    traceStep("actionUpdateApplicableDevices: status from PerformValidation() = %d\n", status);
+  }
+  if (status != kSuccess) {
+    writeExecutionFailure(status);
+    return status;
+  }
+  status = PerformExecution(parser->getINFFileName(), parser->getCheckOnly());
+  traceStep("actionUpdateApplicableDevices: status from PerformExecution = %d\n", status);
+  return status;
+}
+
+int KivWrapper::PerformExecution(const char* infFileName, int checkOnly) {
+  int overallStatus = kSuccess;
+  bool rebootRequired = false;
+  bool startWritten = false;
+  try {
+    traceStep("PerformExecution: Entered function.\n");
+    const SPUString validation(validationXML);
+    traceStep("PerformExecution: About to create spXML object.\n");
+    const SPXMLData document(validation);
+    const std::unique_ptr<HwIDList> handled = createHwIDList();
+    xmlWriter->writeExecutionStart();
+    startWritten = true;
+    for (const SPXMLDevice& device : document.getDevices()) {
+      traceMatch(device);
+      const std::int32_t deviceStatus =
+          updateOnce(hardwareIdOf(device), *handled, infFileName, checkOnly);
+      const int messageId = mapDeviceStatus(deviceStatus);
+      traceStep("PerformExecution: mappedDeviceStatus = %d\n", messageId);
+      recordDeviceResult(device, messageId);
+      // The first failing device decides the run's status.
+      if (overallStatus == kSuccess) overallStatus = messageId;
+      if (deviceStatus == kDeviceRestartRequired) rebootRequired = true;
+    }
+    traceStep("UpdateValidatedDevices: reboot = %d\n", rebootRequired ? 1 : 0);
+  } catch (const SPException& e) {
+    const int number = static_cast<int>(e.getErrorNum());
+    traceStep("PerformExecution: Caught exception. e.getErrorNum() = %d\n", number);
+    if (number == kHwIDListNotCreated || number == kHwIDNodeNotAdded) overallStatus = number;
+    if (overallStatus == kSuccess) overallStatus = kUpdateFailed;
+    if (!startWritten) xmlWriter->writeExecutionStart();
+    xmlWriter->writeFailureStatus(overallStatus);
+  }
+  xmlWriter->writeExecutionEnd(rebootRequired);
+  return overallStatus;
+}
+
+void KivWrapper::recordDeviceResult(const SPXMLDevice& device, int messageId) {
+  XMLWriter::DeviceResult result = {};
+  result.vendorID = identifier(device.getVendorID());
+  result.deviceID = identifier(device.getDeviceID());
+  result.subDeviceID = identifier(device.getSubDeviceID());
+  result.subVendorID = identifier(device.getSubVendorID());
+  result.bus = device.getBus();
+  result.device = device.getDevice();
+  result.function = device.getFunction();
+  result.display = characterData(device.getDisplay());
+  if (!device.getApplications().empty()) {
+    const SPXMLApplication& application = device.getApplications().front();
+    result.componentType = characterData(application.getComponentType());
+    result.version = characterData(application.getVersion());
+    result.applicationDisplay = characterData(application.getDisplay());
+    result.packageVersion = characterData(application.getPackageVersion());
+  }
+  result.messageId = messageId;
+  xmlWriter->writeDeviceResult(result);
+}
+
+}  // namespace tolvanix

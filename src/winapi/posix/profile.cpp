@@ -1,0 +1,66 @@
+#include <strings.h>
+
+#include <algorithm>
+#include <cstring>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "winapi/posix/ProfileText.h"
+#include "winapi/posix/TextFile.h"
+#include "winapi/winapi.h"
+
+namespace {
+
+// A name without a folder means a file of the system's own folder, and this system has none.
+DWORD readProfile(const char* fileName, std::string& text) {
+  if (fileName == nullptr || std::strpbrk(fileName, "\\/") == nullptr) return ERROR_FILE_NOT_FOUND;
+  return tolvanix::readTextFile(fileName, text);
+}
+
+}  // namespace
+
+DWORD GetPrivateProfileSectionNamesA(char* buffer, DWORD size, const char* fileName) {
+  if (buffer == nullptr || size < 2) {
+    SetLastError(ERROR_INVALID_PARAMETER);
+    return 0;
+  }
+  std::string text;
+  const DWORD error = readProfile(fileName, text);
+  const std::string names =
+      error == ERROR_SUCCESS ? tolvanix::profileSectionNames(text) : std::string();
+  const bool fits = names.size() < size;
+  const std::size_t length = fits ? names.size() : size - 2;
+  std::memcpy(buffer, names.data(), length);
+  std::memset(buffer + length, '\0', fits && !names.empty() ? 1 : 2);
+  SetLastError(error);
+  return static_cast<DWORD>(length);
+}
+
+DWORD GetPrivateProfileStringA(const char* section, const char* key, const char* defaultValue,
+                               char* buffer, DWORD size, const char* fileName) {
+  if (section == nullptr || key == nullptr || buffer == nullptr || size == 0) {
+    SetLastError(ERROR_INVALID_PARAMETER);
+    return 0;
+  }
+  std::string text;
+  DWORD error = readProfile(fileName, text);
+  std::optional<std::string_view> value;
+  if (error == ERROR_SUCCESS) {
+    value = tolvanix::profileValue(text, section, key);
+    if (!value) error = ERROR_FILE_NOT_FOUND;
+  }
+  if (!value) {
+    const std::string_view given = defaultValue != nullptr ? defaultValue : "";
+    value = given.substr(0, given.find_last_not_of(' ') + 1);
+  }
+  const std::size_t length = std::min<std::size_t>(value->size(), size - 1);
+  std::memcpy(buffer, value->data(), length);
+  buffer[length] = '\0';
+  SetLastError(error);
+  return static_cast<DWORD>(length);
+}
+
+int _mbsicmp(const unsigned char* left, const unsigned char* right) {
+  return strcasecmp(reinterpret_cast<const char*>(left), reinterpret_cast<const char*>(right));
+}

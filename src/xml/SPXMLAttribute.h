@@ -1,0 +1,38 @@
+// One attribute of an element class. An empty value means that the attribute is absent.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "text/SPString.h"
+#include "text/SPUString.h"
+
+namespace tolvanix {
+
+class SPXMLAttribute {
+ public:
+  // The name is a literal: it is not copied.
+  explicit SPXMLAttribute(std::u16string_view attributeName);
+  // The value in upper-case hexadecimal, at least four digits.
+  SPXMLAttribute(std::u16string_view attributeName, std::uint32_t number);
+  // The value is XML: entities in it are resolved.
+  SPXMLAttribute(std::u16string_view attributeName, const SPString& text);
+
+  // Takes XML: entities are resolved, so that the value is held as plain text.
+  void setValue(std::u16string_view text);
+  const SPUString& getValue() const { return value; }
+  std::u16string_view getName() const { return name; }
+
+  // ` name="value" ` with the value escaped, a blank on both sides; empty when the attribute has no
+  // name or no value.
+  SPUString format() const;
+  // Appends what `format` answers.
+  void appendTo(std::u16string& out) const;
+
+ private:
+  std::u16string_view name;
+  SPUString value;
+};
+
+}  // namespace tolvanix

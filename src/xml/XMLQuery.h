@@ -1,0 +1,87 @@
+// The searches that every query of a document is made of, on views: a found part is a view into the
+// searched text. SPXMLObject says what each answers; nothing here copies.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "xml/SPXMLAttribute.h"
+
+namespace tolvanix::xmlquery {
+
+using View = std::u16string_view;
+
+// Where one element stands in the searched text.
+struct Element {
+  View whole;        // with both tags
+  View inner;        // between the tags; empty for a self-closing element
+  std::size_t next;  // where the search for a further element goes on
+};
+
+View elementName(View text);
+
+// The first start tag of that name at or after `start`, with its ">" (to the end of the text when
+// there is none); empty when there is none.
+View startTag(View text, View name, std::size_t start);
+
+// Just past that element: past the first closing tag at or after `start`, even one that stands
+// before the start tag.
+std::optional<std::size_t> elementEnd(View text, View name, std::size_t start);
+
+// The first element of that name at or after `start`; none when its closing tag is missing, too.
+std::optional<Element> element(View text, View name, std::size_t start);
+
+// Calls `visit` with each element's text in order, until it answers false.
+template <typename Visit>
+void forEachElement(View text, View name, Visit visit) {
+  auto found = element(text, name, 0);
+  while (found) {
+    if (!visit(found->whole)) return;
+    found = element(text, name, found->next);
+  }
+}
+
+// name="value" of one element's text; empty when the element has no such text.
+View attributePair(View elementText, View attribute);
+
+// The value in what `attributePair` found; empty when there is none.
+View attributeValue(View pair);
+
+// The attributes of the elements of one name, for element classes that read many of them.
+class AttributeReader {
+ public:
+  AttributeReader(View text, View name);
+
+  // The first non-empty value among the elements; empty when there is none.
+  View value(View attribute) const;
+  void read(SPXMLAttribute& attribute) const;
+
+ private:
+  View searched;
+  View elementName;
+  std::optional<Element> first;  // found once for all attributes
+};
+
+// Appends an element class for each element of that name.
+template <typename Class>
+void readElements(View text, View name, std::vector<Class>& list) {
+  forEachElement(text, name, [&](View element) {
+    list.emplace_back(element);
+    return true;
+  });
+}
+
+// The last element of that name replaces `object`; without one it stays.
+template <typename Class>
+void readLastElement(View text, View name, Class& object) {
+  View last;
+  forEachElement(text, name, [&](View element) {
+    last = element;
+    return true;
+  });
+  if (!last.empty()) object = Class(last);
+}
+
+}  // namespace tolvanix::xmlquery

@@ -1,0 +1,78 @@
+"""Rules for the sources that no compiler checks: check_sources.py <rule> <source folder> [build folder]
+
+callers    Each function that winapi.h declares for other systems is called by the program.
+built      Each source and each test is part of the build.
+platform   Platform headers and macros stand only where the platform is dealt with.
+"""
+
+import json
+import pathlib
+import re
+import sys
+
+CODE = {".h", ".cpp", ".c"}
+
+
+def code_files(root, *folders):
+    return [f for folder in folders for f in sorted((root / folder).rglob("*")) if f.suffix in CODE]
+
+
+def without_comments_and_texts(code):
+    code = re.sub(r'"(?:\\.|[^"\\\n])*"|\'(?:\\.|[^\'\\\n])*\'|//[^\n]*', " ", code)
+    return re.sub(r"/\*.*?\*/", " ", code, flags=re.DOTALL)
+
+
+def callers(root):
+    header = root / "src/winapi/winapi.h"
+    declarations = without_comments_and_texts(header.read_text().split("#else", 1)[1])
+    names = re.findall(r"^(?:\[\[\w+\]\] )?(?:\w+[ *]+)+(\w+)\([^;{]*[;{]", declarations, re.MULTILINE)
+    if not names:
+        return ["no function found in winapi.h"]
+    program = " ".join(
+        without_comments_and_texts(f.read_text())
+        for f in code_files(root, "src", "sdk")
+        if f != header and root / "src/winapi/posix" not in f.parents
+    )
+    words = set(re.findall(r"\w+", program))
+    return [f"winapi.h declares {name}, which nothing calls" for name in names if name not in words]
+
+
+def built(root, build):
+    commands = json.loads((build / "compile_commands.json").read_text())
+    compiled = {pathlib.Path(c["directory"], c["file"]).resolve() for c in commands}
+    expected = [f for f in code_files(root, "src") if f.suffix == ".cpp"]
+    expected += sorted((root / "tests").rglob("*_test.cpp"))
+    return [f"{f.relative_to(root)} is not built" for f in expected if f not in compiled]
+
+
+def platform(root):
+    def allowed(file):
+        if root / "src/winapi" in file.parents:
+            return True
+        return file.parts[len(root.parts)] != "src" and file.stem.endswith(("_posix", "_windows"))
+
+    # The standard library's own headers are those without a folder and without ".h".
+    include = re.compile(r'^\s*#\s*include\s*<(?![a-z_]+>|(?:gtest|benchmark)/|pugixml\.hpp)([^>]+)>')
+    # The validation library has a C interface.
+    c_headers = {"stddef.h", "stdint.h", "uchar.h"}
+    macro = re.compile(r"\b(_WIN32|_WIN64|WIN32|__MINGW\w*|__linux__|__unix__)\b")
+    findings = []
+    for file in code_files(root, "src", "sdk", "tests", "bench", "fuzz"):
+        if allowed(file):
+            continue
+        for number, line in enumerate(file.read_text(errors="replace").splitlines(), 1):
+            found = include.match(line)
+            if macro.search(line) or (found and found[1] not in c_headers):
+                findings.append(f"{file.relative_to(root)}:{number}: {line.strip()}")
+    return findings
+
+
+def main():
+    rule, *folders = sys.argv[1:]
+    rules = {"callers": callers, "built": built, "platform": platform}
+    findings = rules[rule](*(pathlib.Path(f).resolve() for f in folders))
+    print("\n".join(findings))
+    sys.exit(1 if findings else 0)
+
+
+main()

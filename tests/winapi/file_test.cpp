@@ -1,0 +1,213 @@
+// Files and paths, to the documented behaviour: the same tests judge the system's own functions.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "support/Files.h"
+#include "winapi/Owner.h"
+#include "winapi/winapi.h"
+
+namespace tolvanix {
+namespace {
+
+using test::ScopedCurrentDirectory;
+using test::TempDir;
+using test::writeFile;
+
+std::string currentDirectory() {
+  char buffer[MAX_PATH] = "";
+  const DWORD length = GetCurrentDirectoryA(sizeof buffer, buffer);
+  EXPECT_EQ(length, std::string(buffer).size());
+  return buffer;
+}
+
+std::string fullPath(const char* name) {
+  char buffer[MAX_PATH] = "";
+  const DWORD length = GetFullPathNameA(name, sizeof buffer, buffer, nullptr);
+  EXPECT_EQ(length, std::string(buffer).size());
+  return buffer;
+}
+
+// All that a search answers, without "." and "..".
+std::vector<std::string> findAll(const char* pattern) {
+  std::vector<std::string> names;
+  WIN32_FIND_DATAA data{};
+  const FindOwner find(FindFirstFileA(pattern, &data));
+  if (!find) return names;
+  do {
+    const std::string name = data.cFileName;
+    if (name != "." && name != "..") names.push_back(name);
+  } while (FindNextFileA(find.get(), &data));
+  EXPECT_EQ(GetLastError(), ERROR_NO_MORE_FILES);
+  return names;
+}
+
+class FileTest : public ::testing::Test {
+ protected:
+  TempDir dir;
+  ScopedCurrentDirectory inDir{dir.path()};
+};
+
+TEST_F(FileTest, GetFullPathName_IsResolvedOnTheTextAlone) {
+  const std::string here = currentDirectory();
+  const std::string parent = here.substr(0, here.rfind('\\'));
+  const struct {
+    const char* name;
+    std::string path;
+  } rows[] = {
+      {"net.inf", here + "\\net.inf"},
+      {".\\net.inf", here + "\\net.inf"},
+      {"./net.inf", here + "\\net.inf"},
+      {"none\\..\\a b.inf", here + "\\a b.inf"},
+      {"sub//net.inf", here + "\\sub\\net.inf"},
+      {"..\\net.inf", parent + "\\net.inf"},
+      {".", here},
+      {"..", parent},
+      {"sub\\", here + "\\sub\\"},
+      {"*.inf", here + "\\*.inf"},
+  };
+  for (const auto& row : rows) EXPECT_EQ(fullPath(row.name), row.path) << row.name;
+  EXPECT_EQ(fullPath(here.c_str()), here);
+}
+
+TEST_F(FileTest, GetFullPathName_BufferBoundary) {
+  const std::string path = currentDirectory() + "\\net.inf";
+  const auto length = static_cast<DWORD>(path.size());
+  char buffer[MAX_PATH] = "unchanged";
+  char* part = nullptr;
+  EXPECT_EQ(GetFullPathNameA("net.inf", length, buffer, &part), length + 1);
+  EXPECT_EQ(GetFullPathNameA("net.inf", 0, nullptr, nullptr), length + 1);
+  EXPECT_EQ(GetFullPathNameA("net.inf", length + 1, buffer, &part), length);
+  EXPECT_EQ(buffer, path);
+  EXPECT_STREQ(part, "net.inf");
+  EXPECT_NE(GetFullPathNameA("sub\\", sizeof buffer, buffer, &part), 0U);
+  EXPECT_EQ(part, nullptr);
+}
+
+TEST_F(FileTest, GetFullPathName_EmptyName_Fails) {
+  char buffer[MAX_PATH];
+  EXPECT_EQ(GetFullPathNameA("", sizeof buffer, buffer, nullptr), 0U);
+}
+
+TEST_F(FileTest, CurrentDirectory_IsAnsweredInTheFormThatItIsSetWith) {
+  const std::string here = currentDirectory();
+  std::filesystem::create_directory("sub dir");
+  const std::string sub = here + "\\sub dir";
+  char buffer[MAX_PATH] = "";
+  ASSERT_TRUE(SetCurrentDirectoryA(sub.c_str()));
+  EXPECT_EQ(currentDirectory(), sub);
+  const auto length = static_cast<DWORD>(sub.size());
+  EXPECT_EQ(GetCurrentDirectoryA(length, buffer), length + 1);
+  EXPECT_EQ(GetCurrentDirectoryA(0, nullptr), length + 1);
+  ASSERT_TRUE(SetCurrentDirectoryA("..\\"));
+  EXPECT_EQ(currentDirectory(), here);
+}
+
+TEST_F(FileTest, SetCurrentDirectory_Failures) {
+  writeFile(dir / "file", "x");
+  const struct {
+    const char* path;
+    DWORD error;
+  } rows[] = {{"none", ERROR_FILE_NOT_FOUND},
+              {"none\\sub", ERROR_PATH_NOT_FOUND},
+              {"file", ERROR_DIRECTORY},
+              {"", ERROR_INVALID_NAME}};
+  for (const auto& row : rows) {
+    EXPECT_FALSE(SetCurrentDirectoryA(row.path)) << row.path;
+    EXPECT_EQ(GetLastError(), row.error) << row.path;
+  }
+}
+
+TEST_F(FileTest, GetFileAttributes_TellFilesFromDirectories) {
+  writeFile(dir / "sub/file.txt", "12345");
+  WIN32_FILE_ATTRIBUTE_DATA data{};
+  ASSERT_TRUE(GetFileAttributesExA("sub\\file.txt", GetFileExInfoStandard, &data));
+  EXPECT_EQ(data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY, 0U);
+  EXPECT_EQ(data.nFileSizeLow, 5U);
+  EXPECT_EQ(data.nFileSizeHigh, 0U);
+  ASSERT_TRUE(GetFileAttributesExA("sub/", GetFileExInfoStandard, &data));
+  EXPECT_NE(data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY, 0U);
+}
+
+TEST_F(FileTest, GetFileAttributes_Failures) {
+  writeFile(dir / "file", "x");
+  const struct {
+    const char* path;
+    DWORD error;
+  } rows[] = {{"none", ERROR_FILE_NOT_FOUND},
+              {"none\\file", ERROR_PATH_NOT_FOUND},
+              {"file\\file", ERROR_PATH_NOT_FOUND},
+              {"", ERROR_PATH_NOT_FOUND},
+              {"*", ERROR_INVALID_NAME}};
+  WIN32_FILE_ATTRIBUTE_DATA data{};
+  for (const auto& row : rows) {
+    EXPECT_FALSE(GetFileAttributesExA(row.path, GetFileExInfoStandard, &data)) << row.path;
+    EXPECT_EQ(GetLastError(), row.error) << row.path;
+  }
+}
+
+TEST_F(FileTest, FindFirst_MatchesWithoutCaseInTheOrderOfUpperCasedNames) {
+  for (const char* name : {"b.inf", "A.INF", "_c.inf", "Z.Inf", "x.txt", "noext", "two.dots.inf"}) {
+    writeFile(dir / name, "x");
+  }
+  std::filesystem::create_directory(dir / "dir.inf");
+  using Names = std::vector<std::string>;
+  const Names all = {"A.INF",        "b.inf", "dir.inf", "noext",
+                     "two.dots.inf", "x.txt", "Z.Inf",   "_c.inf"};
+  const struct {
+    const char* pattern;
+    Names names;
+  } rows[] = {
+      {"*.inf", {"A.INF", "b.inf", "dir.inf", "two.dots.inf", "Z.Inf", "_c.inf"}},
+      {"*", all},
+      {"*.*", all},
+      {"*f", {"A.INF", "b.inf", "dir.inf", "two.dots.inf", "Z.Inf", "_c.inf"}},
+      {"?.inf", {"A.INF", "b.inf", "Z.Inf"}},
+      {"t*.?nf", {"two.dots.inf"}},
+      {"noext.*", {"noext"}},
+      {"t*.*.inf", {"two.dots.inf"}},
+      {"X.TXT", {"x.txt"}},
+      {".\\x.txt", {"x.txt"}},
+      {"DIR.inf", {"dir.inf"}},
+      {"*.none", {}},
+  };
+  for (const auto& row : rows) EXPECT_EQ(findAll(row.pattern), row.names) << row.pattern;
+}
+
+TEST_F(FileTest, FindFirst_InAnotherFolder_AnswersTheBareName) {
+  writeFile(dir / "sub/only.inf", "1234567");
+  WIN32_FIND_DATAA data{};
+  const FindOwner find(FindFirstFileA("sub/*.inf", &data));
+  ASSERT_TRUE(find);
+  EXPECT_STREQ(data.cFileName, "only.inf");
+  EXPECT_EQ(data.nFileSizeLow, 7U);
+  EXPECT_EQ(data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY, 0U);
+}
+
+TEST_F(FileTest, FindFirst_Failures) {
+  writeFile(dir / "file", "x");
+  const struct {
+    const char* pattern;
+    DWORD error;
+  } rows[] = {{"*.inf", ERROR_FILE_NOT_FOUND},   {"none", ERROR_FILE_NOT_FOUND},
+              {".\\", ERROR_FILE_NOT_FOUND},     {"none\\*.inf", ERROR_PATH_NOT_FOUND},
+              {"none\\x", ERROR_PATH_NOT_FOUND}, {"", ERROR_PATH_NOT_FOUND}};
+  WIN32_FIND_DATAA data{};
+  for (const auto& row : rows) {
+    EXPECT_EQ(FindFirstFileA(row.pattern, &data), INVALID_HANDLE_VALUE) << row.pattern;
+    EXPECT_EQ(GetLastError(), row.error) << row.pattern;
+  }
+}
+
+TEST_F(FileTest, FindNext_HandleOfNoSearch_SetsInvalidHandle) {
+  WIN32_FIND_DATAA data{};
+  EXPECT_FALSE(FindNextFileA(INVALID_HANDLE_VALUE, &data));
+  EXPECT_EQ(GetLastError(), ERROR_INVALID_HANDLE);
+  EXPECT_FALSE(FindClose(INVALID_HANDLE_VALUE));
+  EXPECT_EQ(GetLastError(), ERROR_INVALID_HANDLE);
+}
+
+}  // namespace
+}  // namespace tolvanix
