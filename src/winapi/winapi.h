@@ -384,6 +384,7 @@ constexpr DWORD ERROR_GENERAL_SYNTAX = 0xE0000003;
 constexpr DWORD ERROR_WRONG_INF_STYLE = 0xE0000100;
 constexpr DWORD ERROR_SECTION_NOT_FOUND = 0xE0000101;
 constexpr DWORD ERROR_LINE_NOT_FOUND = 0xE0000102;
+constexpr DWORD ERROR_NO_ASSOCIATED_CLASS = 0xE0000200;
 
 HINF SetupOpenInfFileA(const char* fileName, const char* infClass, DWORD style, UINT* errorLine);
 void SetupCloseInfFile(HINF inf);

@@ -1,6 +1,7 @@
 #include "xml/XMLQuery.h"
 
-#include <string>
+#include <cstdint>
+#include <cstring>
 
 namespace tolvanix::xmlquery {
 
@@ -8,29 +9,78 @@ namespace {
 
 constexpr std::size_t kNotFound = View::npos;
 
+// Eight units at once: a vector type of the compilers (gcc and clang).
+using Units [[gnu::vector_size(16)]] = std::uint16_t;
+constexpr std::size_t kUnits = sizeof(Units) / sizeof(char16_t);
+
+Units loadUnits(const char16_t* from) {
+  Units units;
+  std::memcpy(&units, from, sizeof units);
+  return units;
+}
+
+// A name with what must stand directly before and behind it; searched for without joining them.
+struct Wanted {
+  View before;
+  View name;
+  View behind;
+
+  std::size_t size() const { return before.size() + name.size() + behind.size(); }
+  char16_t front() const { return before.empty() ? name.front() : before.front(); }
+  char16_t back() const {
+    return behind.empty() ? (name.empty() ? before : name).back() : behind.back();
+  }
+  bool startsAt(View text) const {
+    return text.substr(0, before.size()) == before &&
+           text.substr(before.size(), name.size()) == name &&
+           text.substr(before.size() + name.size(), behind.size()) == behind;
+  }
+};
+
+// The first place of `wanted`, which is not empty, at or after `from`. Most places are ruled out
+// eight at a time, because their first or last unit differs.
+std::size_t findText(View text, const Wanted& wanted, std::size_t from) {
+  if (text.size() < wanted.size()) return kNotFound;
+  const Units first = Units{} + static_cast<std::uint16_t>(wanted.front());
+  const Units last = Units{} + static_cast<std::uint16_t>(wanted.back());
+  const std::size_t end = text.size() - wanted.size() + 1;  // of the places
+  const char16_t* const firsts = text.data();
+  const char16_t* const lasts = firsts + wanted.size() - 1;
+  for (; from + kUnits <= end; from += kUnits) {
+    const auto hits = (loadUnits(firsts + from) == first) & (loadUnits(lasts + from) == last);
+    std::uint64_t halves[2];
+    std::memcpy(halves, &hits, sizeof halves);
+    if ((halves[0] | halves[1]) == 0) continue;
+    for (std::size_t i = 0; i < kUnits; ++i) {
+      if (hits[i] != 0 && wanted.startsAt(text.substr(from + i))) return from + i;
+    }
+  }
+  for (; from < end; ++from) {
+    if (wanted.startsAt(text.substr(from))) return from;
+  }
+  return kNotFound;
+}
+
+Wanted opening(View name) {
+  return {u"<", name, {}};
+}
+
+Wanted closing(View name) {
+  return {u"</", name, u">"};
+}
+
 // A start tag and whether tags that only begin with the name were passed over before it.
 struct Tag {
   View text;
   bool passedOthers = false;
 };
 
-bool startsWithTag(View text, View name) {
-  return text.size() > name.size() && text.substr(1, name.size()) == name;
-}
-
-// The first "<name" at or after `start`.
-std::size_t findOpening(View text, View name, std::size_t start) {
-  for (std::size_t at = text.find(u'<', start); at != kNotFound; at = text.find(u'<', at + 1)) {
-    if (startsWithTag(text.substr(at), name)) return at;
-  }
-  return kNotFound;
-}
-
 Tag findTag(View text, View name, std::size_t start) {
   Tag tag;
-  for (std::size_t at = findOpening(text, name, start); at != kNotFound;
-       at = findOpening(text, name, at)) {
-    const std::size_t close = text.find(u'>', at);
+  const Wanted open = opening(name);
+  for (std::size_t at = findText(text, open, start); at != kNotFound;
+       at = findText(text, open, at)) {
+    const std::size_t close = findText(text, {u">", {}, {}}, at);
     const View candidate = close == kNotFound ? text.substr(at) : text.substr(at, close - at + 1);
     if (elementName(candidate) == name) {
       tag.text = candidate;
@@ -46,7 +96,7 @@ Tag findTag(View text, View name, std::size_t start) {
 // Where the tag's text first stands at or after `start`. Usually that is the tag itself; a tag that
 // was passed over can hold the same text.
 std::size_t tagPosition(View text, const Tag& tag, std::size_t start) {
-  if (tag.passedOthers) return text.find(tag.text, start);
+  if (tag.passedOthers) return findText(text, {tag.text, {}, {}}, start);
   return static_cast<std::size_t>(tag.text.data() - text.data());
 }
 
@@ -54,19 +104,9 @@ bool isSelfClosing(View tag) {
   return tag.ends_with(u"/>");
 }
 
-std::size_t findClosing(View text, View name, std::size_t start) {
-  for (std::size_t at = text.find(u'<', start); at != kNotFound; at = text.find(u'<', at + 1)) {
-    const View rest = text.substr(at + 1);
-    if (rest.size() > name.size() + 1 && rest[0] == u'/' && rest[name.size() + 1] == u'>' &&
-        rest.substr(1, name.size()) == name) {
-      return at;
-    }
-  }
-  return kNotFound;
-}
-
-std::size_t closingLength(View name) {
-  return name.size() + 3;
+// Of the white space only the blank ends a name.
+bool endsName(char16_t unit) {
+  return unit == u' ' || unit == u'>' || unit == u'/';
 }
 
 }  // namespace
@@ -75,8 +115,8 @@ View elementName(View text) {
   std::size_t open = text.find(u'<');
   while (open != kNotFound) {
     const std::size_t first = open + 1;
-    std::size_t end = text.find_first_of(u" >/", first);
-    if (end == kNotFound) end = text.size();
+    std::size_t end = first;
+    while (end < text.size() && !endsName(text[end])) ++end;
     const View name = text.substr(first, end - first);
     if (!name.starts_with(u'?')) return name;
     open = text.find(u'<', end);
@@ -92,9 +132,10 @@ std::optional<std::size_t> elementEnd(View text, View name, std::size_t start) {
   const Tag tag = findTag(text, name, start);
   if (tag.text.empty()) return std::nullopt;
   if (isSelfClosing(tag.text)) return tagPosition(text, tag, start) + tag.text.size();
-  const std::size_t closing = findClosing(text, name, start);
-  if (closing == kNotFound) return std::nullopt;
-  return closing + closingLength(name);
+  const Wanted closeTag = closing(name);
+  const std::size_t close = findText(text, closeTag, start);
+  if (close == kNotFound) return std::nullopt;
+  return close + closeTag.size();
 }
 
 std::optional<Element> element(View text, View name, std::size_t start) {
@@ -106,27 +147,26 @@ std::optional<Element> element(View text, View name, std::size_t start) {
   }
   // The next search goes on behind the first closing tag after `start`, even a stray one before
   // this element; the element ends at the first one after its own start.
-  const std::size_t next = findClosing(text, name, start);
-  const std::size_t closing =
-      next == kNotFound || next >= first ? next : findClosing(text, name, first);
-  if (closing == kNotFound) return std::nullopt;
+  const Wanted closeTag = closing(name);
+  const std::size_t next = findText(text, closeTag, start);
+  const std::size_t close =
+      next == kNotFound || next >= first ? next : findText(text, closeTag, first);
+  if (close == kNotFound) return std::nullopt;
   const std::size_t inner = first + tag.text.size();
-  const std::size_t innerSize = closing > inner ? closing - inner : 0;
-  const std::size_t wholeSize = closing + closingLength(name) - first;
-  return Element{text.substr(first, wholeSize), text.substr(inner, innerSize),
-                 next + closingLength(name)};
+  const std::size_t innerSize = close > inner ? close - inner : 0;
+  return Element{text.substr(first, close + closeTag.size() - first), text.substr(inner, innerSize),
+                 next + closeTag.size()};
 }
 
 View attributePair(View elementText, View attribute) {
-  const std::size_t first = elementText.find(attribute);
+  const std::size_t first = findText(elementText, {{}, attribute, {}}, 0);
   if (first == kNotFound) return {};
   const View rest = elementText.substr(first);
   const std::size_t opening = rest.find(u'"');
   const std::size_t closing = opening == kNotFound ? kNotFound : rest.find(u'"', opening + 1);
-  if (closing == kNotFound || closing > rest.find(u'>')) {
-    return rest.substr(0, rest.find_first_of(u"/>"));
-  }
-  return rest.substr(0, closing + 1);
+  const View piece = rest.substr(0, closing == kNotFound ? closing : closing + 1);
+  const bool leavesTag = piece.find(u'>') != kNotFound;
+  return closing == kNotFound || leavesTag ? rest.substr(0, rest.find_first_of(u"/>")) : piece;
 }
 
 View attributeValue(View pair) {
@@ -137,13 +177,19 @@ View attributeValue(View pair) {
   return pair.substr(quote + 1, pair.size() - quote - 2);
 }
 
-View firstAttribute(View text, View name, View attribute) {
-  View value;
-  forEachElement(text, name, [&](View elementText) {
-    value = attributeValue(attributePair(elementText, attribute));
-    return value.empty();
-  });
-  return value;
+AttributeReader::AttributeReader(View text, View name)
+    : searched(text), elementName(name), first(element(text, name, 0)) {}
+
+View AttributeReader::value(View attribute) const {
+  for (auto found = first; found; found = element(searched, elementName, found->next)) {
+    const View result = attributeValue(attributePair(found->whole, attribute));
+    if (!result.empty()) return result;
+  }
+  return {};
+}
+
+void AttributeReader::read(SPXMLAttribute& attribute) const {
+  attribute.setValue(value(attribute.getName()));
 }
 
 }  // namespace tolvanix::xmlquery

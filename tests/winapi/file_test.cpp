@@ -163,6 +163,7 @@ TEST_F(FileTest, FindFirst_MatchesWithoutCaseInTheOrderOfUpperCasedNames) {
       {"*.inf", {"A.INF", "b.inf", "dir.inf", "two.dots.inf", "Z.Inf", "_c.inf"}},
       {"*", all},
       {"*.*", all},
+      {"*f", {"A.INF", "b.inf", "dir.inf", "two.dots.inf", "Z.Inf", "_c.inf"}},
       {"?.inf", {"A.INF", "b.inf", "Z.Inf"}},
       {"t*.?nf", {"two.dots.inf"}},
       {"noext.*", {"noext"}},

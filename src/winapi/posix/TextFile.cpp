@@ -5,68 +5,38 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdint>
 #include <string_view>
+
+#include "winapi/posix/FileBytes.h"
+#include "winapi/posix/Paths.h"
 
 namespace tolvanix {
 
 namespace {
 
-class Descriptor {
- public:
-  explicit Descriptor(int opened) : number(opened) {}
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  ~Descriptor() {
-    if (number >= 0) close(number);
-  }
-  int get() const { return number; }
-
- private:
-  int number;
-};
-
-bool folderExists(const std::string& path) {
-  const std::size_t slash = path.rfind('/');
-  if (slash == std::string::npos || slash == 0) return true;
-  return access(path.substr(0, slash).c_str(), F_OK) == 0;
-}
-
-DWORD openError(int error, const std::string& path) {
-  switch (error) {
-    case ENOENT:
-      return folderExists(path) ? ERROR_FILE_NOT_FOUND : ERROR_PATH_NOT_FOUND;
-    case ENOTDIR:
-      return ERROR_PATH_NOT_FOUND;
-    case EMFILE:
-    case ENFILE:
-      return ERROR_TOO_MANY_OPEN_FILES;
-    case ENAMETOOLONG:
-      return ERROR_FILENAME_EXCED_RANGE;
-    default:
-      return ERROR_ACCESS_DENIED;
-  }
-}
-
-DWORD readBytes(const char* fileName, std::string& bytes) {
-  std::string path = fileName;
-  std::replace(path.begin(), path.end(), '\\', '/');
-  // Without O_NONBLOCK a named pipe would be waited for.
-  const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-  if (file.get() < 0) return openError(errno, path);
-  struct stat status;
-  if (fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) return ERROR_ACCESS_DENIED;
-  bytes.resize(static_cast<std::size_t>(status.st_size));
+// Fills `size` bytes unless the file ends before; the count of bytes, negative on an error.
+ssize_t readFully(int file, char* bytes, std::size_t size) {
   std::size_t length = 0;
-  while (length < bytes.size()) {
-    const ssize_t count = read(file.get(), bytes.data() + length, bytes.size() - length);
+  while (length < size) {
+    const ssize_t count = read(file, bytes + length, size - length);
     if (count < 0 && errno == EINTR) continue;
-    if (count < 0) return ERROR_GEN_FAILURE;
-    if (count == 0) break;  // the file became shorter meanwhile
+    if (count < 0) return count;
+    if (count == 0) break;
     length += static_cast<std::size_t>(count);
   }
-  bytes.resize(length);
+  return static_cast<ssize_t>(length);
+}
+
+// Reads the rest of the file behind the bytes that `text` begins with.
+DWORD readNarrow(int file, std::string_view begin, std::size_t rest, std::string& text) {
+  text.resize(begin.size() + rest);
+  begin.copy(text.data(), begin.size());
+  const ssize_t count = readFully(file, text.data() + begin.size(), rest);
+  if (count < 0) return ERROR_GEN_FAILURE;
+  text.resize(begin.size() + static_cast<std::size_t>(count));
   return ERROR_SUCCESS;
 }
 
@@ -79,6 +49,10 @@ char16_t unitAt(const char* bytes, std::size_t index) {
   const auto first = static_cast<unsigned char>(bytes[2 * index]);
   const auto second = static_cast<unsigned char>(bytes[2 * index + 1]);
   return static_cast<char16_t>(BigEndian ? first << 8 | second : second << 8 | first);
+}
+
+bool isHighSurrogate(char32_t c) {
+  return c >= 0xD800 && c <= 0xDBFF;
 }
 
 char* putUtf8(char* out, char32_t c) {
@@ -101,14 +75,17 @@ char* putUtf8(char* out, char32_t c) {
   return out;
 }
 
-// Driver files in UTF-16 are ASCII but for a few strings: whole blocks of it are narrowed at once.
+// Appends to the first `length` bytes of `text`. Of a pair of units that the bytes cut in two the
+// first is left over: the count of bytes that were taken. Driver files in UTF-16 are ASCII but for
+// a few strings, so whole blocks of that are narrowed at once.
 template <bool BigEndian>
-void utf16ToUtf8(std::string_view bytes, std::string& text) {
+std::size_t appendUtf8(std::string_view bytes, std::string& text, std::size_t& length) {
   const std::size_t units = bytes.size() / 2;
-  if (text.size() < units + kBlock * kLongestUtf8) text.resize(units + kBlock * kLongestUtf8);
-  std::size_t length = 0;
-  for (std::size_t i = 0; i < units;) {
-    if (text.size() - length < kBlock * kLongestUtf8) text.resize(text.size() + text.size() / 2);
+  std::size_t i = 0;
+  while (i < units) {
+    if (text.size() - length < kBlock * kLongestUtf8) {
+      text.resize(text.size() + text.size() / 2 + kBlock * kLongestUtf8);
+    }
     char* out = text.data() + length;
     const std::size_t count = std::min(kBlock, units - i);
     if (count == kBlock) {
@@ -124,37 +101,66 @@ void utf16ToUtf8(std::string_view bytes, std::string& text) {
         continue;
       }
     }
-    for (const std::size_t end = i + count; i < end;) {
-      char32_t c = unitAt<BigEndian>(bytes.data(), i++);
-      if (c >= 0xD800 && c <= 0xDFFF) {
-        const char32_t low = i < units ? unitAt<BigEndian>(bytes.data(), i) : 0;
-        const bool pair = c <= 0xDBFF && low >= 0xDC00 && low <= 0xDFFF;
+    for (const std::size_t end = i + count; i < end; ++i) {
+      char32_t c = unitAt<BigEndian>(bytes.data(), i);
+      if (isHighSurrogate(c)) {
+        if (i + 1 == units) break;
+        const char32_t low = unitAt<BigEndian>(bytes.data(), i + 1);
+        const bool pair = low >= 0xDC00 && low <= 0xDFFF;
         c = pair ? 0x10000 + ((c - 0xD800) << 10) + (low - 0xDC00) : kReplacement;
         if (pair) ++i;
+      } else if (c >= 0xDC00 && c <= 0xDFFF) {
+        c = kReplacement;
       }
       out = putUtf8(out, c);
     }
     length = static_cast<std::size_t>(out - text.data());
+    if (i + 1 == units && isHighSurrogate(unitAt<BigEndian>(bytes.data(), i))) break;
   }
+  return 2 * i;
+}
+
+template <bool BigEndian>
+DWORD readUtf16(int file, std::string_view begin, std::size_t rest, std::string& text) {
+  std::array<char, 32 * 1024> block;
+  std::size_t held = begin.copy(block.data(), begin.size());
+  std::size_t length = 0;
+  while (rest > 0) {
+    const std::size_t wanted = std::min(rest, block.size() - held);
+    const ssize_t count = readFully(file, block.data() + held, wanted);
+    if (count < 0) return ERROR_GEN_FAILURE;
+    rest = static_cast<std::size_t>(count) < wanted ? 0 : rest - wanted;
+    held += static_cast<std::size_t>(count);
+    const std::size_t taken = appendUtf8<BigEndian>({block.data(), held}, text, length);
+    held -= taken;
+    std::copy_n(block.data() + taken, held, block.data());
+  }
+  // What is left over is half a character.
   text.resize(length);
+  return ERROR_SUCCESS;
 }
 
 }  // namespace
 
-DWORD readTextFile(const char* fileName, std::string& text) {
-  const DWORD error = readBytes(fileName, text);
-  if (error != ERROR_SUCCESS) return error;
-  const std::string_view mark = std::string_view(text).substr(0, 3);
-  if (mark.starts_with("\xFF\xFE") || mark.starts_with("\xFE\xFF")) {
-    const bool bigEndian = mark.starts_with("\xFE\xFF");
-    std::string bytes;
-    bytes.swap(text);
-    const std::string_view units = std::string_view(bytes).substr(2);
-    bigEndian ? utf16ToUtf8<true>(units, text) : utf16ToUtf8<false>(units, text);
-  } else if (mark == "\xEF\xBB\xBF") {
-    text.erase(0, mark.size());
-  }
-  return ERROR_SUCCESS;
+DWORD readTextFile(const char* fileName, std::string& text, std::size_t limit) {
+  const std::string path = toNativePath(fileName);
+  // Without O_NONBLOCK a named pipe would be waited for.
+  const winapi::FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  if (file.get() < 0) return pathError(errno, path);
+  struct stat status;
+  if (fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) return ERROR_ACCESS_DENIED;
+  const std::size_t size = std::min(static_cast<std::size_t>(status.st_size), limit);
+  std::array<char, 4> head;
+  const ssize_t headSize = readFully(file.get(), head.data(), std::min(size, head.size()));
+  if (headSize < 0) return ERROR_GEN_FAILURE;
+  const std::string_view begin(head.data(), static_cast<std::size_t>(headSize));
+  const std::size_t rest = size - begin.size();
+  if (begin.starts_with("\xFF\xFE"))
+    return readUtf16<false>(file.get(), begin.substr(2), rest, text);
+  if (begin.starts_with("\xFE\xFF"))
+    return readUtf16<true>(file.get(), begin.substr(2), rest, text);
+  const bool marked = begin.starts_with("\xEF\xBB\xBF");
+  return readNarrow(file.get(), marked ? begin.substr(3) : begin, rest, text);
 }
 
 }  // namespace tolvanix

@@ -1,15 +1,19 @@
 // Text files of the platform's formats (INF, INI), read whole.
 #pragma once
 
+#include <cstddef>
+#include <limits>
 #include <string>
 
 #include "winapi/winapi.h"
 
 namespace tolvanix {
 
-// Reads the file of that name ('\' and '/' alike) into `text`, whose memory is used again. Text
-// with a UTF-16 byte-order mark becomes UTF-8, other bytes stay as they are; a mark is left out.
-// The error code of the system; `text` is then unspecified. Only regular files can be read.
-DWORD readTextFile(const char* fileName, std::string& text);
+// Reads the file of that name ('\' and '/' alike), at most its first `limit` bytes, into `text`,
+// whose memory is used again. Text with a UTF-16 byte-order mark becomes UTF-8, other bytes stay as
+// they are; a mark is left out. The error code of the system, when `text` is unspecified. Only
+// regular files can be read.
+DWORD readTextFile(const char* fileName, std::string& text,
+                   std::size_t limit = std::numeric_limits<std::size_t>::max());
 
 }  // namespace tolvanix

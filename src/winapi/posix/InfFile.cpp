@@ -1,0 +1,204 @@
+#include "winapi/posix/InfFile.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <cstring>
+#include <limits>
+
+#include "winapi/posix/IgnoreCase.h"
+#include "winapi/posix/TextFile.h"
+
+namespace tolvanix {
+
+namespace {
+
+// Published limits (MAX_SECT_NAME_LEN, MAX_INF_STRING_LENGTH and that of a replaced string),
+// without the terminating zero.
+constexpr std::size_t kLongestSectionName = 254;
+constexpr std::size_t kLongestField = 4095;
+constexpr std::size_t kLongestString = 511;
+
+constexpr char kCtrlZ = '\x1A';
+
+// Old editors close a text by Ctrl-Z, which is no line of it.
+void cutTrailingCtrlZ(std::string& text) {
+  const std::size_t last = text.find_last_not_of(" \t\r\n\0\x1A");
+  const std::size_t mark = text.find(kCtrlZ, last == std::string::npos ? 0 : last + 1);
+  if (mark != std::string::npos) text.resize(mark);
+}
+
+}  // namespace
+
+DWORD InfFile::open(const char* fileName, UINT& errorLine) {
+  errorLine = 0;
+  sections.clear();
+  strings.clear();
+  stringsPrepared = false;
+  lineBegin = nullptr;
+  const DWORD readError = readTextFile(fileName, text);
+  if (readError != ERROR_SUCCESS) return readError;
+  if (text.empty()) return ERROR_FILE_INVALID;
+  // Positions in the text have to fit an INFCONTEXT.
+  if (text.size() > std::numeric_limits<UINT>::max()) return ERROR_NOT_ENOUGH_MEMORY;
+  cutTrailingCtrlZ(text);
+  const char* place = text.data();
+  const DWORD error = findSections(place);
+  if (error != ERROR_SUCCESS) {
+    errorLine = static_cast<UINT>(std::count<const char*>(text.data(), place, '\n')) + 1;
+    return error;
+  }
+  std::sort(sections.begin(), sections.end(), [](const Section& left, const Section& right) {
+    return left.nameHash != right.nameHash ? left.nameHash < right.nameHash
+                                           : left.begin < right.begin;
+  });
+  return hasSignature() ? ERROR_SUCCESS : ERROR_WRONG_INF_STYLE;
+}
+
+// On an error `place` is in the line at fault.
+DWORD InfFile::findSections(const char*& place) {
+  place = skipToInfContent(text.data(), textEnd());
+  if (place < textEnd() && *place != '[') return ERROR_EXPECTED_SECTION_NAME;
+  while (place < textEnd()) {
+    const char* const headerEnd = endOfInfLine(place, textEnd());
+    const char* const name = place + 1;
+    const auto* const nameEnd = static_cast<const char*>(
+        std::memchr(name, ']', static_cast<std::size_t>(headerEnd - name)));
+    if (nameEnd == nullptr) return ERROR_BAD_SECTION_NAME_LINE;
+    const auto length = static_cast<std::size_t>(nameEnd - name);
+    if (length > kLongestSectionName) return ERROR_SECTION_NAME_TOO_LONG;
+    const char* const next = findHeader(headerEnd);
+    sections.push_back({hashIgnoringCase({name, length}), static_cast<std::uint32_t>(length), name,
+                        headerEnd, next});
+    place = next;
+  }
+  return ERROR_SUCCESS;
+}
+
+// The bracket of the next section header in the text from the end of one header on, or the end of
+// the text. A bracket counts at the beginning of a line that does not continue the one before it.
+const char* InfFile::findHeader(const char* body) const {
+  const char* p = body;
+  while ((p = static_cast<const char*>(
+              std::memchr(p, '[', static_cast<std::size_t>(textEnd() - p)))) != nullptr) {
+    const char* lineStart = p;
+    while (lineStart > body && isInfBlank(lineStart[-1]) && lineStart[-1] != '\n') --lineStart;
+    if (lineStart > body && lineStart[-1] == '\n') {
+      const char* const previousEnd = lineStart - 1;
+      if (previousEnd == body) return p;
+      const auto* const feed = static_cast<const char*>(
+          memrchr(body, '\n', static_cast<std::size_t>(previousEnd - body)));
+      if (feed == nullptr || !infLineContinues(feed + 1, previousEnd)) return p;
+    }
+    ++p;
+  }
+  return textEnd();
+}
+
+bool InfFile::hasSignature() {
+  auto position = firstLine("Version");
+  while (position) {
+    const InfLine* const versionLine = lineAt(*position);
+    if (equalIgnoringCase(versionLine->field(0).value_or(""), "Signature")) {
+      constexpr std::array<std::string_view, 3> kSignatures = {"$Windows NT$", "$Chicago$",
+                                                               "$Windows 95$"};
+      const std::string_view signature = versionLine->field(1).value_or("");
+      return std::any_of(kSignatures.begin(), kSignatures.end(), [&](std::string_view known) {
+        return equalIgnoringCase(signature, known);
+      });
+    }
+    position = nextLine(*position);
+  }
+  return false;
+}
+
+std::optional<UINT> InfFile::findSection(std::string_view name) const {
+  const std::uint32_t nameHash = hashIgnoringCase(name);
+  const auto found = std::lower_bound(
+      sections.begin(), sections.end(), nameHash,
+      [](const Section& section, std::uint32_t hash) { return section.nameHash < hash; });
+  return sameNameFrom(static_cast<UINT>(found - sections.begin()), nameHash, name);
+}
+
+// The first section of that name from an index on, where sections with its hash are.
+std::optional<UINT> InfFile::sameNameFrom(UINT index, std::uint32_t nameHash,
+                                          std::string_view name) const {
+  for (; index < sections.size() && sections[index].nameHash == nameHash; ++index) {
+    if (equalIgnoringCase(sections[index].getName(), name)) return index;
+  }
+  return std::nullopt;
+}
+
+std::optional<UINT> InfFile::nextOfName(UINT section) const {
+  return sameNameFrom(section + 1, sections[section].nameHash, sections[section].getName());
+}
+
+std::optional<InfPosition> InfFile::firstLine(std::string_view section) const {
+  const auto found = findSection(section);
+  if (!found) return std::nullopt;
+  return contentFrom(*found, sections[*found].begin);
+}
+
+std::optional<InfPosition> InfFile::nextLine(InfPosition position) {
+  if (lineAt(position) == nullptr) return std::nullopt;
+  return contentFrom(position.section, lineEnd);
+}
+
+// The first line with content from `place` on in the section or the later ones of its name.
+std::optional<InfPosition> InfFile::contentFrom(UINT section, const char* place) const {
+  const char* content = skipToInfContent(place, sections[section].end);
+  while (content == sections[section].end) {
+    const auto next = nextOfName(section);
+    if (!next) return std::nullopt;
+    section = *next;
+    content = skipToInfContent(sections[section].begin, sections[section].end);
+  }
+  return InfPosition{section, static_cast<UINT>(content - text.data())};
+}
+
+const InfLine* InfFile::lineAt(InfPosition position) {
+  if (position.section >= sections.size()) return nullptr;
+  const Section& section = sections[position.section];
+  const char* const begin = text.data() + position.line;
+  if (begin < section.begin || begin >= section.end) return nullptr;
+  if (begin != lineBegin) {
+    lineEnd = line.split(begin, section.end);
+    lineBegin = begin;
+  }
+  return &line;
+}
+
+void InfFile::prepareStrings() {
+  stringsPrepared = true;
+  char languageSection[] = "Strings.0000";
+  std::snprintf(languageSection, sizeof languageSection, "Strings.%04x", GetSystemDefaultLangID());
+  for (const std::string_view name :
+       {std::string_view(languageSection), std::string_view("Strings")}) {
+    for (auto section = findSection(name); section; section = nextOfName(*section)) {
+      strings.addSection(sections[*section].begin, sections[*section].end);
+    }
+  }
+}
+
+std::string_view InfFile::expand(std::string_view field) {
+  if (field.find('%') == std::string_view::npos) return field.substr(0, kLongestField);
+  if (!stringsPrepared) prepareStrings();
+  expanded.clear();
+  while (!field.empty() && expanded.size() < kLongestField) {
+    const std::size_t begin = std::min(field.find('%'), field.size());
+    expanded.append(field.substr(0, begin));
+    field.remove_prefix(begin);
+    const std::size_t end = field.find('%', 1);
+    if (end == std::string_view::npos) {
+      expanded.append(field);
+      break;
+    }
+    const std::string_view name = field.substr(1, end - 1);
+    const auto value = name.empty() ? std::string_view("%") : strings.find(name);
+    expanded.append(value ? value->substr(0, kLongestString) : field.substr(0, end + 1));
+    field.remove_prefix(end + 1);
+  }
+  return std::string_view(expanded).substr(0, kLongestField);
+}
+
+}  // namespace tolvanix
