@@ -10,45 +10,12 @@
 #include <cstdint>
 #include <string_view>
 
+#include "winapi/posix/FileBytes.h"
+#include "winapi/posix/Paths.h"
+
 namespace tolvanix {
 
 namespace {
-
-class Descriptor {
- public:
-  explicit Descriptor(int opened) : number(opened) {}
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  ~Descriptor() {
-    if (number >= 0) close(number);
-  }
-  int get() const { return number; }
-
- private:
-  int number;
-};
-
-bool folderExists(const std::string& path) {
-  const std::size_t slash = path.rfind('/');
-  if (slash == std::string::npos || slash == 0) return true;
-  return access(path.substr(0, slash).c_str(), F_OK) == 0;
-}
-
-DWORD openError(int error, const std::string& path) {
-  switch (error) {
-    case ENOENT:
-      return folderExists(path) ? ERROR_FILE_NOT_FOUND : ERROR_PATH_NOT_FOUND;
-    case ENOTDIR:
-      return ERROR_PATH_NOT_FOUND;
-    case EMFILE:
-    case ENFILE:
-      return ERROR_TOO_MANY_OPEN_FILES;
-    case ENAMETOOLONG:
-      return ERROR_FILENAME_EXCED_RANGE;
-    default:
-      return ERROR_ACCESS_DENIED;
-  }
-}
 
 // Fills `size` bytes unless the file ends before; the count of bytes, negative on an error.
 ssize_t readFully(int file, char* bytes, std::size_t size) {
@@ -176,11 +143,10 @@ DWORD readUtf16(int file, std::string_view begin, std::size_t rest, std::string&
 }  // namespace
 
 DWORD readTextFile(const char* fileName, std::string& text, std::size_t limit) {
-  std::string path = fileName;
-  std::replace(path.begin(), path.end(), '\\', '/');
+  const std::string path = toNativePath(fileName);
   // Without O_NONBLOCK a named pipe would be waited for.
-  const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-  if (file.get() < 0) return openError(errno, path);
+  const winapi::FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  if (file.get() < 0) return pathError(errno, path);
   struct stat status;
   if (fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) return ERROR_ACCESS_DENIED;
   const std::size_t size = std::min(static_cast<std::size_t>(status.st_size), limit);

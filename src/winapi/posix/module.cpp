@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "winapi/posix/Paths.h"
 #include "winapi/posix/kernel32.h"
 #include "winapi/winapi.h"
 
@@ -84,8 +85,7 @@ fs::path findIgnoringCase(const fs::path& folder, const std::string& name) {
 }
 
 fs::path findLibrary(const char* libFileName) {
-  std::string name = libFileName;
-  std::replace(name.begin(), name.end(), '\\', '/');
+  const std::string name = tolvanix::toNativePath(libFileName);
   const fs::path path(name);
   if (path.has_parent_path()) {
     return findIgnoringCase(path.parent_path(), path.filename().string());
@@ -142,8 +142,7 @@ DWORD GetModuleFileNameA(HMODULE module, char* fileName, DWORD size) {
     SetLastError(ERROR_SUCCESS);
     return 0;
   }
-  std::string path = programPath().string();
-  std::replace(path.begin(), path.end(), '/', '\\');
+  const std::string path = tolvanix::fromNativePath(programPath().string());
   if (path.empty()) {
     SetLastError(ERROR_FILE_NOT_FOUND);
     return 0;
