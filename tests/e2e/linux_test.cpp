@@ -25,11 +25,13 @@ TEST(FullDevice, StandardOutput_StatusStays) {
 
 TEST(Locale, AnyLocale_GivesTheSameBytes) {
   const Package package;
-  const Arguments arguments{"-u", "-p", "d\xC3\xA9j\xC3\xA0.xml", "-d=4"};
-  const ProgramResult expected = package.run(arguments);
+  const Computer computer(fixture("computers/four_devices.reg"));
+  const Arguments arguments{"-i", "-d=4"};
+  const ProgramResult expected = package.run(arguments, computer);
   for (const char* locale : {"C", "C.UTF-8", "de_DE.UTF-8", "ja_JP.SJIS", "none"}) {
     ProgramCall call = package.call(arguments);
-    call.environment = {{"LC_ALL", locale}};
+    call.environment = computer.environment();
+    call.environment["LC_ALL"] = locale;
     const ProgramResult run = runProgram(call);
     EXPECT_EQ(run.exitCode, expected.exitCode);
     EXPECT_EQ(run.output, expected.output);
