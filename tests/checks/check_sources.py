@@ -47,7 +47,7 @@ def built(root, build):
 
 def platform(root):
     def allowed(file):
-        if root / "src/winapi" in file.parents:
+        if {root / "src/winapi", root / "tests/winapi"} & set(file.parents):
             return True
         return file.parts[len(root.parts)] != "src" and file.stem.endswith(("_posix", "_windows"))
 
