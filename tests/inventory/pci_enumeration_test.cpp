@@ -101,7 +101,7 @@ TEST(PciEnumeration, RepeatedDevices_LeaveTheFirst) {
                              device("6", "PCI\\VEN_1DE4&DEV_0002&SUBSYS_00010002", "last", 0)});
   const Records records = enumerate();
   std::string names;
-  for (const DeviceRecord* device : ofTestVendor(records)) names.append(device->name).append(" ");
+  for (const DeviceRecord* found : ofTestVendor(records)) names.append(found->name).append(" ");
   EXPECT_EQ(names, "first slot maker last ");
 }
 

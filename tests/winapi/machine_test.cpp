@@ -188,7 +188,9 @@ TEST(Version, Values_DecideTheAnswer) {
     BOOL answered = FALSE;
     const OSVERSIONINFOEXA version = versionOf(answered);
     EXPECT_EQ(answered, c.answered);
-    if (!answered) EXPECT_EQ(GetLastError(), ERROR_INVALID_DATA);
+    if (!answered) {
+      EXPECT_EQ(GetLastError(), ERROR_INVALID_DATA);
+    }
     EXPECT_EQ(version.dwMajorVersion, c.major);
     EXPECT_EQ(version.dwMinorVersion, c.minor);
   }
