@@ -5,7 +5,8 @@ set -eu
 cd "$(dirname "$0")/.."
 scripts/setup.sh build bench
 cmake --preset release -B build/bench -DTOLVANIX_BENCH=ON >/dev/null
-cmake --build build/bench >/dev/null
+cmake --build build/bench \
+  --target tolvanix generate_sysfs_tree generate_inf_files document_bench >/dev/null
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT

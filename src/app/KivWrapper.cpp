@@ -100,6 +100,10 @@ int KivWrapper::takeAction() {
   switch (parser->getCommand()) {
     case kCommandInventory:
       return actionInventory();
+    case kCommandUpdate:
+      return actionUpdateApplicableDevices();
+    case kCommandUpdateHardwareId:
+      return actionUpdateHardwareID();
     default:
       return kSuccess;
   }
