@@ -55,8 +55,8 @@ bool hasHardwareId(const HardwareIds& ids, const SPString& wantedId, DWORD devic
     const std::string_view id = texts + at;
     if (equalIgnoringCase(id.data(), wantedId.c_str())) {
       found = true;
-      traceStep("FindExistingDevice: Found Hardware ID = %s. i = %u\n", wantedId.c_str(),
-                deviceIndex);
+      traceStep("FindExistingDevice: Found Hardware ID = %s. i = %d\n", wantedId.c_str(),
+                static_cast<int>(deviceIndex));
     }
     at += id.size() + 1;
   }
