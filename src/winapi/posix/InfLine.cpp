@@ -1,7 +1,10 @@
 #include "winapi/posix/InfLine.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
+
+#include "winapi/posix/InfScan.h"
 
 namespace tolvanix {
 
@@ -68,66 +71,57 @@ bool infLineContinues(const char* begin, const char* lineEnd) {
   return false;
 }
 
-const char* endOfWholeInfLine(const char* begin, const char* limit) {
-  const char* end = endOfInfLine(begin, limit);
-  while (end < limit && infLineContinues(begin, end)) {
-    begin = end + 1;
-    end = endOfInfLine(begin, limit);
-  }
-  return end;
+void InfLine::start(const char* fieldBase) {
+  base = fieldBase;
+  exact = false;
+  hasKey = false;
+  fieldCount = 0;
+  addField({0, 0});
 }
 
 const char* InfLine::split(const char* begin, const char* limit) {
-  start();
-  const char* const lineEnd = endOfInfLine(begin, limit);
-  const char* const last = trimmedEnd(begin, lineEnd);
-  if (find(begin, last, '"') == nullptr && find(begin, last, ';') == nullptr &&
-      (last == begin || last[-1] != '\\')) {
-    splitPlain(begin, last);
-    return lineEnd;
+  start(begin);
+  // The common case, fields that are pieces of the text; quotes and continuation lines are rare.
+  const char* block = begin;
+  std::uint32_t fieldBegin = 0;
+  for (unsigned bits = infDividerBits(block);; bits &= bits - 1) {
+    while (bits == 0) {
+      block += kInfScanWidth;
+      bits = infDividerBits(block);
+    }
+    const char* const p = block + std::countr_zero(bits);
+    const auto place = static_cast<std::uint32_t>(p - begin);
+    if (*p == ',') {
+      addField({fieldBegin, place});
+      fieldBegin = place + 1;
+    } else if (*p == '=') {
+      if (hasKey || count() != 0) continue;
+      fields[0] = {0, place};
+      hasKey = true;
+      fieldBegin = place + 1;
+    } else if (*p == '"') {
+      return splitDecoding(begin, limit);
+    } else {
+      const char* const end = trimmedEnd(begin, p);
+      if (end > begin && end[-1] == '\\') return splitDecoding(begin, limit);
+      addField({fieldBegin, place});
+      finish();
+      return *p == '\n' ? p : endOfInfLine(p, limit);
+    }
   }
-  return splitDecoding(begin, limit);
-}
-
-void InfLine::start() {
-  fields.clear();
-  fields.push_back({0, 0});
-  hasKey = false;
-}
-
-void InfLine::addPlain(const char* begin, const char* end) {
-  begin = skipBlanks(begin, end);
-  end = trimmedEnd(begin, end);
-  fields.push_back({static_cast<std::size_t>(begin - base), static_cast<std::size_t>(end - begin)});
-}
-
-// The common case: the fields are pieces of the text.
-void InfLine::splitPlain(const char* begin, const char* end) {
-  base = begin;
-  const char* const equals = find(begin, end, '=');
-  const char* p = begin;
-  if (equals != nullptr && find(begin, equals, ',') == nullptr) {
-    hasKey = true;
-    fields[0].length = static_cast<std::size_t>(trimmedEnd(begin, equals) - begin);
-    p = equals + 1;
-  }
-  while (const char* const comma = find(p, end, ',')) {
-    addPlain(p, comma);
-    p = comma + 1;
-  }
-  addPlain(p, end);
-  finish();
 }
 
 // Quotes, comments and continuation lines: the fields are written out anew.
 const char* InfLine::splitDecoding(const char* begin, const char* limit) {
+  start(begin);
+  exact = true;
   decoded.clear();
   std::size_t fieldBegin = 0;
   std::size_t quotedEnd = 0;  // blanks before it belong to quoted text and stay
   const auto endField = [&] {
     std::size_t end = decoded.size();
     while (end > std::max(fieldBegin, quotedEnd) && isInfBlank(decoded[end - 1])) --end;
-    const Field field{fieldBegin, end - fieldBegin};
+    const Field field{static_cast<std::uint32_t>(fieldBegin), static_cast<std::uint32_t>(end)};
     fieldBegin = decoded.size();
     return field;
   };
@@ -144,7 +138,7 @@ const char* InfLine::splitDecoding(const char* begin, const char* limit) {
       lineEnd = endOfInfLine(p, limit);
       p = skipBlanks(p, lineEnd);
     } else if (c == ',') {
-      fields.push_back(endField());
+      addField(endField());
     } else if (c == '=' && !hasKey && count() == 0) {
       fields[0] = endField();
       hasKey = true;
@@ -152,7 +146,7 @@ const char* InfLine::splitDecoding(const char* begin, const char* limit) {
       decoded.push_back(c);
     }
   }
-  fields.push_back(endField());
+  addField(endField());
   base = decoded.data();
   finish();
   return lineEnd;

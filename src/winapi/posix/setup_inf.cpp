@@ -12,32 +12,26 @@ using tolvanix::InfFile;
 using tolvanix::InfLine;
 using tolvanix::InfPosition;
 
-std::vector<std::unique_ptr<InfFile>>& openFiles() {
-  static std::vector<std::unique_ptr<InfFile>> files;
-  return files;
-}
+constinit std::vector<std::unique_ptr<InfFile>> openFiles;
 
 // A closed file of ordinary size is kept for the next one: reading a folder of them then takes no
 // memory anew.
 constexpr std::size_t kLargestSpare = 1024 * 1024;
 
-std::unique_ptr<InfFile>& spareFile() {
-  static std::unique_ptr<InfFile> spare;
-  return spare;
-}
+constinit std::unique_ptr<InfFile> spareFile;
 
 void keepSpare(std::unique_ptr<InfFile> file) {
-  if (file->capacity() <= kLargestSpare) spareFile() = std::move(file);
+  if (file->capacity() <= kLargestSpare) spareFile = std::move(file);
 }
 
 // A bare name means a file of the system's own folder, and this system has none.
 DWORD openFile(const char* fileName, UINT& errorLine) {
   if (std::strpbrk(fileName, "\\/") == nullptr) return ERROR_FILE_NOT_FOUND;
-  std::unique_ptr<InfFile> file = std::move(spareFile());
+  std::unique_ptr<InfFile> file = std::move(spareFile);
   if (file == nullptr) file = std::make_unique<InfFile>();
   const DWORD error = file->open(fileName, errorLine);
   if (error == ERROR_SUCCESS) {
-    openFiles().push_back(std::move(file));
+    openFiles.push_back(std::move(file));
   } else {
     keepSpare(std::move(file));
   }
@@ -56,7 +50,7 @@ BOOL succeed() {
 
 // Null, with the last error set, for what is no handle of an open file.
 InfFile* fromHandle(HINF handle) {
-  for (const auto& file : openFiles()) {
+  for (const auto& file : openFiles) {
     if (file.get() == handle) return file.get();
   }
   SetLastError(ERROR_INVALID_HANDLE);
@@ -83,16 +77,15 @@ HINF SetupOpenInfFileA(const char* fileName, const char* infClass, DWORD style, 
   const DWORD error = supported ? openFile(fileName, faultyLine) : ERROR_INVALID_PARAMETER;
   if (errorLine != nullptr) *errorLine = faultyLine;
   SetLastError(error);
-  return error == ERROR_SUCCESS ? openFiles().back().get() : INVALID_HANDLE_VALUE;
+  return error == ERROR_SUCCESS ? openFiles.back().get() : INVALID_HANDLE_VALUE;
 }
 
 void SetupCloseInfFile(HINF inf) {
-  auto& files = openFiles();
-  const auto found = std::find_if(files.begin(), files.end(),
+  const auto found = std::find_if(openFiles.begin(), openFiles.end(),
                                   [inf](const auto& file) { return file.get() == inf; });
-  if (found == files.end()) return;
+  if (found == openFiles.end()) return;
   keepSpare(std::move(*found));
-  files.erase(found);
+  openFiles.erase(found);
 }
 
 BOOL SetupFindFirstLineA(HINF inf, const char* section, const char* key, INFCONTEXT* context) {
