@@ -34,16 +34,26 @@ ExitCode fail(ExitCode code, const std::string& subject, const char* problem) {
   return code;
 }
 
+bool equalIgnoringCase(const char* left, const char* right) {
+  return _mbsicmp(reinterpret_cast<const unsigned char*>(left),
+                  reinterpret_cast<const unsigned char*>(right)) == 0;
+}
+
+std::string field(INFCONTEXT& line, DWORD index) {
+  char text[kTextSize] = "";
+  return SetupGetStringFieldA(&line, index, text, sizeof text, nullptr) != FALSE ? text : "";
+}
+
 // The second field of DriverVer in [Version]; empty when there is none.
 std::string driverVersion(const char* infPath) {
   const InfOwner inf(SetupOpenInfFileA(infPath, nullptr, INF_STYLE_WIN4, nullptr));
+  if (!inf) return {};
   INFCONTEXT line{};
-  char version[kTextSize] = "";
-  if (!inf || SetupFindFirstLineA(inf.get(), "Version", "DriverVer", &line) == FALSE ||
-      SetupGetStringFieldA(&line, 2, version, sizeof version, nullptr) == FALSE) {
-    return {};
+  for (BOOL more = SetupFindFirstLineA(inf.get(), "Version", nullptr, &line); more != FALSE;
+       more = SetupFindNextLine(&line, &line)) {
+    if (equalIgnoringCase(field(line, 0).c_str(), "DriverVer")) return field(line, 2);
   }
-  return version;
+  return {};
 }
 
 // The texts of a device's property, each with its zero; empty when the device lacks it.
@@ -60,10 +70,9 @@ std::string deviceProperty(HDEVINFO devices, SP_DEVINFO_DATA& device, DWORD prop
 }
 
 bool hasHardwareId(const std::string& texts, const char* wantedId) {
-  const auto* const wanted = reinterpret_cast<const unsigned char*>(wantedId);
   for (std::size_t at = 0; at < texts.size() && texts[at] != '\0';) {
     const char* const id = texts.c_str() + at;
-    if (_mbsicmp(reinterpret_cast<const unsigned char*>(id), wanted) == 0) return true;
+    if (equalIgnoringCase(id, wantedId)) return true;
     at += std::string_view(id).size() + 1;
   }
   return false;
