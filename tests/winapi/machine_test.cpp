@@ -221,8 +221,7 @@ TEST(Version, Verification_IsTruthfulAndForEqualityAlone) {
 
 TEST(Handles, OfAnotherFamilyOrClosed_AreInvalid) {
   const ScopedMachine machine(kMachines / "forms_utf8.reg");
-  const HDEVINFO set =
-      SetupDiGetClassDevsA(nullptr, nullptr, nullptr, DIGCF_PRESENT | DIGCF_ALLCLASSES);
+  HDEVINFO set = SetupDiGetClassDevsA(nullptr, nullptr, nullptr, DIGCF_PRESENT | DIGCF_ALLCLASSES);
   EXPECT_EQ(RegCloseKey(set), static_cast<LSTATUS>(ERROR_INVALID_HANDLE));
   EXPECT_TRUE(SetupDiDestroyDeviceInfoList(set));
   EXPECT_FALSE(SetupDiDestroyDeviceInfoList(set));
