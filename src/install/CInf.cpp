@@ -163,7 +163,8 @@ DWORD CInf::searchLine(INFCONTEXT& line) {
   DWORD error = description.take(line);
   if (error != ERROR_SUCCESS) return error;
   const DWORD fieldCount = SetupGetFieldCount(&line);
-  if (debugLevelAtLeast(kTraceSteps)) {
+  const bool tracing = debugLevelAtLeast(kTraceSteps);
+  if (tracing) {
     std::string installSection;
     error = GetField(line, 1, installSection);
     if (error != ERROR_SUCCESS) return error;
@@ -173,12 +174,9 @@ DWORD CInf::searchLine(INFCONTEXT& line) {
     return FindField(line, 1);
   }
   const int index = findId(line, fieldCount);
-  if (index < 0) {
-    traceStep("not found.\n");
-    return ERROR_NO_MORE_ITEMS;
-  }
-  traceStep("found. i = %d\n", index);
-  return ERROR_SUCCESS;
+  if (tracing && index < 0) traceStep("not found.\n");
+  if (tracing && index >= 0) traceStep("found. i = %d\n", index);
+  return index < 0 ? ERROR_NO_MORE_ITEMS : ERROR_SUCCESS;
 }
 
 // The index of the first ID of the line that matches, negative for none. A line without an ID
@@ -186,8 +184,8 @@ DWORD CInf::searchLine(INFCONTEXT& line) {
 int CInf::findId(INFCONTEXT& line, DWORD fieldCount) {
   if (fieldCount < kFirstListField) return 0;
   for (DWORD field = kFirstListField; field <= fieldCount; ++field) {
-    if (!readId(line, field)) return field == kFirstListField ? 0 : -1;
-    const std::size_t length = std::strlen(idBuffer.data());
+    std::size_t length = 0;
+    if (!readId(line, field, length)) return field == kFirstListField ? 0 : -1;
     const std::size_t end = std::min(findRevision({idBuffer.data(), length}), length);
     // Whole blocks take fewer steps than bytes; what is behind the text does not count.
     toUpperCase(idBuffer.data(), (end + kBlock - 1) / kBlock * kBlock);
@@ -198,16 +196,18 @@ int CInf::findId(INFCONTEXT& line, DWORD fieldCount) {
   return -1;
 }
 
-// Into `idBuffer`, ended by a zero. Does what GetField does, with one call for usual lengths.
-bool CInf::readId(INFCONTEXT& line, DWORD field) {
-  const auto size = static_cast<DWORD>(idBuffer.size());
-  if (SetupGetStringFieldA(&line, field, idBuffer.data(), size, nullptr) != FALSE) return true;
-  if (GetField(line, field, idBuffer) != ERROR_SUCCESS) {
-    idBuffer.resize(kIdBufferSize);
-    return false;
+// Does what GetField does, into `idBuffer` and with one call for the usual lengths.
+bool CInf::readId(INFCONTEXT& line, DWORD field, std::size_t& length) {
+  const auto room = static_cast<DWORD>(idBuffer.size());
+  DWORD size = 0;
+  if (SetupGetStringFieldA(&line, field, idBuffer.data(), room, &size) != FALSE) {
+    length = size - 1;
+    return true;
   }
-  idBuffer.resize(idBuffer.size() + kBlock);
-  return true;
+  const bool read = GetField(line, field, idBuffer) == ERROR_SUCCESS;
+  length = idBuffer.size();
+  idBuffer.resize(std::max(kIdBufferSize, length + kBlock));
+  return read;
 }
 
 }  // namespace tolvanix

@@ -59,7 +59,7 @@ class CInf {
   DWORD searchManufacturer(INFCONTEXT& line);
   DWORD searchLine(INFCONTEXT& line);
   int findId(INFCONTEXT& line, DWORD fieldCount);
-  bool readId(INFCONTEXT& line, DWORD field);
+  bool readId(INFCONTEXT& line, DWORD field, std::size_t& length);
 
   SPString path;
   SPString className;

@@ -140,15 +140,6 @@ std::optional<InfPosition> InfFile::firstLine(std::string_view section) const {
   return contentFrom(*found, sections[*found].begin);
 }
 
-std::optional<InfPosition> InfFile::nextLine(const InfPosition& position) {
-  if (lineAt(position) == nullptr) return std::nullopt;
-  const char* const next = lineEnd + 1;
-  if (next < sections[position.section].end && !isInfBlank(*next) && *next != ';') {
-    return InfPosition{position.section, static_cast<UINT>(next - text.data())};
-  }
-  return contentFrom(position.section, lineEnd);
-}
-
 // The first line with content from `place` on in the section or the later ones of its name.
 std::optional<InfPosition> InfFile::contentFrom(UINT section, const char* place) const {
   const char* content = skipToInfContent(place, sections[section].end);
@@ -167,6 +158,7 @@ const InfLine* InfFile::splitLineAt(const InfPosition& position) {
   const char* const begin = text.data() + position.line;
   if (begin < section.begin || begin >= section.end) return nullptr;
   lineEnd = line.split(begin, section.end);
+  sectionEnd = section.end;
   linePosition = position;
   return &line;
 }

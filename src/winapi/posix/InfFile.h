@@ -34,7 +34,14 @@ class InfFile {
 
   // Sections of one name are one section, in the order of the file.
   std::optional<InfPosition> firstLine(std::string_view section) const;
-  std::optional<InfPosition> nextLine(const InfPosition& position);
+  std::optional<InfPosition> nextLine(const InfPosition& position) {
+    if (lineAt(position) == nullptr) return std::nullopt;
+    const char* const next = lineEnd + 1;
+    if (next < sectionEnd && !isInfBlank(*next) && *next != ';') {
+      return InfPosition{position.section, static_cast<UINT>(next - text.data())};
+    }
+    return contentFrom(position.section, lineEnd);
+  }
 
   // The line at a position that one of the two gave out; null for any other. Good until the next
   // call for another line.
@@ -81,6 +88,7 @@ class InfFile {
   InfLine line;
   InfPosition linePosition = kNowhere;  // of the line that `line` holds
   const char* lineEnd = nullptr;
+  const char* sectionEnd = nullptr;
   InfStrings strings;
   bool stringsPrepared = false;
   std::string replaced;

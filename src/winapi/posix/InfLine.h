@@ -27,22 +27,23 @@ bool infLineContinues(const char* begin, const char* lineEnd);
 
 class InfLine {
  public:
-  // Splits the line at `begin`, its continuation lines included, and returns the end of the last
-  // one. A line feed must stand at `limit` if it did not stand before it, and kInfScanWidth bytes
-  // behind that be readable. Fields then stand for what is between the commas, without blanks
-  // around it, with quotes taken away; %names% are left. The text must stay as long as the fields
-  // are asked for.
+  // Splits the line that begins at `begin` with a character that is no blank, its continuation
+  // lines included, and returns the end of the last one. A line feed must stand before `limit` or
+  // at it, and kInfScanWidth bytes be readable behind that. Fields then stand for what is between
+  // the commas, without blanks around it, with quotes taken away; %names% are left. The text must
+  // stay as long as the fields are asked for.
   const char* split(const char* begin, const char* limit);
 
   // Fields behind the key.
-  std::size_t count() const { return fieldCount - 1; }
+  std::size_t count() const { return dividerCount - 1; }
 
   // Field 0 is the key; a line of a single value without a key has that value as its key too.
   // Nothing when the line does not have the field.
   std::optional<std::string_view> field(std::size_t index) const {
-    if (index >= fieldCount || (index == 0 && !hasKey)) return std::nullopt;
-    const char* begin = base + fields[index].begin;
-    const char* end = base + fields[index].end;
+    if (!has(index)) return std::nullopt;
+    if (index == 0 && !hasKey) index = 1;
+    const char* begin = base + (index > 0 ? dividers[index - 1] + 1 : 0);
+    const char* end = base + dividers[index];
     if (!exact) {
       while (begin < end && isInfBlank(*begin)) ++begin;
       while (begin < end && isInfBlank(end[-1])) --end;
@@ -50,28 +51,22 @@ class InfLine {
     return std::string_view(begin, static_cast<std::size_t>(end - begin));
   }
 
- private:
-  // From `base`.
-  struct Field {
-    std::uint32_t begin;
-    std::uint32_t end;
-  };
-
-  void addField(Field field) {
-    if (fieldCount == fields.size()) fields.resize(2 * fieldCount + 8);
-    fields[fieldCount++] = field;
+  bool has(std::size_t index) const {
+    return index < dividerCount && (index > 0 || hasKey || dividerCount == 2);
   }
-  void start(const char* fieldBase);
-  const char* splitDecoding(const char* begin, const char* limit);
-  void finish();
 
-  std::vector<Field> fields;  // only grows; field 0 is the key
-  std::size_t fieldCount = 1;
+ private:
+  const char* splitDecoding(const char* begin, const char* limit);
+
+  const char* base = nullptr;  // what dividers count from: the text itself, or `decoded`
+  // Where the fields end, the key first: its equals sign, the commas, the end of the line. A line
+  // without a key has kNoKey in place of the first, so that field 1 begins at 0. Only grows.
+  std::vector<std::uint32_t> dividers;
+  std::size_t dividerCount = 0;
   bool hasKey = false;
   // Whether fields are without the blanks around them. Most are never looked at, so that pieces of
   // the text are trimmed when they are.
   bool exact = false;
-  const char* base = nullptr;  // what the fields count from: the text itself, or `decoded`
   std::string decoded;
 };
 

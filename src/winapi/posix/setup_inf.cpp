@@ -43,11 +43,6 @@ BOOL fail(DWORD code) {
   return FALSE;
 }
 
-BOOL succeed() {
-  SetLastError(ERROR_SUCCESS);
-  return TRUE;
-}
-
 // Null, with the last error set, for what is no handle of an open file.
 InfFile* fromHandle(HINF handle) {
   for (const auto& file : openFiles) {
@@ -57,8 +52,10 @@ InfFile* fromHandle(HINF handle) {
   return nullptr;
 }
 
-const InfLine* lineOf(InfFile& file, const INFCONTEXT& context) {
-  const InfLine* const line = file.lineAt({context.Section, context.Line});
+// Null, with the last error set, for what is no line of an open file.
+const InfLine* lineOf(InfFile* file, const INFCONTEXT& context) {
+  if (file == nullptr) return nullptr;
+  const InfLine* const line = file->lineAt({context.Section, context.Line});
   if (line == nullptr) SetLastError(ERROR_INVALID_PARAMETER);
   return line;
 }
@@ -66,7 +63,18 @@ const InfLine* lineOf(InfFile& file, const INFCONTEXT& context) {
 BOOL answer(HINF inf, std::optional<InfPosition> position, INFCONTEXT* context) {
   if (!position) return fail(ERROR_LINE_NOT_FOUND);
   *context = {inf, inf, position->section, position->line};
-  return succeed();
+  return TRUE;
+}
+
+BOOL copyField(InfFile& file, std::string_view field, char* buffer, DWORD size,
+               DWORD* requiredSize) {
+  const std::string_view text = file.expand(field);
+  if (requiredSize != nullptr) *requiredSize = static_cast<DWORD>(text.size() + 1);
+  if (buffer == nullptr) return TRUE;
+  if (size <= text.size()) return fail(ERROR_INSUFFICIENT_BUFFER);
+  std::memcpy(buffer, text.data(), text.size());
+  buffer[text.size()] = '\0';
+  return TRUE;
 }
 
 }  // namespace
@@ -100,33 +108,22 @@ BOOL SetupFindFirstLineA(HINF inf, const char* section, const char* key, INFCONT
 
 BOOL SetupFindNextLine(INFCONTEXT* contextIn, INFCONTEXT* contextOut) {
   InfFile* const file = fromHandle(contextIn->Inf);
-  if (file == nullptr || lineOf(*file, *contextIn) == nullptr) return FALSE;
+  if (lineOf(file, *contextIn) == nullptr) return FALSE;
   return answer(contextIn->Inf, file->nextLine({contextIn->Section, contextIn->Line}), contextOut);
 }
 
 DWORD SetupGetFieldCount(INFCONTEXT* context) {
-  InfFile* const file = fromHandle(context->Inf);
-  const InfLine* const line = file != nullptr ? lineOf(*file, *context) : nullptr;
-  if (line == nullptr) return 0;
-  SetLastError(ERROR_SUCCESS);
-  return static_cast<DWORD>(line->count());
+  const InfLine* const line = lineOf(fromHandle(context->Inf), *context);
+  return line != nullptr ? static_cast<DWORD>(line->count()) : 0;
 }
 
 BOOL SetupGetStringFieldA(INFCONTEXT* context, DWORD fieldIndex, char* buffer, DWORD size,
                           DWORD* requiredSize) {
   InfFile* const file = fromHandle(context->Inf);
-  const InfLine* const line = file != nullptr ? lineOf(*file, *context) : nullptr;
+  const InfLine* const line = lineOf(file, *context);
   if (line == nullptr) return FALSE;
-  const auto field = line->field(fieldIndex);
-  if (!field) return fail(ERROR_INVALID_PARAMETER);
-  // The bare question whether the line has the field.
-  if (buffer == nullptr && requiredSize == nullptr) return succeed();
-  const std::string_view text = file->expand(*field);
-  if (requiredSize != nullptr) *requiredSize = static_cast<DWORD>(text.size() + 1);
-  if (buffer != nullptr) {
-    if (size <= text.size()) return fail(ERROR_INSUFFICIENT_BUFFER);
-    std::memcpy(buffer, text.data(), text.size());
-    buffer[text.size()] = '\0';
-  }
-  return succeed();
+  if (!line->has(fieldIndex)) return fail(ERROR_INVALID_PARAMETER);
+  // Without outputs it is the bare question whether the line has the field.
+  if (buffer == nullptr && requiredSize == nullptr) return TRUE;
+  return copyField(*file, *line->field(fieldIndex), buffer, size, requiredSize);
 }
