@@ -3,6 +3,7 @@
 // later ones override earlier ones; so the new values go to its end, and all that stands there
 // already stays as it is.
 #include <fcntl.h>
+#include <strings.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -34,16 +35,21 @@ ExitCode fail(ExitCode code, const std::string& subject, const char* problem) {
   return code;
 }
 
+std::string field(INFCONTEXT& line, DWORD index) {
+  char text[kTextSize] = "";
+  return SetupGetStringFieldA(&line, index, text, sizeof text, nullptr) != FALSE ? text : "";
+}
+
 // The second field of DriverVer in [Version]; empty when there is none.
 std::string driverVersion(const char* infPath) {
   const InfOwner inf(SetupOpenInfFileA(infPath, nullptr, INF_STYLE_WIN4, nullptr));
+  if (!inf) return {};
   INFCONTEXT line{};
-  char version[kTextSize] = "";
-  if (!inf || SetupFindFirstLineA(inf.get(), "Version", "DriverVer", &line) == FALSE ||
-      SetupGetStringFieldA(&line, 2, version, sizeof version, nullptr) == FALSE) {
-    return {};
+  BOOL found = SetupFindFirstLineA(inf.get(), "Version", nullptr, &line);
+  while (found != FALSE && strcasecmp(field(line, 0).c_str(), "DriverVer") != 0) {
+    found = SetupFindNextLine(&line, &line);
   }
-  return version;
+  return found != FALSE ? field(line, 2) : "";
 }
 
 // The texts of a device's property, each with its zero; empty when the device lacks it.
