@@ -1,7 +1,7 @@
 // On Windows the system installs the driver; that takes an administrator's rights.
 // clang-format off: windows.h comes first.
-#include <newdev.h>
 #include <windows.h>
+#include <newdev.h>
 // clang-format on
 
 #include <cstdio>
