@@ -81,7 +81,7 @@ const std::vector<Installation> kRuns = {
      kInfNotOpened},
     {"installed",
      {{"a.inf", infFile(kPresent)}},
-     "print 5000\nexit 0",
+     "print 4000\nexit 0",
      {"-w", kPresent},
      0,
      kSuccess},

@@ -13,7 +13,7 @@
 namespace tolvanix {
 namespace {
 
-using test::readFile;
+using test::readText;
 using test::ScopedCurrentDirectory;
 using test::TempDir;
 using test::writeFile;
@@ -46,7 +46,7 @@ class CInfTest : public testing::Test {
     DebugWriter().initialize(kTraceSteps, kTargetFile, "trace.log");
     search(wanted);
     DebugWriter().initialize(0, kTargetNone, "");
-    const std::string text = readFile(folder / "trace.log");
+    const std::string text = readText(folder / "trace.log");
     return text.substr(text.find("trace.log\n") + 10);
   }
 
@@ -157,7 +157,7 @@ TEST_F(CInfTest, PrintError_TracesPlaceLineCodeAndText) {
   DebugWriter().initialize(kTraceSteps, kTargetFile, "trace.log");
   PrintError(ERROR_LINE_NOT_FOUND, "Place", 12);
   DebugWriter().initialize(0, kTargetNone, "");
-  EXPECT_NE(readFile(folder / "trace.log")
+  EXPECT_NE(readText(folder / "trace.log")
                 .find("\n\nPlace, line = 12, error code = -536870654, error msg = \n"),
             std::string::npos);
 }
