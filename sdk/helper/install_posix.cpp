@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -25,7 +26,7 @@ using tolvanix::DeviceSetOwner;
 using tolvanix::InfOwner;
 using tolvanix::RegistryKeyOwner;
 
-constexpr char kClassKeys[] = "SYSTEM\\CurrentControlSet\\Control\\Class\\";
+constexpr char kClassKeys[] = R"(SYSTEM\CurrentControlSet\Control\Class\)";
 constexpr std::string_view kUtf16Mark = "\xFF\xFE";
 constexpr DWORD kTextSize = 1024;
 
@@ -89,7 +90,8 @@ std::set<std::string> driverKeys(const char* hardwareId) {
     if (!hasHardwareId(deviceProperty(devices.get(), device, SPDRP_HARDWAREID), hardwareId)) {
       continue;
     }
-    const std::string driver = deviceProperty(devices.get(), device, SPDRP_DRIVER).c_str();
+    std::string driver = deviceProperty(devices.get(), device, SPDRP_DRIVER);
+    driver.erase(std::min(driver.find('\0'), driver.size()));
     if (!driver.empty()) keys.insert(driver);
   }
   return keys;
@@ -112,8 +114,8 @@ bool hasVersion(const std::string& driverKey, const std::string& version) {
 // What sets the version in one class key, with the file's line ends.
 std::string registryChange(const std::string& driverKey, const std::string& version,
                            const std::string& lineEnd) {
-  return lineEnd + "[HKEY_LOCAL_MACHINE\\" + kClassKeys + driverKey + ']' + lineEnd +
-         "\"DriverVersion\"=\"" + version + '"' + lineEnd;
+  return lineEnd + R"([HKEY_LOCAL_MACHINE\)" + kClassKeys + driverKey + ']' + lineEnd +
+         R"("DriverVersion"=")" + version + '"' + lineEnd;
 }
 
 // Puts ASCII text to the end of an export, in the encoding of the export.
