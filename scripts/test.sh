@@ -30,6 +30,7 @@ mkdir -p build
 stage release build_and_test release
 stage asan build_and_test asan
 stage windows build_and_test windows
+stage reproducible tests/checks/check_reproducible.sh . "$PWD/build/windows/bin/tolvanix.exe"
 stage lint scripts/lint.sh
 
 [ -z "$failed" ] || { echo "FAILED:$failed"; exit 1; }

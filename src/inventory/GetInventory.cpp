@@ -49,9 +49,7 @@ SPUString driverDisplayName(const char* deviceName) {
 
 void addApplication(SPXMLDevice& device, const char* componentType, const char* version,
                     const SPUString& display) {
-  SPXMLApplication application(SPUString(), SPString(componentType), SPString(), SPString(version));
-  application.setDisplay(display);
-  device.addApplication(application);
+  device.addApplication({display, SPString(componentType), SPString(), SPString(version)});
 }
 
 SPXMLDevice describeDevice(const DeviceRecord& record) {

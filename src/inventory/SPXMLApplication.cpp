@@ -1,36 +1,50 @@
 #include "inventory/SPXMLApplication.h"
 
-#include "xml/SPXMLObject.h"
+#include <utility>
+
+#include "xml/Tags.h"
+#include "xml/XMLQuery.h"
 
 namespace tolvanix {
 
+namespace {
+constexpr std::u16string_view kElementName = u"Application";
+}
+
 SPXMLApplication::SPXMLApplication(const SPUString& name, const SPString& type,
                                    const SPString& subComponent, const SPString& versionText)
-    : componentType("componentType", type),
-      subComponentID("subComponentID", subComponent),
-      version("version", versionText) {
+    : componentType(u"componentType", type),
+      subComponentID(u"subComponentID", subComponent),
+      version(u"version", versionText) {
   setDisplay(name);
 }
 
 SPUString SPXMLApplication::generateXML() const {
-  const SPUString element = SPXMLObject::buildElement(
-      elementName, {componentType, subComponentID, version, display}, SPUString());
-  if (packageVersion.getValue().empty()) return element;
-  return SPXMLObject::insertChild(
-      element, elementName,
-      SPXMLObject::buildElement(SPUString(u"Package"), {packageVersion}, SPUString()));
+  std::u16string element;
+  appendXML(element);
+  return SPUString(std::move(element));
 }
 
-void SPXMLApplication::parseXML(const SPUString& text) {
-  elementName = u"Application";
+void SPXMLApplication::appendXML(std::u16string& out) const {
+  appendStartTag(out, kElementName, {&componentType, &subComponentID, &version, &display});
+  if (!packageVersion.getValue().empty()) {
+    appendStartTag(out, u"Package", {&packageVersion});
+    appendEndTag(out, u"Package");
+  }
+  appendEndTag(out, kElementName);
+}
+
+void SPXMLApplication::parseXML(std::u16string_view text) {
+  const xmlquery::AttributeReader attributes(text, kElementName);
   for (SPXMLAttribute* attribute : {&display, &componentType, &subComponentID, &version}) {
-    attribute->readFrom(text, elementName);
+    attributes.read(*attribute);
   }
   // The last version of the last Package stays.
-  for (const SPUString& value :
-       SPXMLObject::getAttributeValues(text, SPUString(u"Package"), SPUString(u"version"))) {
-    packageVersion.setValue(value);
-  }
+  xmlquery::forEachElement(text, u"Package", [this](std::u16string_view package) {
+    const auto value = xmlquery::attributeValue(xmlquery::attributePair(package, u"version"));
+    if (!value.empty()) packageVersion.setValue(value);
+    return true;
+  });
 }
 
 }  // namespace tolvanix

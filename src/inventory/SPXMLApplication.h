@@ -12,10 +12,12 @@ class SPXMLApplication : public SPXMLGenerator {
  public:
   SPXMLApplication(const SPUString& name, const SPString& type, const SPString& subComponent,
                    const SPString& versionText);
-  explicit SPXMLApplication(const SPUString& text) { SPXMLApplication::parseXML(text); }
+  explicit SPXMLApplication(std::u16string_view text) { SPXMLApplication::parseXML(text); }
 
   SPUString generateXML() const override;
-  void parseXML(const SPUString& text) override;
+  void parseXML(std::u16string_view text) override;
+  // Appends what `generateXML` answers.
+  void appendXML(std::u16string& out) const;
 
   void setDisplay(const SPUString& name) { display.setValue(name); }
 
@@ -26,12 +28,11 @@ class SPXMLApplication : public SPXMLGenerator {
   const SPUString& getDisplay() const { return display.getValue(); }
 
  private:
-  SPUString elementName{u"Application"};
-  SPXMLAttribute componentType{"componentType"};  // the inventory writes DRVR and FRMW
-  SPXMLAttribute subComponentID{"subComponentID"};
-  SPXMLAttribute version{"version"};
-  SPXMLAttribute packageVersion{"version"};  // of the Package child
-  SPXMLAttribute display{"display"};
+  SPXMLAttribute componentType{u"componentType"};  // the inventory writes DRVR and FRMW
+  SPXMLAttribute subComponentID{u"subComponentID"};
+  SPXMLAttribute version{u"version"};
+  SPXMLAttribute packageVersion{u"version"};  // of the Package child
+  SPXMLAttribute display{u"display"};
 };
 
 }  // namespace tolvanix

@@ -1,61 +1,53 @@
 #include "inventory/SPXMLData.h"
 
+#include <utility>
+
 #include "xml/Numbers.h"
-#include "xml/SPXMLObject.h"
+#include "xml/Tags.h"
+#include "xml/XMLQuery.h"
 
 namespace tolvanix {
 
-namespace {
-
-SPXMLAttribute attributeOf(const char* name, const SPUString& value) {
-  SPXMLAttribute attribute(name);
-  attribute.setValue(value);
-  return attribute;
-}
-
-}  // namespace
-
 SPXMLData::SPXMLData(const SPString& root, const SPString& language, std::uint32_t system)
-    : rootName(root), lang("lang", language), systemID(system) {}
-
-SPUString SPXMLData::systemElement() const {
-  if (readHexadecimal(systemID) < 1) return {};
-  return SPXMLObject::buildElement(
-      SPUString(u"System"),
-      {attributeOf("systemID", systemID), attributeOf("systemModel", systemModel)}, SPUString());
-}
+    : rootName(root), lang(u"lang", language), systemID(system) {}
 
 SPUString SPXMLData::generateXML() const {
-  // Inserted at once: one after the other would search the growing text for every child.
-  SPUString children = systemElement();
-  children += osInfo.generateXML();
-  for (const SPXMLDevice& device : devices) children += device.generateXML();
-  for (const SPXMLValidation& validation : validations) children += validation.generateXML();
-  children += status.generateXML();
-  const SPUString root = SPXMLObject::buildElement(rootName, {lang}, SPUString());
-  return SPXMLObject::insertChild(root, rootName, children);
+  std::u16string document;
+  appendStartTag(document, rootName, {&lang});
+  appendSystem(document);
+  document += osInfo.generateXML();
+  for (const SPXMLDevice& device : devices) device.appendXML(document);
+  for (const SPXMLValidation& validation : validations) document += validation.generateXML();
+  document += status.generateXML();
+  appendEndTag(document, rootName);
+  return SPUString(std::move(document));
 }
 
-void SPXMLData::parseXML(const SPUString& text) {
-  SPXMLObject document;
-  document.setXML(text);
-  rootName = document.getRootName();
-  lang.readFrom(text, rootName);
-  systemID = document.getAttribute(SPUString(u"System"), SPUString(u"systemID"));
-  systemModel = document.getAttribute(SPUString(u"System"), SPUString(u"systemModel"));
-  const auto systems = document.getElements(SPUString(u"OperatingSystem"));
-  osInfo.parseXML(systems.empty() ? SPUString() : systems.back());
-  for (const SPUString& element : document.getElements(SPUString(u"Device"))) {
-    devices.emplace_back(element);
-  }
-  if (devices.empty()) {
-    for (const SPUString& element : document.getElements(SPUString(u"Validation"))) {
-      validations.emplace_back(element);
-    }
-  }
-  for (const SPUString& element : document.getElements(SPUString(u"SPStatus"))) {
-    status = SPXMLStatus(element);
-  }
+void SPXMLData::appendSystem(std::u16string& out) const {
+  if (readHexadecimal(systemID) < 1) return;
+  SPXMLAttribute identifier(u"systemID");
+  identifier.setValue(systemID);
+  SPXMLAttribute model(u"systemModel");
+  model.setValue(systemModel);
+  appendStartTag(out, u"System", {&identifier, &model});
+  appendEndTag(out, u"System");
+}
+
+void SPXMLData::parseXML(std::u16string_view text) {
+  rootName = xmlquery::elementName(text);
+  xmlquery::AttributeReader(text, rootName).read(lang);
+  const xmlquery::AttributeReader system(text, u"System");
+  systemID = system.value(u"systemID");
+  systemModel = system.value(u"systemModel");
+  std::u16string_view lastSystem;
+  xmlquery::forEachElement(text, u"OperatingSystem", [&](std::u16string_view element) {
+    lastSystem = element;
+    return true;
+  });
+  osInfo.parseXML(lastSystem);
+  xmlquery::readElements(text, u"Device", devices);
+  if (devices.empty()) xmlquery::readElements(text, u"Validation", validations);
+  xmlquery::readLastElement(text, u"SPStatus", status);
 }
 
 }  // namespace tolvanix

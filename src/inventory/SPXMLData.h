@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 #include "inventory/SPXMLDevice.h"
@@ -20,20 +21,20 @@ class SPXMLData : public SPXMLGenerator {
   // Measure the operating system: may throw SPException (SPOSInfo). A system ID that is not
   // positive as a signed number, such as 0xFFFFFFFF, gives a document without a System element.
   SPXMLData(const SPString& root, const SPString& language, std::uint32_t system);
-  explicit SPXMLData(const SPUString& text) { SPXMLData::parseXML(text); }
+  explicit SPXMLData(std::u16string_view text) { SPXMLData::parseXML(text); }
 
-  void addDevice(const SPXMLDevice& device) { devices.push_back(device); }
+  void addDevice(SPXMLDevice device) { devices.push_back(std::move(device)); }
   const std::vector<SPXMLDevice>& getDevices() const { return devices; }
 
   // May throw, too: the operating system is measured again.
   SPUString generateXML() const override;
-  void parseXML(const SPUString& text) override;
+  void parseXML(std::u16string_view text) override;
 
  private:
-  SPUString systemElement() const;
+  void appendSystem(std::u16string& out) const;
 
   SPUString rootName;
-  SPXMLAttribute lang{"lang"};
+  SPXMLAttribute lang{u"lang"};
   SPUString systemID;  // hexadecimal
   SPUString systemModel;
   SPXMLStatus status;

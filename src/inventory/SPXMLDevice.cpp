@@ -1,15 +1,17 @@
 #include "inventory/SPXMLDevice.h"
 
-#include <algorithm>
 #include <string_view>
+#include <utility>
 
 #include "xml/Numbers.h"
-#include "xml/SPXMLObject.h"
+#include "xml/Tags.h"
 #include "xml/XMLQuery.h"
 
 namespace tolvanix {
 
 namespace {
+
+constexpr std::u16string_view kElementName = u"Device";
 
 std::int32_t decimalOrNone(const SPXMLAttribute& attribute) {
   return readDecimal(attribute.getValue()).value_or(-1);
@@ -21,7 +23,7 @@ bool holdsNumber(const SPXMLAttribute& attribute) {
   return readHexadecimal(attribute.getValue()) >= 0;
 }
 
-SPXMLAttribute decimalAttribute(const char* name, std::uint32_t number) {
+SPXMLAttribute decimalAttribute(std::u16string_view name, std::uint32_t number) {
   SPXMLAttribute attribute(name);
   attribute.setValue(SPUString(static_cast<std::int32_t>(number), SPUString::Decimal{}));
   return attribute;
@@ -33,14 +35,14 @@ SPXMLDevice::SPXMLDevice(const SPString& name, std::uint32_t vendor, std::uint32
                          std::uint32_t deviceNumber, std::uint32_t subDevice,
                          std::uint32_t busNumber, std::uint32_t slotNumber,
                          std::uint32_t functionNumber)
-    : vendorID("vendorID", vendor),
-      deviceID("deviceID", deviceNumber),
-      subVendorID("subVendorID", subVendor),
-      subDeviceID("subDeviceID", subDevice),
-      display("display", name),
-      bus(decimalAttribute("bus", busNumber)),
-      device(decimalAttribute("device", slotNumber)),
-      function(decimalAttribute("function", functionNumber)) {}
+    : vendorID(u"vendorID", vendor),
+      deviceID(u"deviceID", deviceNumber),
+      subVendorID(u"subVendorID", subVendor),
+      subDeviceID(u"subDeviceID", subDevice),
+      display(u"display", name),
+      bus(decimalAttribute(u"bus", busNumber)),
+      device(decimalAttribute(u"device", slotNumber)),
+      function(decimalAttribute(u"function", functionNumber)) {}
 
 std::int32_t SPXMLDevice::getVendorID() const {
   return readHexadecimal(vendorID.getValue());
@@ -64,45 +66,43 @@ std::int32_t SPXMLDevice::getFunction() const {
   return decimalOrNone(function);
 }
 
-std::vector<SPXMLAttribute> SPXMLDevice::writtenAttributes() const {
-  std::vector<SPXMLAttribute> written = {componentID};
+SPUString SPXMLDevice::generateXML() const {
+  std::u16string element;
+  appendXML(element);
+  return SPUString(std::move(element));
+}
+
+void SPXMLDevice::appendXML(std::u16string& out) const {
+  appendStartTag(out, kElementName, writtenAttributes());
+  for (const SPXMLApplication& application : applications) application.appendXML(out);
+  for (const SPXMLValidation& validation : validations) out += validation.generateXML();
+  out += status.generateXML();
+  appendEndTag(out, kElementName);
+}
+
+std::vector<const SPXMLAttribute*> SPXMLDevice::writtenAttributes() const {
+  std::vector<const SPXMLAttribute*> written = {&componentID};
   if (holdsNumber(vendorID) && holdsNumber(deviceID) && holdsNumber(subVendorID) &&
       holdsNumber(subDeviceID)) {
-    written.insert(written.end(), {vendorID, deviceID, subDeviceID, subVendorID});
+    written.insert(written.end(), {&vendorID, &deviceID, &subDeviceID, &subVendorID});
     for (const SPXMLAttribute* place : {&bus, &device, &function}) {
-      if (holdsNumber(*place)) written.push_back(*place);
+      if (holdsNumber(*place)) written.push_back(place);
     }
   }
-  if (holdsNumber(enumerator)) written.push_back(enumerator);
-  written.push_back(display);
+  if (holdsNumber(enumerator)) written.push_back(&enumerator);
+  written.push_back(&display);
   return written;
 }
 
-SPUString SPXMLDevice::generateXML() const {
-  SPUString children;
-  for (const SPXMLApplication& application : applications) children += application.generateXML();
-  for (const SPXMLValidation& validation : validations) children += validation.generateXML();
-  children += status.generateXML();
-  const SPUString element =
-      SPXMLObject::buildElement(elementName, writtenAttributes(), SPUString());
-  return SPXMLObject::insertChild(element, elementName, children);
-}
-
-void SPXMLDevice::parseXML(const SPUString& text) {
-  elementName = u"Device";
+void SPXMLDevice::parseXML(std::u16string_view text) {
+  const xmlquery::AttributeReader attributes(text, kElementName);
   for (SPXMLAttribute* attribute : {&display, &componentID, &vendorID, &subVendorID, &deviceID,
                                     &subDeviceID, &enumerator, &bus, &device, &function}) {
-    attribute->readFrom(text, elementName);
+    attributes.read(*attribute);
   }
-  for (const SPUString& element : SPXMLObject::getElements(text, SPUString(u"Validation"))) {
-    validations.emplace_back(element);
-  }
-  for (const SPUString& element : SPXMLObject::getElements(text, SPUString(u"Application"))) {
-    applications.emplace_back(element);
-  }
-  for (const SPUString& element : SPXMLObject::getElements(text, SPUString(u"SPStatus"))) {
-    status = SPXMLStatus(element);
-  }
+  xmlquery::readElements(text, u"Validation", validations);
+  xmlquery::readElements(text, u"Application", applications);
+  xmlquery::readLastElement(text, u"SPStatus", status);
 }
 
 }  // namespace tolvanix

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 #include "inventory/SPXMLApplication.h"
@@ -19,9 +20,11 @@ class SPXMLDevice : public SPXMLGenerator {
   SPXMLDevice(const SPString& name, std::uint32_t vendor, std::uint32_t subVendor,
               std::uint32_t deviceNumber, std::uint32_t subDevice, std::uint32_t busNumber,
               std::uint32_t slotNumber, std::uint32_t functionNumber);
-  explicit SPXMLDevice(const SPUString& text) { SPXMLDevice::parseXML(text); }
+  explicit SPXMLDevice(std::u16string_view text) { SPXMLDevice::parseXML(text); }
 
-  void addApplication(const SPXMLApplication& application) { applications.push_back(application); }
+  void addApplication(SPXMLApplication application) {
+    applications.push_back(std::move(application));
+  }
 
   // -1 where the attribute holds no number.
   std::int32_t getVendorID() const;
@@ -35,22 +38,23 @@ class SPXMLDevice : public SPXMLGenerator {
   const std::vector<SPXMLApplication>& getApplications() const { return applications; }
 
   SPUString generateXML() const override;
-  void parseXML(const SPUString& text) override;
+  void parseXML(std::u16string_view text) override;
+  // Appends what `generateXML` answers.
+  void appendXML(std::u16string& out) const;
 
  private:
-  std::vector<SPXMLAttribute> writtenAttributes() const;
+  std::vector<const SPXMLAttribute*> writtenAttributes() const;
 
-  SPUString elementName{u"Device"};
-  SPXMLAttribute vendorID{"vendorID"};  // the four identifiers: hexadecimal
-  SPXMLAttribute deviceID{"deviceID"};
-  SPXMLAttribute subVendorID{"subVendorID"};
-  SPXMLAttribute subDeviceID{"subDeviceID"};
-  SPXMLAttribute componentID{"componentID"};
-  SPXMLAttribute display{"display"};
-  SPXMLAttribute enumerator{"enum"};
-  SPXMLAttribute bus{"bus"};  // the place: decimal
-  SPXMLAttribute device{"device"};
-  SPXMLAttribute function{"function"};
+  SPXMLAttribute vendorID{u"vendorID"};  // the four identifiers: hexadecimal
+  SPXMLAttribute deviceID{u"deviceID"};
+  SPXMLAttribute subVendorID{u"subVendorID"};
+  SPXMLAttribute subDeviceID{u"subDeviceID"};
+  SPXMLAttribute componentID{u"componentID"};
+  SPXMLAttribute display{u"display"};
+  SPXMLAttribute enumerator{u"enum"};
+  SPXMLAttribute bus{u"bus"};  // the place: decimal
+  SPXMLAttribute device{u"device"};
+  SPXMLAttribute function{u"function"};
   SPXMLStatus status;
   std::vector<SPXMLApplication> applications;
   std::vector<SPXMLValidation> validations;

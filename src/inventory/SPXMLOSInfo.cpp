@@ -2,21 +2,26 @@
 
 #include <string>
 
+#include "text/Conversion.h"
 #include "text/SPString.h"
+#include "xml/Numbers.h"
 #include "xml/SPXMLObject.h"
+#include "xml/XMLQuery.h"
 
 namespace tolvanix {
 
 namespace {
 
-SPXMLAttribute textAttribute(const char* name, const SPUString& value) {
+constexpr std::u16string_view kElementName = u"OperatingSystem";
+
+SPXMLAttribute textAttribute(std::u16string_view name, const SPUString& value) {
   SPXMLAttribute attribute(name);
   attribute.setValue(value);
   return attribute;
 }
 
 // A number without leading zeros.
-SPXMLAttribute numberAttribute(const char* name, std::uint32_t value) {
+SPXMLAttribute numberAttribute(std::u16string_view name, std::uint32_t value) {
   return {name, SPString(std::to_string(value))};
 }
 
@@ -24,32 +29,30 @@ SPXMLAttribute numberAttribute(const char* name, std::uint32_t value) {
 
 SPUString SPXMLOSInfo::generateXML() const {
   const SPOSInfo now;
-  return SPXMLObject::buildElement(SPUString(u"OperatingSystem"),
+  return SPXMLObject::buildElement(SPUString(kElementName),
                                    {
-                                       textAttribute("osVendor", now.osVendor),
-                                       textAttribute("osArch", now.osArch),
-                                       numberAttribute("majorVersion", now.majorVersion),
-                                       numberAttribute("minorVersion", now.minorVersion),
-                                       numberAttribute("spMajorVersion", now.spMajorVersion),
-                                       numberAttribute("spMinorVersion", now.spMinorVersion),
+                                       textAttribute(u"osVendor", now.osVendor),
+                                       textAttribute(u"osArch", now.osArch),
+                                       numberAttribute(u"majorVersion", now.majorVersion),
+                                       numberAttribute(u"minorVersion", now.minorVersion),
+                                       numberAttribute(u"spMajorVersion", now.spMajorVersion),
+                                       numberAttribute(u"spMinorVersion", now.spMinorVersion),
                                    },
                                    SPUString());
 }
 
-void SPXMLOSInfo::parseXML(const SPUString& text) {
-  SPXMLObject document;
-  document.setXML(text);
-  const SPString element("OperatingSystem");
-  const auto number = [&](const char* attribute) {
-    return static_cast<std::uint32_t>(document.getAttributeInt(element, SPString(attribute)));
+void SPXMLOSInfo::parseXML(std::u16string_view text) {
+  const xmlquery::AttributeReader attributes(text, kElementName);
+  const auto number = [&](std::u16string_view attribute) {
+    return static_cast<std::uint32_t>(readDecimal(attributes.value(attribute)).value_or(0));
   };
-  majorVersion = number("majorVersion");
-  minorVersion = number("minorVersion");
-  spMajorVersion = number("spMajorVersion");
-  spMinorVersion = number("spMinorVersion");
-  osVendor = SPUString(document.getAttribute(element, SPString("osVendor")));
-  display.readFrom(text, u"OperatingSystem");
-  osArch = document.getAttribute(SPUString(element), SPUString(u"osArch"));
+  majorVersion = number(u"majorVersion");
+  minorVersion = number(u"minorVersion");
+  spMajorVersion = number(u"spMajorVersion");
+  spMinorVersion = number(u"spMinorVersion");
+  osVendor = widen(narrow(attributes.value(u"osVendor")));
+  attributes.read(display);
+  osArch = attributes.value(u"osArch");
   if (osArch.empty()) osArch = u"na";
 }
 

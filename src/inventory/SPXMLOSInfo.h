@@ -14,10 +14,10 @@ class SPXMLOSInfo : public SPOSInfo, public SPXMLGenerator {
 
   // Describes the computer at this moment, whatever was read before; may throw likewise.
   SPUString generateXML() const override;
-  void parseXML(const SPUString& text) override;
+  void parseXML(std::u16string_view text) override;
 
  private:
-  SPXMLAttribute display{"display"};  // read from documents, not written
+  SPXMLAttribute display{u"display"};  // read from documents, not written
 };
 
 }  // namespace tolvanix

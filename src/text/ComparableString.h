@@ -23,6 +23,8 @@ class ComparableString : public std::basic_string<Char> {
   explicit ComparableString(Base text) : Base(std::move(text)) {}
   ComparableString(const ComparableString&) = default;
   ComparableString& operator=(const ComparableString&) = default;
+  ComparableString(ComparableString&&) noexcept = default;
+  ComparableString& operator=(ComparableString&&) noexcept = default;
   virtual ~ComparableString() = default;
 
   void setCompareMode(int mode) { compareMode = mode; }

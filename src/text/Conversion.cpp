@@ -38,8 +38,12 @@ struct Character {
   std::size_t units;  // how many units of the text spell it
 };
 
-bool isHighSurrogate(char16_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
-bool isLowSurrogate(char16_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
+bool isHighSurrogate(char16_t unit) {
+  return unit >= 0xD800 && unit <= 0xDBFF;
+}
+bool isLowSurrogate(char16_t unit) {
+  return unit >= 0xDC00 && unit <= 0xDFFF;
+}
 
 // The character that units 0x80 to 0xFF at the start of `text` spell as UTF-8 bytes; units 0 when
 // they spell none. Overlong forms and surrogates are no UTF-8 (RFC 3629).

@@ -1,6 +1,6 @@
 #include "text/SPUString.h"
 
-#include <cstdio>
+#include <iterator>
 #include <utility>
 
 #include "text/Conversion.h"
@@ -9,19 +9,22 @@ namespace tolvanix {
 
 namespace {
 
-// The longest result: a sign and ten digits.
-constexpr std::size_t kNumberBuffer = 16;
+constexpr int kLeastDigits = 4;
 
-std::u16string formatHexadecimal(std::uint32_t number) {
-  char digits[kNumberBuffer];
-  std::snprintf(digits, sizeof digits, "%.4X", number);
-  return widen(digits);
+// The number in that base, at least four digits, behind the sign.
+std::u16string formatNumber(std::uint32_t number, unsigned base, const char16_t* sign) {
+  char16_t digits[10];
+  char16_t* const end = digits + std::size(digits);
+  char16_t* first = end;
+  for (; number > 0 || end - first < kLeastDigits; number /= base) {
+    *--first = u"0123456789ABCDEF"[number % base];
+  }
+  return std::u16string(sign).append(first, end);
 }
 
 std::u16string formatDecimal(std::int32_t number) {
-  char digits[kNumberBuffer];
-  std::snprintf(digits, sizeof digits, "%.4d", number);
-  return widen(digits);
+  const auto bits = static_cast<std::uint32_t>(number);
+  return number < 0 ? formatNumber(0U - bits, 10, u"-") : formatNumber(bits, 10, u"");
 }
 
 }  // namespace
@@ -29,18 +32,20 @@ std::u16string formatDecimal(std::int32_t number) {
 SPUString::SPUString(const char16_t* text)
     : ComparableString(text != nullptr ? std::u16string(text) : std::u16string()) {}
 
-SPUString::SPUString(std::u16string text) : ComparableString(std::move(text)) {}
+SPUString::SPUString(std::u16string_view text) : ComparableString(std::u16string(text)) {}
+
+SPUString::SPUString(std::u16string&& text) : ComparableString(std::move(text)) {}
 
 SPUString::SPUString(const char* text) : ComparableString(widen(text != nullptr ? text : "")) {}
 
 SPUString::SPUString(const std::string& text) : SPUString(text.c_str()) {}
 
-SPUString::SPUString(std::uint32_t number) : ComparableString(formatHexadecimal(number)) {}
+SPUString::SPUString(std::uint32_t number) : ComparableString(formatNumber(number, 16, u"")) {}
 
 SPUString::SPUString(std::int32_t number, Decimal /*selector*/)
     : ComparableString(formatDecimal(number)) {}
 
-SPUString& SPUString::operator=(const std::u16string& text) {
+SPUString& SPUString::operator=(std::u16string_view text) {
   assign(text);
   return *this;
 }
@@ -50,7 +55,9 @@ SPUString& SPUString::operator=(const char16_t* text) {
   return *this;
 }
 
-SPUString& SPUString::operator=(const std::string& text) { return *this = text.c_str(); }
+SPUString& SPUString::operator=(const std::string& text) {
+  return *this = text.c_str();
+}
 
 SPUString& SPUString::operator=(const char* text) {
   assign(widen(text));

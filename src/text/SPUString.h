@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "text/ComparableString.h"
 
@@ -15,7 +16,8 @@ class SPUString : public ComparableString<SPUString, char16_t> {
 
   SPUString() = default;
   explicit SPUString(const char16_t* text);  // null counts as empty
-  explicit SPUString(std::u16string text);
+  explicit SPUString(std::u16string_view text);
+  explicit SPUString(std::u16string&& text);
   // Narrow text, converted byte for unit up to the first zero; null counts as empty.
   explicit SPUString(const char* text);
   explicit SPUString(const std::string& text);
@@ -24,7 +26,7 @@ class SPUString : public ComparableString<SPUString, char16_t> {
   // At least four decimal digits: 5 gives 0005.
   SPUString(std::int32_t number, Decimal selector);
 
-  SPUString& operator=(const std::u16string& text);  // the mode stays, here and below
+  SPUString& operator=(std::u16string_view text);  // the mode stays, here and below
   SPUString& operator=(const char16_t* text);
   SPUString& operator=(const std::string& text);
   SPUString& operator=(const char* text);

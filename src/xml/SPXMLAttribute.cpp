@@ -2,36 +2,39 @@
 
 #include <utility>
 
-#include "text/Conversion.h"
-#include "xml/SPXMLObject.h"
-#include "xml/XMLQuery.h"
+#include "xml/Entities.h"
 
 namespace tolvanix {
 
-SPXMLAttribute::SPXMLAttribute(const char* attributeName) : name(attributeName) {}
+SPXMLAttribute::SPXMLAttribute(std::u16string_view attributeName) : name(attributeName) {}
 
-SPXMLAttribute::SPXMLAttribute(const char* attributeName, std::uint32_t number)
+SPXMLAttribute::SPXMLAttribute(std::u16string_view attributeName, std::uint32_t number)
     : name(attributeName), value(number) {}
 
-SPXMLAttribute::SPXMLAttribute(const char* attributeName, const SPString& text)
-    : name(attributeName), value(SPXMLObject::unescapeText(SPUString(text))) {}
-
-void SPXMLAttribute::setValue(const SPUString& text) {
-  value = SPXMLObject::unescapeText(text);
+SPXMLAttribute::SPXMLAttribute(std::u16string_view attributeName, const SPString& text)
+    : name(attributeName) {
+  setValue(SPUString(text));
 }
 
-void SPXMLAttribute::readFrom(std::u16string_view text, std::u16string_view element) {
-  setValue(SPUString(std::u16string(xmlquery::firstAttribute(text, element, widen(name)))));
+void SPXMLAttribute::setValue(std::u16string_view text) {
+  std::u16string plain;
+  appendUnescaped(plain, text);
+  value = SPUString(std::move(plain));
 }
 
 SPUString SPXMLAttribute::format() const {
-  if (name.empty() || value.empty()) return {};
-  std::u16string text = u" ";
-  text += widen(name);
-  text += u"=\"";
-  text += SPXMLObject::escapeText(value);
-  text += u"\" ";
+  std::u16string text;
+  appendTo(text);
   return SPUString(std::move(text));
+}
+
+void SPXMLAttribute::appendTo(std::u16string& out) const {
+  if (name.empty() || value.empty()) return;
+  out += u' ';
+  out += name;
+  out += u"=\"";
+  appendEscaped(out, value);
+  out += u"\" ";
 }
 
 }  // namespace tolvanix

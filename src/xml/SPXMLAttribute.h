@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 #include "text/SPString.h"
@@ -11,25 +12,26 @@ namespace tolvanix {
 
 class SPXMLAttribute {
  public:
-  explicit SPXMLAttribute(const char* attributeName);
+  // The name is a literal: it is not copied.
+  explicit SPXMLAttribute(std::u16string_view attributeName);
   // The value in upper-case hexadecimal, at least four digits.
-  SPXMLAttribute(const char* attributeName, std::uint32_t number);
+  SPXMLAttribute(std::u16string_view attributeName, std::uint32_t number);
   // The value is XML: entities in it are resolved.
-  SPXMLAttribute(const char* attributeName, const SPString& text);
+  SPXMLAttribute(std::u16string_view attributeName, const SPString& text);
 
   // Takes XML: entities are resolved, so that the value is held as plain text.
-  void setValue(const SPUString& text);
-  // Takes the first non-empty value that this attribute has among the text's elements of that name,
-  // else empty (SPXMLObject::getAttribute).
-  void readFrom(std::u16string_view text, std::u16string_view element);
+  void setValue(std::u16string_view text);
   const SPUString& getValue() const { return value; }
+  std::u16string_view getName() const { return name; }
 
   // ` name="value" ` with the value escaped, a blank on both sides; empty when the attribute has no
   // name or no value.
   SPUString format() const;
+  // Appends what `format` answers.
+  void appendTo(std::u16string& out) const;
 
  private:
-  SPString name;
+  std::u16string_view name;
   SPUString value;
 };
 

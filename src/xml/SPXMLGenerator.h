@@ -1,6 +1,8 @@
 // What every element class can do: write itself as XML text and read itself from one.
 #pragma once
 
+#include <string_view>
+
 #include "text/SPUString.h"
 
 namespace tolvanix {
@@ -10,10 +12,12 @@ class SPXMLGenerator {
   SPXMLGenerator() = default;
   SPXMLGenerator(const SPXMLGenerator&) = default;
   SPXMLGenerator& operator=(const SPXMLGenerator&) = default;
+  SPXMLGenerator(SPXMLGenerator&&) noexcept = default;
+  SPXMLGenerator& operator=(SPXMLGenerator&&) noexcept = default;
 
   virtual SPUString generateXML() const = 0;
   // Takes a text that holds the element: a whole document or the element alone.
-  virtual void parseXML(const SPUString& text) = 0;
+  virtual void parseXML(std::u16string_view text) = 0;
   virtual ~SPXMLGenerator() = default;
 };
 

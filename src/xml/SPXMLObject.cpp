@@ -1,12 +1,11 @@
 #include "xml/SPXMLObject.h"
 
-#include <algorithm>
-#include <iterator>
 #include <optional>
 #include <string_view>
 #include <utility>
 
 #include "platform/SPModuleFile.h"
+#include "xml/Entities.h"
 #include "xml/Numbers.h"
 #include "xml/XMLQuery.h"
 
@@ -15,30 +14,6 @@ namespace tolvanix {
 namespace {
 
 using View = std::u16string_view;
-
-struct Entity {
-  char16_t character;
-  View text;
-};
-constexpr Entity kEntities[] = {
-    {u'&', u"&amp;"}, {u'<', u"&lt;"}, {u'>', u"&gt;"}, {u'"', u"&quot;"}, {u'\'', u"&apos;"},
-};
-
-template <typename Matches>
-const Entity* findEntity(Matches matches) {
-  const auto* const found = std::find_if(std::begin(kEntities), std::end(kEntities), matches);
-  return found != std::end(kEntities) ? found : nullptr;
-}
-
-const Entity* entityOf(char16_t unit) {
-  return findEntity([unit](const Entity& entity) { return entity.character == unit; });
-}
-
-// The entity whose text, without its "&", the view begins with.
-const Entity* entityWithTail(View view) {
-  return findEntity(
-      [view](const Entity& entity) { return view.starts_with(entity.text.substr(1)); });
-}
 
 SPUString copy(View text) {
   return SPUString(std::u16string(text));
@@ -142,7 +117,7 @@ std::vector<SPUString> SPXMLObject::getAttributeValues(const SPUString& element,
 }
 
 SPUString SPXMLObject::getAttribute(const SPUString& element, const SPUString& attribute) const {
-  return copy(xmlquery::firstAttribute(xml, element, attribute));
+  return copy(xmlquery::AttributeReader(xml, element).value(attribute));
 }
 
 SPString SPXMLObject::getAttribute(const SPString& element, const SPString& attribute) const {
@@ -166,42 +141,16 @@ SPUString SPXMLObject::makeCloseTag(const SPUString& name) {
   return SPUString(std::move(tag));
 }
 
-// Both conversions take one pass; what they answer is what replacing one entity after the other,
-// from the start of the text again each time, would answer.
-
 SPUString SPXMLObject::escapeText(const SPUString& text) {
-  const View view = text;
-  std::u16string out;
-  out.reserve(view.size());
-  for (std::size_t i = 0; i < view.size(); ++i) {
-    const Entity* const entity = entityOf(view[i]);
-    if (entity == nullptr || (view[i] == u'&' && entityWithTail(view.substr(i + 1)) != nullptr)) {
-      out += view[i];
-    } else {
-      out += entity->text;
-    }
-  }
-  return SPUString(std::move(out));
+  std::u16string escaped;
+  appendEscaped(escaped, text);
+  return SPUString(std::move(escaped));
 }
 
 SPUString SPXMLObject::unescapeText(const SPUString& text) {
-  constexpr View kAmpersandTail = u"amp;";
-  View rest = text;
-  std::u16string out;
-  out.reserve(rest.size());
-  while (!rest.empty()) {
-    const std::size_t plain = std::min(rest.find(u'&'), rest.size());
-    out += rest.substr(0, plain);
-    rest.remove_prefix(plain);
-    if (rest.empty()) break;
-    // "&amp;" gives a "&" that can begin an entity with what follows, "&amp;" again included.
-    rest.remove_prefix(1);
-    while (rest.starts_with(kAmpersandTail)) rest.remove_prefix(kAmpersandTail.size());
-    const Entity* const entity = entityWithTail(rest);
-    out += entity != nullptr ? entity->character : u'&';
-    if (entity != nullptr) rest.remove_prefix(entity->text.size() - 1);
-  }
-  return SPUString(std::move(out));
+  std::u16string plain;
+  appendUnescaped(plain, text);
+  return SPUString(std::move(plain));
 }
 
 SPUString SPXMLObject::buildElement(const SPUString& name,
@@ -209,7 +158,7 @@ SPUString SPXMLObject::buildElement(const SPUString& name,
                                     const SPUString& inner) {
   std::u16string element = u"<";
   element += name;
-  for (const SPXMLAttribute& attribute : attributes) element += attribute.format();
+  for (const SPXMLAttribute& attribute : attributes) attribute.appendTo(element);
   element += u'>';
   element += inner;
   element += makeCloseTag(name);

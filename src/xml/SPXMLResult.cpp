@@ -23,7 +23,7 @@ SPUString SPXMLResult::getAllMessages() const {
 void SPXMLResult::readMessages(std::u16string_view text) {
   constexpr std::u16string_view kMessage = u"Message";
   xmlquery::forEachElement(text, kMessage, [&](std::u16string_view element) {
-    messages.emplace_back(std::u16string(xmlquery::element(element, kMessage, 0)->inner));
+    messages.emplace_back(xmlquery::element(element, kMessage, 0)->inner);
     return true;
   });
 }

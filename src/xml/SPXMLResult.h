@@ -30,9 +30,9 @@ class SPXMLResult : public SPXMLGenerator {
   SPUString buildResult(const SPUString& name, const std::vector<SPXMLAttribute>& attributes) const;
 
   std::vector<SPUString> messages;
-  SPXMLAttribute result{"result"};
-  SPXMLAttribute reboot{"reboot"};          // SPXMLStatus only
-  SPXMLAttribute extMessage{"extMessage"};  // SPXMLStatus only
+  SPXMLAttribute result{u"result"};
+  SPXMLAttribute reboot{u"reboot"};          // SPXMLStatus only
+  SPXMLAttribute extMessage{u"extMessage"};  // SPXMLStatus only
 };
 
 }  // namespace tolvanix

@@ -1,17 +1,23 @@
 #include "xml/SPXMLStatus.h"
 
+#include "xml/XMLQuery.h"
+
 namespace tolvanix {
+
+namespace {
+constexpr std::u16string_view kElementName = u"SPStatus";
+}
 
 SPUString SPXMLStatus::generateXML() const {
   if (result.getValue().empty()) return {};
-  return buildResult(elementName, {result, reboot, extMessage});
+  return buildResult(SPUString(kElementName), {result, reboot, extMessage});
 }
 
-void SPXMLStatus::parseXML(const SPUString& text) {
-  elementName = u"SPStatus";
-  result.readFrom(text, elementName);
-  reboot.readFrom(text, elementName);
-  extMessage.readFrom(text, elementName);
+void SPXMLStatus::parseXML(std::u16string_view text) {
+  const xmlquery::AttributeReader attributes(text, kElementName);
+  attributes.read(result);
+  attributes.read(reboot);
+  attributes.read(extMessage);
   readMessages(text);
 }
 

@@ -8,14 +8,11 @@ namespace tolvanix {
 class SPXMLStatus : public SPXMLResult {
  public:
   SPXMLStatus() = default;
-  explicit SPXMLStatus(const SPUString& text) { SPXMLStatus::parseXML(text); }
+  explicit SPXMLStatus(std::u16string_view text) { SPXMLStatus::parseXML(text); }
 
   // Empty, messages or not, when there is no result.
   SPUString generateXML() const override;
-  void parseXML(const SPUString& text) override;
-
- private:
-  SPUString elementName{u"SPStatus"};
+  void parseXML(std::u16string_view text) override;
 };
 
 }  // namespace tolvanix

@@ -1,15 +1,21 @@
 #include "xml/SPXMLValidation.h"
 
+#include "xml/XMLQuery.h"
+
 namespace tolvanix {
 
-SPUString SPXMLValidation::generateXML() const {
-  return buildResult(elementName, {type, result});
+namespace {
+constexpr std::u16string_view kElementName = u"Validation";
 }
 
-void SPXMLValidation::parseXML(const SPUString& text) {
-  elementName = u"Validation";
-  type.readFrom(text, elementName);
-  result.readFrom(text, elementName);
+SPUString SPXMLValidation::generateXML() const {
+  return buildResult(SPUString(kElementName), {type, result});
+}
+
+void SPXMLValidation::parseXML(std::u16string_view text) {
+  const xmlquery::AttributeReader attributes(text, kElementName);
+  attributes.read(type);
+  attributes.read(result);
   readMessages(text);
 }
 

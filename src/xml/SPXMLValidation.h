@@ -8,17 +8,16 @@ namespace tolvanix {
 class SPXMLValidation : public SPXMLResult {
  public:
   SPXMLValidation() = default;
-  explicit SPXMLValidation(const SPUString& text) { SPXMLValidation::parseXML(text); }
+  explicit SPXMLValidation(std::u16string_view text) { SPXMLValidation::parseXML(text); }
 
   SPUString generateXML() const override;
-  void parseXML(const SPUString& text) override;
+  void parseXML(std::u16string_view text) override;
 
   // "qualification", "hard", "soft", "info", or any other word.
   const SPUString& getType() const { return type.getValue(); }
 
  private:
-  SPUString elementName{u"Validation"};
-  SPXMLAttribute type{"type"};
+  SPXMLAttribute type{u"type"};
 };
 
 }  // namespace tolvanix

@@ -5,6 +5,9 @@
 #include <cstddef>
 #include <optional>
 #include <string_view>
+#include <vector>
+
+#include "xml/SPXMLAttribute.h"
 
 namespace tolvanix::xmlquery {
 
@@ -46,7 +49,39 @@ View attributePair(View elementText, View attribute);
 // The value in what `attributePair` found; empty when there is none.
 View attributeValue(View pair);
 
-// The first non-empty value among the elements of that name; empty when there is none.
-View firstAttribute(View text, View name, View attribute);
+// The attributes of the elements of one name, for element classes that read many of them.
+class AttributeReader {
+ public:
+  AttributeReader(View text, View name);
+
+  // The first non-empty value among the elements; empty when there is none.
+  View value(View attribute) const;
+  void read(SPXMLAttribute& attribute) const;
+
+ private:
+  View searched;
+  View elementName;
+  std::optional<Element> first;  // found once for all attributes
+};
+
+// Appends an element class for each element of that name.
+template <typename Class>
+void readElements(View text, View name, std::vector<Class>& list) {
+  forEachElement(text, name, [&](View element) {
+    list.emplace_back(element);
+    return true;
+  });
+}
+
+// The last element of that name replaces `object`; without one it stays.
+template <typename Class>
+void readLastElement(View text, View name, Class& object) {
+  View last;
+  forEachElement(text, name, [&](View element) {
+    last = element;
+    return true;
+  });
+  if (!last.empty()) object = Class(last);
+}
 
 }  // namespace tolvanix::xmlquery

@@ -47,14 +47,14 @@ def built(root, build):
 
 def platform(root):
     def allowed(file):
-        if root / "src/winapi" in file.parents:
+        if {root / "src/winapi", root / "tests/winapi"} & set(file.parents):
             return True
         return file.parts[len(root.parts)] != "src" and file.stem.endswith(("_posix", "_windows"))
 
     # The standard library's own headers are those without a folder and without ".h".
     include = re.compile(r'^\s*#\s*include\s*<(?![a-z_]+>|(?:gtest|benchmark)/|pugixml\.hpp)([^>]+)>')
-    # The C interface of the validation library.
-    c_headers = {"stddef.h", "stdint.h"}
+    # The validation library has a C interface.
+    c_headers = {"stddef.h", "stdint.h", "uchar.h"}
     macro = re.compile(r"\b(_WIN32|_WIN64|WIN32|__MINGW\w*|__linux__|__unix__)\b")
     findings = []
     for file in code_files(root, "src", "sdk", "tests", "bench", "fuzz"):

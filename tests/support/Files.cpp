@@ -31,6 +31,10 @@ ScopedCurrentDirectory::~ScopedCurrentDirectory() {
   fs::current_path(before, ignored);
 }
 
+fs::path fixture(std::string_view name) {
+  return fs::path(TOLVANIX_FIXTURES) / name;
+}
+
 void writeFile(const fs::path& file, std::string_view bytes) {
   fs::create_directories(file.parent_path());
   std::ofstream out(file, std::ios::binary | std::ios::trunc);
@@ -39,12 +43,24 @@ void writeFile(const fs::path& file, std::string_view bytes) {
   if (!out) throw std::runtime_error("cannot write " + file.string());
 }
 
-std::string readFile(const fs::path& file) {
-  std::ifstream in(file, std::ios::binary);
+namespace {
+
+std::string readAll(const fs::path& file, std::ios::openmode mode) {
+  std::ifstream in(file, mode);
   if (!in) throw std::runtime_error("cannot read " + file.string());
   std::ostringstream bytes;
   bytes << in.rdbuf();
   return bytes.str();
+}
+
+}  // namespace
+
+std::string readFile(const fs::path& file) {
+  return readAll(file, std::ios::in | std::ios::binary);
+}
+
+std::string readText(const fs::path& file) {
+  return readAll(file, std::ios::in);
 }
 
 std::string utf16File(std::u16string_view text) {

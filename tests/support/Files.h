@@ -34,9 +34,15 @@ class ScopedCurrentDirectory {
   std::filesystem::path before;
 };
 
+// A file of tests/fixtures/.
+std::filesystem::path fixture(std::string_view name);
+
 // Bytes as they are; missing parent folders are made. Failures throw.
 void writeFile(const std::filesystem::path& file, std::string_view bytes);
 std::string readFile(const std::filesystem::path& file);
+
+// As the C library reads a text file here: "\n" for the platform's line ends.
+std::string readText(const std::filesystem::path& file);
 
 // UTF-16LE bytes with a byte-order mark.
 std::string utf16File(std::u16string_view text);

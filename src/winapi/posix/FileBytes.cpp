@@ -1,6 +1,7 @@
 #include "winapi/posix/FileBytes.h"
 
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -17,7 +18,7 @@ std::optional<std::string> readWholeFile(const char* path) {
   struct stat status {};
   if (file.get() < 0 || fstat(file.get(), &status) != 0) return std::nullopt;
   if (!S_ISREG(status.st_mode) && !S_ISFIFO(status.st_mode)) {
-    errno = EINVAL;
+    errno = ENOTSUP;
     return std::nullopt;
   }
   // One byte more than the file holds, so that its end is met without growing.
@@ -33,6 +34,20 @@ std::optional<std::string> readWholeFile(const char* path) {
   }
   bytes.resize(filled);
   return bytes;
+}
+
+MappedFile::MappedFile(const char* path) {
+  const FileDescriptor file(open(path, O_RDONLY | O_CLOEXEC));
+  struct stat status {};
+  if (file.get() < 0 || fstat(file.get(), &status) != 0 || status.st_size <= 0) return;
+  const auto size = static_cast<std::size_t>(status.st_size);
+  const void* const start =
+      mmap(nullptr, size, PROT_READ, MAP_PRIVATE | MAP_POPULATE, file.get(), 0);
+  if (start != MAP_FAILED) bytes = {static_cast<const char*>(start), size};
+}
+
+MappedFile::~MappedFile() {
+  if (!bytes.empty()) munmap(const_cast<char*>(bytes.data()), bytes.size());
 }
 
 std::optional<std::string_view> readSmallFile(int folder, const char* path, char* buffer,

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace tolvanix::winapi {
 
@@ -21,9 +22,24 @@ class FileDescriptor {
   int descriptor;
 };
 
-// The bytes of a file; none with errno when it cannot be read. Devices are refused with EINVAL:
-// one could be endless.
+// The bytes of a file; none with errno when it cannot be read. Devices, of which one could be
+// endless, are refused with ENOTSUP.
 std::optional<std::string> readWholeFile(const char* path);
+
+// A file's bytes without a copy of them; empty when it cannot be read.
+class MappedFile {
+ public:
+  explicit MappedFile(const char* path);
+  MappedFile(MappedFile&& other) noexcept : bytes(std::exchange(other.bytes, {})) {}
+  MappedFile(const MappedFile&) = delete;
+  MappedFile& operator=(const MappedFile&) = delete;
+  MappedFile& operator=(MappedFile&&) = delete;
+  ~MappedFile();
+  std::string_view text() const { return bytes; }
+
+ private:
+  std::string_view bytes;
+};
 
 // The start of a small file below an open folder, as much as one read gives, in `buffer`; none
 // when it cannot be read.

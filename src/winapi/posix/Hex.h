@@ -9,12 +9,30 @@
 namespace tolvanix::winapi {
 
 // The value of a digit of either case, -1 for any other character.
-int hexDigit(char c);
+constexpr int hexDigit(char c) {
+  if (c >= '0' && c <= '9') return c - '0';
+  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+  return -1;
+}
 
 // The whole text as a number of one to eight digits of either case; none for any other text.
-std::optional<std::uint32_t> readHex(std::string_view digits);
+constexpr std::optional<std::uint32_t> readHex(std::string_view digits) {
+  if (digits.empty() || digits.size() > 8) return std::nullopt;
+  std::uint32_t number = 0;
+  for (const char c : digits) {
+    const int digit = hexDigit(c);
+    if (digit < 0) return std::nullopt;
+    number = number * 16 + static_cast<std::uint32_t>(digit);
+  }
+  return number;
+}
 
-// Appends `number` with upper-case digits, at least `width` of them.
-void appendHex(std::string& text, std::uint32_t number, int width);
+// Appends `number` in `width` upper-case digits.
+inline void appendHex(std::string& text, std::uint32_t number, int width) {
+  for (int shift = 4 * (width - 1); shift >= 0; shift -= 4) {
+    text += "0123456789ABCDEF"[number >> shift & 0xF];
+  }
+}
 
 }  // namespace tolvanix::winapi

@@ -8,7 +8,7 @@
 #include <cstdlib>
 #include <memory>
 
-namespace tolvanix {
+namespace tolvanix::winapi {
 namespace {
 
 std::string currentDirectory() {
@@ -97,4 +97,4 @@ bool hasReservedCharacter(std::string_view path) {
   return path.find_first_of("<>\"|?*") != std::string_view::npos;
 }
 
-}  // namespace tolvanix
+}  // namespace tolvanix::winapi

@@ -7,7 +7,7 @@
 
 #include "winapi/winapi.h"
 
-namespace tolvanix {
+namespace tolvanix::winapi {
 
 // Every '\' turned into '/', and the other way round.
 std::string toNativePath(std::string_view path);
@@ -24,4 +24,4 @@ DWORD pathError(int error, const std::string& nativePath);
 // True when the name holds a character that no name of a file may hold.
 bool hasReservedCharacter(std::string_view path);
 
-}  // namespace tolvanix
+}  // namespace tolvanix::winapi

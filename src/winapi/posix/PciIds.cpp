@@ -5,7 +5,6 @@
 #include <optional>
 #include <utility>
 
-#include "winapi/posix/FileBytes.h"
 #include "winapi/posix/Hex.h"
 
 namespace tolvanix::winapi {
@@ -30,8 +29,9 @@ std::string_view nameIn(std::string_view line, std::size_t idsEnd) {
 
 }  // namespace
 
-PciIds::PciIds(std::string listText) : text(std::move(listText)) {
-  const std::string_view list = text;
+PciIds::PciIds(MappedFile mapped) : file(std::move(mapped)) {
+  const std::string_view list = file.text();
+  devices.reserve(list.size() / 64);  // about one line in two is a device's
   std::optional<std::uint32_t> vendor;
   for (std::size_t start = 0; start < list.size();) {
     const std::string_view line = lineAt(list, start);
@@ -53,10 +53,10 @@ PciIds::PciIds(std::string listText) : text(std::move(listText)) {
 
 PciIds PciIds::ofSystem() {
   for (const char* const list : kLists) {
-    std::optional<std::string> bytes = readWholeFile(list);
-    if (bytes) return PciIds(std::move(*bytes));
+    MappedFile mapped(list);
+    if (!mapped.text().empty()) return PciIds(std::move(mapped));
   }
-  return PciIds({});
+  return PciIds(MappedFile(""));
 }
 
 std::string_view PciIds::name(std::uint16_t vendor, std::uint16_t device, std::uint16_t subVendor,
@@ -66,7 +66,7 @@ std::string_view PciIds::name(std::uint16_t vendor, std::uint16_t device, std::u
       std::lower_bound(devices.begin(), devices.end(), ids,
                        [](const Entry& entry, std::uint32_t wanted) { return entry.ids < wanted; });
   if (found == devices.end() || found->ids != ids) return {};
-  const std::string_view list = text;
+  const std::string_view list = file.text();
   const std::string_view deviceLine = lineAt(list, found->offset);
   for (std::size_t next = found->offset + deviceLine.size() + 1; next < list.size();) {
     const std::string_view line = lineAt(list, next);

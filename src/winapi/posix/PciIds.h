@@ -3,16 +3,17 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
 #include <string_view>
 #include <vector>
+
+#include "winapi/posix/FileBytes.h"
 
 namespace tolvanix::winapi {
 
 class PciIds {
  public:
-  // An empty text knows no names.
-  explicit PciIds(std::string listText);
+  // An empty list knows no names.
+  explicit PciIds(MappedFile mapped);
 
   // The list that this computer has installed; empty when it has none.
   static PciIds ofSystem();
@@ -26,7 +27,7 @@ class PciIds {
     std::uint32_t ids;     // vendor, then device, 16 bits each
     std::uint32_t offset;  // of the device's line
   };
-  std::string text;
+  MappedFile file;
   std::vector<Entry> devices;  // sorted by ids
 };
 

@@ -252,8 +252,13 @@ const RegistryValue* ExportedKey::find(std::string_view foldedName) const {
 
 ExportedKeys readRegistryExport(std::string_view bytes, bool (*wanted)(std::string_view path)) {
   if (bytes.starts_with("\xFF\xFE")) {
-    if (bytes.size() % 2 != 0) throw MalformedExport(1, "the file ends in half a UTF-16 unit");
-    return Reader(utf16ToUtf8(bytes.substr(2)), wanted).read();
+    const std::string text = utf16ToUtf8(bytes.substr(2));
+    if (bytes.size() % 2 != 0) {
+      throw MalformedExport(
+          static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')) + 1,
+          "the file ends in half a UTF-16 unit");
+    }
+    return Reader(text, wanted).read();
   }
   if (bytes.starts_with("\xEF\xBB\xBF")) bytes.remove_prefix(3);
   return Reader(bytes, wanted).read();

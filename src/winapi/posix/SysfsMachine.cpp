@@ -31,11 +31,14 @@ std::string_view firstLine(std::string_view text) {
   return text.substr(0, text.find('\n'));
 }
 
+std::string joined(const char* folder, std::string_view name) {
+  return std::string(folder).append("/").append(name);
+}
+
+// The first line of a file of a device, in `buffer`.
 std::optional<std::string_view> readAttribute(int folder, const char* device, const char* name,
                                               char* buffer) {
-  char path[300];
-  std::snprintf(path, sizeof path, "%s/%s", device, name);
-  const auto text = readSmallFile(folder, path, buffer, kAttributeSize);
+  const auto text = readSmallFile(folder, joined(device, name).c_str(), buffer, kAttributeSize);
   return text ? std::optional(firstLine(*text)) : std::nullopt;
 }
 
@@ -88,7 +91,7 @@ Identity identityFromUevent(std::string_view text) {
 
 // "pci:v00008086d000029C0sv00001AF4sd00001100bc06sc00i00": fields of fixed widths.
 void completeFromModalias(Identity& identity, std::string_view text) {
-  if (!text.starts_with("pci:v") || text.size() < 54) return;
+  if (!text.starts_with("pci:v") || text.size() < 53) return;
   const auto fill = [text](std::optional<std::uint32_t>& number, std::size_t at) {
     if (!number) number = readHex(text.substr(at, 8));
   };
@@ -122,10 +125,8 @@ void completeFromFiles(Identity& identity, int folder, const char* device) {
 
 // The last name that the link of a device to its driver holds.
 std::string driverFromLink(int folder, const char* device) {
-  char path[300];
-  std::snprintf(path, sizeof path, "%s/driver", device);
   char buffer[kAttributeSize];
-  const ssize_t size = readlinkat(folder, path, buffer, sizeof buffer);
+  const ssize_t size = readlinkat(folder, joined(device, "driver").c_str(), buffer, sizeof buffer);
   if (size <= 0) return {};
   const std::string_view target(buffer, static_cast<std::size_t>(size));
   return std::string(target.substr(target.rfind('/') + 1));
@@ -200,10 +201,8 @@ void SysfsMachine::scan() {
 
 // None when the function is gone, or its files do not even tell its vendor and device.
 std::optional<SysfsMachine::Function> SysfsMachine::readFunction(int devices, const char* name) {
-  char path[300];
-  std::snprintf(path, sizeof path, "%s/uevent", name);
   char buffer[kAttributeSize];
-  const auto uevent = readSmallFile(devices, path, buffer, sizeof buffer);
+  const auto uevent = readSmallFile(devices, joined(name, "uevent").c_str(), buffer, sizeof buffer);
   Identity identity;
   if (uevent) identity = identityFromUevent(*uevent);
   if (!identity.complete()) completeFromFiles(identity, devices, name);
@@ -305,7 +304,7 @@ std::string SysfsMachine::location(const Function& function) {
 }
 
 std::string SysfsMachine::description(const Function& function) const {
-  if (!names) names = PciIds::ofSystem();
+  if (!names) names.emplace(PciIds::ofSystem());
   const std::string_view name =
       names->name(function.vendor, function.device, function.subVendor, function.subDevice);
   return std::string(name.empty() ? "PCI Device" : name);

@@ -143,10 +143,10 @@ DWORD readUtf16(int file, std::string_view begin, std::size_t rest, std::string&
 }  // namespace
 
 DWORD readTextFile(const char* fileName, std::string& text, std::size_t limit) {
-  const std::string path = toNativePath(fileName);
+  const std::string path = winapi::toNativePath(fileName);
   // Without O_NONBLOCK a named pipe would be waited for.
   const winapi::FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-  if (file.get() < 0) return pathError(errno, path);
+  if (file.get() < 0) return winapi::pathError(errno, path);
   struct stat status;
   if (fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) return ERROR_ACCESS_DENIED;
   const std::size_t size = std::min(static_cast<std::size_t>(status.st_size), limit);

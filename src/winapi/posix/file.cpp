@@ -12,16 +12,16 @@
 #include <utility>
 #include <vector>
 
-#include "winapi/posix/Handles.h"
+#include "winapi/posix/HandleTable.h"
 #include "winapi/posix/Paths.h"
 #include "winapi/winapi.h"
 
 namespace {
 
-using tolvanix::fromNativePath;
-using tolvanix::fullNativePath;
-using tolvanix::hasReservedCharacter;
-using tolvanix::pathError;
+using tolvanix::winapi::fromNativePath;
+using tolvanix::winapi::fullNativePath;
+using tolvanix::winapi::hasReservedCharacter;
+using tolvanix::winapi::pathError;
 
 using FileStatus = struct stat;
 
@@ -67,7 +67,8 @@ bool matchesPattern(std::string_view pattern, std::string_view name) {
       if (!reached[at]) continue;
       switch (pattern[i]) {
         case '*': {
-          const std::size_t stop = rest == "." ? std::max(at, std::min(name.rfind('.'), end)) : end;
+          const std::size_t dot = rest == "." ? name.rfind('.') : std::string_view::npos;
+          const std::size_t stop = dot != std::string_view::npos && at <= dot ? dot : end;
           std::fill(next.begin() + static_cast<std::ptrdiff_t>(at),
                     next.begin() + static_cast<std::ptrdiff_t>(stop) + 1, true);
           break;
@@ -77,7 +78,7 @@ bool matchesPattern(std::string_view pattern, std::string_view name) {
           break;
         default:
           if (at == end) {
-            next[at] = pattern[i] == '.' && beforeWildcard;
+            if (pattern[i] == '.' && beforeWildcard) next[at] = true;
           } else if (upperCase(name[at]) == upperCase(pattern[i])) {
             next[at + 1] = true;
           }
@@ -102,7 +103,7 @@ void fillAttributes(const FileStatus& status, Record& record) {
   record.nFileSizeLow = static_cast<DWORD>(size);
 }
 
-class Search : public tolvanix::HandleObject {
+class Search {
  public:
   Search(std::string nativeFolder, std::vector<std::string> found)
       : folder(std::move(nativeFolder)), names(std::move(found)) {}
@@ -126,6 +127,11 @@ class Search : public tolvanix::HandleObject {
   std::vector<std::string> names;
   std::size_t position = 0;
 };
+
+tolvanix::winapi::HandleTable<Search, 0x46>& searches() {
+  static tolvanix::winapi::HandleTable<Search, 0x46> table;
+  return table;
+}
 
 // The names that match, in order; none, with errno, when the folder cannot be read.
 std::optional<std::vector<std::string>> matchingNames(const std::string& folder,
@@ -257,21 +263,20 @@ HANDLE FindFirstFileA(const char* fileName, WIN32_FIND_DATAA* findData) {
     names = std::move(*matches);
   }
 
-  auto search = std::make_unique<Search>(folder, std::move(names));
-  if (!search->next(*findData)) return failSearch(ERROR_FILE_NOT_FOUND);
-  return tolvanix::openHandle(std::move(search));
+  Search search(folder, std::move(names));
+  if (!search.next(*findData)) return failSearch(ERROR_FILE_NOT_FOUND);
+  return searches().open(std::move(search));
 }
 
 BOOL FindNextFileA(HANDLE find, WIN32_FIND_DATAA* findData) {
-  auto* const search = tolvanix::handleObject<Search>(find);
-  if (search == nullptr) return FALSE;
-  if (search->next(*findData)) return TRUE;
-  SetLastError(ERROR_NO_MORE_FILES);
+  Search* const search = searches().find(find);
+  if (search != nullptr && search->next(*findData)) return TRUE;
+  SetLastError(search != nullptr ? ERROR_NO_MORE_FILES : ERROR_INVALID_HANDLE);
   return FALSE;
 }
 
 BOOL FindClose(HANDLE find) {
-  if (tolvanix::handleObject<Search>(find) == nullptr) return FALSE;
-  tolvanix::destroyHandle(find);
-  return TRUE;
+  if (searches().close(find)) return TRUE;
+  SetLastError(ERROR_INVALID_HANDLE);
+  return FALSE;
 }

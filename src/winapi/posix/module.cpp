@@ -85,7 +85,7 @@ fs::path findIgnoringCase(const fs::path& folder, const std::string& name) {
 }
 
 fs::path findLibrary(const char* libFileName) {
-  const std::string name = tolvanix::toNativePath(libFileName);
+  const std::string name = tolvanix::winapi::toNativePath(libFileName);
   const fs::path path(name);
   if (path.has_parent_path()) {
     return findIgnoringCase(path.parent_path(), path.filename().string());
@@ -142,7 +142,7 @@ DWORD GetModuleFileNameA(HMODULE module, char* fileName, DWORD size) {
     SetLastError(ERROR_SUCCESS);
     return 0;
   }
-  const std::string path = tolvanix::fromNativePath(programPath().string());
+  const std::string path = tolvanix::winapi::fromNativePath(programPath().string());
   if (path.empty()) {
     SetLastError(ERROR_FILE_NOT_FOUND);
     return 0;

@@ -1,0 +1,18 @@
+// Driver installation by hardware ID: from the INF files of the current directory, by way of the
+// helper program, for a device that is present.
+#pragma once
+
+#include <cstdint>
+
+namespace tolvanix {
+
+// Answers a DeviceStatus. The hardware ID (may be null) is cut in place before "&REV". A null INF
+// name means every INF file, in the platform's order: the first that yields an installation, or
+// when `checkOnly` is not 0 a device that is present, ends the search; else the last one's status
+// counts.
+std::int32_t DriverUpdate(char* hardwareId, const char* infName, int checkOnly);
+
+// The same from one INF file, given by its full path; kDeviceInstalledRestart here.
+std::int32_t Win2kInstall(const char* infPath, const char* hardwareId, int checkOnly);
+
+}  // namespace tolvanix

@@ -1,0 +1,26 @@
+// The command -uhid: installs the driver for one hardware ID.
+#include "app/DeviceStatus.h"
+#include "app/KivWrapper.h"
+#include "app/Status.h"
+#include "install/DriverUpdate.h"
+
+namespace tolvanix {
+
+int KivWrapper::actionUpdateHardwareID() {
+  traceStep("actionUpdateHardwareID: Entered function.\n");
+  xmlWriter->writeExecutionStart();
+  const std::int32_t deviceStatus =
+      DriverUpdate(parser->getHardwareID(), parser->getINFFileName(), parser->getCheckOnly());
+  traceStep("actionUpdateHardwareID: deviceStatus from DriverUpdate() = %d\n", deviceStatus);
+  const int status = mapDeviceStatus(deviceStatus);
+  traceStep("actionUpdateHardwareID: mappedDeviceStatus = %d\n", status);
+  if (status == kSuccess) {
+    xmlWriter->writeSuccessStatus();
+  } else {
+    xmlWriter->writeFailureStatus(status);
+  }
+  xmlWriter->writeExecutionEnd(deviceStatus == kDeviceRestartRequired);
+  return status;
+}
+
+}  // namespace tolvanix

@@ -1,0 +1,103 @@
+#include <gtest/gtest.h>
+
+#include "inventory/SPOSInfo.h"
+#include "inventory/SPXMLData.h"
+#include "winapi/winapi.h"
+
+namespace tolvanix {
+namespace {
+
+SPXMLDevice numberedDevice() {
+  return {SPString("A & B"), 0x10DE, 0x103C, 0x0DF8, 0x835E, 2, 0, 1};
+}
+
+TEST(SPXMLDevice, Numbers_AreWrittenInOrderWithFourDigits) {
+  EXPECT_TRUE(numberedDevice().generateXML() ==
+              SPUString(uR"(<Device vendorID="10DE"  deviceID="0DF8"  subDeviceID="835E"  )"
+                        uR"(subVendorID="103C"  bus="0002"  device="0000"  function="0001"  )"
+                        uR"(display="A &amp; B" ></Device>)"));
+}
+
+TEST(SPXMLDevice, WithoutAnIdentifier_NoNumberIsWritten) {
+  const SPXMLDevice device(
+      uR"(<Device deviceID="0DF8" subDeviceID="1" subVendorID="2" bus="1" componentID="C" display="d"/>)");
+  EXPECT_TRUE(device.generateXML() ==
+              SPUString(uR"(<Device componentID="C"  display="d" ></Device>)"));
+}
+
+TEST(SPXMLDevice, Getters_ReadNumbersOrMinusOne) {
+  const SPXMLDevice device(
+      uR"(<Device vendorID="FFFF" subVendorID="x" bus="0031" deviceID="1234" device="2" subDeviceID="123456789"/>)");
+  EXPECT_EQ(device.getVendorID(), 65535);
+  EXPECT_EQ(device.getSubVendorID(), -1);
+  EXPECT_EQ(device.getSubDeviceID(), -1) << "more than 32 bits";
+  EXPECT_EQ(device.getBus(), 31);
+  EXPECT_EQ(device.getDevice(), 1234) << "the text of deviceID comes first";
+  EXPECT_EQ(device.getFunction(), -1);
+}
+
+TEST(SPXMLApplication, PackageVersion_IsTheLastPackagesAndFillsAMissingVersion) {
+  const SPXMLApplication application(
+      uR"(<Application display="d"><Package version="A04"/><Package version="A05"/></Application>)");
+  EXPECT_TRUE(application.getPackageVersion() == SPUString(u"A05"));
+  EXPECT_TRUE(application.getVersion() == SPUString(u"A04")) << "the search runs on to the child";
+  EXPECT_TRUE(
+      application.generateXML() ==
+      SPUString(
+          uR"(<Application version="A04"  display="d" ><Package version="A05" ></Package></Application>)"));
+}
+
+TEST(SPXMLData, Children_StandInTheirOrder) {
+  SPXMLData data(SPString("SVMInventory"), SPString("en"), 0x1A);
+  data.addDevice(numberedDevice());
+  const SPUString text = data.generateXML();
+  const std::size_t system =
+      text.find(u"<SVMInventory lang=\"en\" ><System systemID=\"001A\" ></System>");
+  const std::size_t operatingSystem =
+      text.find(u"<OperatingSystem osVendor=\"Microsoft\"  osArch=\"x64\"");
+  EXPECT_EQ(system, 0U);
+  EXPECT_LT(operatingSystem, text.find(u"<Device "));
+  EXPECT_TRUE(text.ends_with(u"</Device></SVMInventory>"));
+  const SPUString plain = SPXMLData(SPString("R"), SPString("en"), 0xFFFFFFFF).generateXML();
+  EXPECT_EQ(plain.find(u"<System "), SPUString::npos);
+}
+
+TEST(SPXMLData, Reading_TakesDevicesAtAnyDepthAndTheLastStatus) {
+  const SPXMLData data(
+      uR"(<R lang="de"><System systemID="1A" systemModel="M"/><x><Device display="1"/></x>)"
+      uR"(<Validation type="hard"/><SPStatus result="a"/><SPStatus result="b"/></R>)");
+  EXPECT_EQ(data.getDevices().size(), 1U);
+  const SPUString text = data.generateXML();
+  EXPECT_TRUE(
+      text.starts_with(u"<R lang=\"de\" ><System systemID=\"1A\"  systemModel=\"M\" ></System>"));
+  EXPECT_EQ(text.find(u"Validation"), SPUString::npos) << "there is a device";
+  EXPECT_NE(text.find(u"<SPStatus result=\"b\" >"), SPUString::npos);
+  EXPECT_NE(SPXMLData(u"<R><Validation type=\"hard\"/></R>").generateXML().find(u"type=\"hard\""),
+            SPUString::npos);
+}
+
+TEST(SPXMLOSInfo, ReadingADocumentWithoutArchitecture_SaysNotAvailable) {
+  SPXMLOSInfo system;
+  EXPECT_TRUE(system.getArch() == SPUString(u"x64"));
+  const SPUString written = system.generateXML();
+  system.parseXML(uR"(<OperatingSystem osVendor="Other" majorVersion="99"/>)");
+  EXPECT_TRUE(system.getArch() == SPUString(u"na"));
+  EXPECT_TRUE(system.generateXML() == written) << "the computer is written, not the document";
+}
+
+TEST(SPOSInfo, Reported62_IsCorrectedToWhatVerifies) {
+  const auto systemIs = [](std::uint32_t minor) {
+    return [minor](std::uint32_t asked) {
+      return asked == minor ? std::uint32_t{ERROR_SUCCESS} : std::uint32_t{ERROR_OLD_WIN_VERSION};
+    };
+  };
+  EXPECT_EQ(minorVersionBehind62(systemIs(2)), 2U);
+  EXPECT_EQ(minorVersionBehind62(systemIs(3)), 3U);
+  EXPECT_EQ(minorVersionBehind62(systemIs(5)), 5U);
+  EXPECT_EQ(minorVersionBehind62(systemIs(6)), 2U);
+  const auto fails = [](std::uint32_t asked) { return asked == 2 ? 1150U : 87U; };
+  EXPECT_EQ(minorVersionBehind62(fails), 3U) << "another error ends the search there";
+}
+
+}  // namespace
+}  // namespace tolvanix

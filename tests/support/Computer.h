@@ -1,0 +1,32 @@
+// A computer for whole runs, from a registry export (".reg", version 5.00).
+#pragma once
+
+#include <filesystem>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace tolvanix::test {
+
+// For the life of the object, a program that runs with `environment` sees the export's devices,
+// driver versions and version of the system. Off Windows the layer reads the export; under Wine
+// it is imported, where a device needs a ClassGUID, texts must be resolved ones, and devices
+// are enumerated in the order of their names.
+class Computer {
+ public:
+  explicit Computer(const std::filesystem::path& registryExport);
+  Computer(const Computer&) = delete;
+  Computer& operator=(const Computer&) = delete;
+  ~Computer();
+
+  const std::map<std::string, std::string>& environment() const { return variables; }
+
+  // The document without the display adapter that every Wine has.
+  static std::string withoutOwnDevice(std::string document);
+
+ private:
+  std::map<std::string, std::string> variables;
+  std::vector<std::string> importedKeys;  // below HKEY_LOCAL_MACHINE
+};
+
+}  // namespace tolvanix::test

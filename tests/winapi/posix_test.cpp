@@ -1,0 +1,121 @@
+// What the platform's documentation leaves to the system, or what its stand-in on Linux must see
+// to: signals, file descriptors, names that no Windows computer has.
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "support/Files.h"
+#include "support/Helper.h"
+#include "winapi/Owner.h"
+#include "winapi/winapi.h"
+
+namespace tolvanix {
+namespace {
+
+using test::placeHelper;
+using test::readFile;
+using test::ScopedCurrentDirectory;
+using test::TempDir;
+using test::writeFile;
+
+class PosixTest : public ::testing::Test {
+ protected:
+  static DWORD run(std::string commandLine) {
+    STARTUPINFOA startup{};
+    PROCESS_INFORMATION child{};
+    EXPECT_TRUE(CreateProcessA(nullptr, commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr,
+                               nullptr, &startup, &child));
+    KernelObjectOwner process(child.hProcess);
+    const KernelObjectOwner thread(child.hThread);
+    EXPECT_EQ(WaitForSingleObject(process.get(), 20000), WAIT_OBJECT_0);
+    DWORD exitCode = 0;
+    EXPECT_TRUE(GetExitCodeProcess(process.get(), &exitCode));
+    process.reset();
+    EXPECT_FALSE(std::filesystem::exists("/proc/" + std::to_string(child.dwProcessId)));
+    return exitCode;
+  }
+
+  TempDir dir;
+  ScopedCurrentDirectory inDir{dir.path()};
+};
+
+TEST_F(PosixTest, ChildEndedByASignal_HasExitCode128AndItsNumber) {
+  for (const DWORD number : {6U, 9U, 15U}) {
+    placeHelper(dir / "helper.exe", "raise " + std::to_string(number));
+    EXPECT_EQ(run((dir / "helper.exe").string()), 128 + number);
+  }
+}
+
+TEST_F(PosixTest, Child_HasOnlyTheStandardDescriptors) {
+  writeFile(dir / "open.txt", "x");
+  const std::ifstream open(dir / "open.txt");  // without close-on-exec
+  ASSERT_EQ(run("/bin/sh -c \"ls /proc/self/fd >fds.txt\""), 0U);
+  EXPECT_EQ(readFile(dir / "fds.txt"), "0\n1\n2\n3\n");  // 3: what lists them
+}
+
+TEST_F(PosixTest, Child_StartsWithoutOurTreatmentOfSignals) {
+  const auto before = std::signal(SIGUSR1, SIG_IGN);
+  ASSERT_EQ(run("/bin/sh -c \"grep Sig[IB] /proc/self/status >signals.txt\""), 0U);
+  std::signal(SIGUSR1, before);
+  std::ifstream masks(dir / "signals.txt");
+  std::string name;
+  int count = 0;
+  for (std::uint64_t mask = 0; masks >> name >> std::hex >> mask; ++count) {
+    EXPECT_EQ(mask & 0x7FFFFFFF, 0U) << name;  // above: the C library's own
+  }
+  EXPECT_EQ(count, 2);
+}
+
+TEST_F(PosixTest, ReaderThatHasGone_DoesNotEndTheProgram) {
+  EXPECT_EQ(std::raise(SIGPIPE), 0);
+}
+
+TEST_F(PosixTest, Search_FollowsTheRulesOfDos) {
+  const struct {
+    const char* pattern;
+    const char* name;
+    bool matches;
+  } rows[] = {
+      {"a??.inf", "a.inf", true}, {"a?", "a", true},          {"a?b", "ab", false},
+      {"a.*", "a", true},         {"a.*b", "a", false},       {"*.", "noext", true},
+      {"*.", "with.ext", false},  {"*a*.", "a.ba", true},     {"?.inf", "\xC3\xA9.inf", true},
+      {"*.inf", "x.infx", false}, {"*.*.*", "one.dot", true}, {"*", ".hidden", true},
+  };
+  for (const auto& row : rows) {
+    const TempDir folder;
+    writeFile(folder / row.name, "");
+    // By its own name first: "." and ".." match some of the patterns too.
+    WIN32_FIND_DATAA data{};
+    const FindOwner find(FindFirstFileA((folder / row.pattern).c_str(), &data));
+    bool found = false;
+    for (bool more = static_cast<bool>(find); more; more = FindNextFileA(find.get(), &data)) {
+      found = found || std::string(data.cFileName) == row.name;
+    }
+    EXPECT_EQ(found, row.matches) << row.pattern << ' ' << row.name;
+  }
+}
+
+TEST_F(PosixTest, NamesThatDifferInCaseAlone_TheExactOneIsFound) {
+  writeFile(dir / "net.inf", "1");
+  writeFile(dir / "NET.INF", "22");
+  WIN32_FIND_DATAA data{};
+  const FindOwner find(FindFirstFileA("net.inf", &data));
+  ASSERT_TRUE(find);
+  EXPECT_STREQ(data.cFileName, "net.inf");
+  EXPECT_FALSE(FindNextFileA(find.get(), &data));
+}
+
+TEST_F(PosixTest, ClosedHandle_IsTold) {
+  WIN32_FIND_DATAA data{};
+  const HANDLE find = FindFirstFileA("*", &data);
+  EXPECT_FALSE(CloseHandle(find));  // is of another family
+  EXPECT_TRUE(FindClose(find));
+  EXPECT_FALSE(FindClose(find));
+  EXPECT_EQ(GetLastError(), ERROR_INVALID_HANDLE);
+}
+
+}  // namespace
+}  // namespace tolvanix

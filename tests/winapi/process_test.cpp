@@ -1,0 +1,181 @@
+// Processes and pipes, to the documented behaviour: the same tests judge the system's own
+// functions.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "support/Files.h"
+#include "support/Helper.h"
+#include "winapi/Owner.h"
+#include "winapi/winapi.h"
+
+namespace tolvanix {
+namespace {
+
+using test::placeHelper;
+using test::readFile;
+using test::ScopedCurrentDirectory;
+using test::TempDir;
+using test::writeFile;
+
+constexpr DWORD kStillActive = 259;
+constexpr DWORD kLongEnough = 20000;
+
+// Null, with the last error, when it does not start.
+KernelObjectOwner start(std::string commandLine, const char* directory = nullptr) {
+  STARTUPINFOA startup{};
+  startup.cb = sizeof startup;
+  PROCESS_INFORMATION child{};
+  if (CreateProcessA(nullptr, commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr, directory,
+                     &startup, &child) == FALSE) {
+    return {};
+  }
+  CloseHandle(child.hThread);
+  return KernelObjectOwner(child.hProcess);
+}
+
+std::optional<DWORD> run(const std::string& commandLine, const char* directory = nullptr) {
+  const KernelObjectOwner child = start(commandLine, directory);
+  DWORD exitCode = 0;
+  if (!child || WaitForSingleObject(child.get(), kLongEnough) != WAIT_OBJECT_0 ||
+      GetExitCodeProcess(child.get(), &exitCode) == FALSE) {
+    return std::nullopt;
+  }
+  return exitCode;
+}
+
+class ProcessTest : public ::testing::Test {
+ protected:
+  std::string native(const char* name) const { return (dir / name).string(); }
+
+  TempDir dir;
+  ScopedCurrentDirectory inDir{dir.path()};
+};
+
+TEST_F(ProcessTest, RunningChild_TimesOutAndIsStillActive) {
+  placeHelper(dir / "helper.exe", "sleep 600\nexit 5\n");
+  const KernelObjectOwner child = start(native("helper.exe"));
+  ASSERT_TRUE(child);
+  DWORD exitCode = 0;
+  EXPECT_EQ(WaitForSingleObject(child.get(), 0), WAIT_TIMEOUT);
+  EXPECT_EQ(WaitForSingleObject(child.get(), 20), WAIT_TIMEOUT);
+  EXPECT_TRUE(GetExitCodeProcess(child.get(), &exitCode));
+  EXPECT_EQ(exitCode, kStillActive);
+  EXPECT_EQ(WaitForSingleObject(child.get(), kLongEnough), WAIT_OBJECT_0);
+  EXPECT_EQ(WaitForSingleObject(child.get(), 0), WAIT_OBJECT_0);
+  EXPECT_TRUE(GetExitCodeProcess(child.get(), &exitCode));
+  EXPECT_EQ(exitCode, 5U);
+}
+
+TEST_F(ProcessTest, Program_IsTheShortestTextBeforeABlankThatNamesAFile) {
+  placeHelper(dir / "plain.exe", "exit 10");
+  placeHelper(dir / "with blank/in name.exe", "exit 11");
+  placeHelper(dir / "short.exe", "exit 12");
+  placeHelper(dir / "short path/tool.exe", "exit 13");
+  const struct {
+    std::string commandLine;
+    DWORD exitCode;
+  } rows[] = {
+      {native("plain.exe"), 10},
+      {native("plain.exe") + " more words", 10},
+      {'"' + native("plain.exe") + "\" more", 10},
+      {native("plain"), 10},
+      {native("with blank/in name.exe") + " more", 11},
+      {native("with blank/in name") + " more", 11},
+      {'"' + native("with blank/in name.exe") + '"', 11},
+      {native("short path/tool.exe"), 12},
+      {'"' + native("short path/tool.exe") + '"', 13},
+  };
+  for (const auto& row : rows) EXPECT_EQ(run(row.commandLine), row.exitCode) << row.commandLine;
+}
+
+TEST_F(ProcessTest, Arguments_AreSplitAsTheCRuntimeDoes) {
+  placeHelper(dir / "helper.exe", "record out.txt");
+  const std::string commandLine = native("helper.exe") +
+                                  R"( plain  "with blank" "" a"b c"d \\srv\x "end\\" q\"q)"
+                                  R"( \\\"y "PCI\VEN_8086&DEV_1502" "C:\a b\net.inf")";
+  ASSERT_EQ(run(commandLine), 0U);
+  const std::string expected =
+      "plain\nwith blank\n\nab cd\n\\\\srv\\x\nend\\\nq\"q\n\\\"y\nPCI\\VEN_8086&DEV_1502\n"
+      "C:\\a b\\net.inf\n";
+  EXPECT_EQ(readFile(dir / "out.txt").substr(0, expected.size()), expected);
+}
+
+TEST_F(ProcessTest, Start_Failures) {
+  placeHelper(dir / "helper.exe", "");
+  placeHelper(dir / "text.exe", "");  // for its permissions
+  writeFile(dir / "text.exe", "this is no program\n");
+  placeHelper(dir / "empty.exe", "");
+  writeFile(dir / "empty.exe", "");
+  const struct {
+    const char* program;
+    const char* directory;
+    DWORD error;
+  } rows[] = {
+      {"none.exe", nullptr, ERROR_FILE_NOT_FOUND},
+      {"text.exe", nullptr, ERROR_BAD_EXE_FORMAT},
+      {"empty.exe", nullptr, ERROR_BAD_EXE_FORMAT},
+      {"helper.exe", "no such directory", ERROR_DIRECTORY},
+      {"helper.exe", "text.exe", ERROR_DIRECTORY},
+  };
+  for (const auto& row : rows) {
+    EXPECT_FALSE(start(native(row.program), row.directory)) << row.program;
+    EXPECT_EQ(GetLastError(), row.error) << row.program;
+  }
+}
+
+TEST_F(ProcessTest, Pipe_TellsWhatIsThereAndBreaksAtTheEnd) {
+  SECURITY_ATTRIBUTES inheritable{sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
+  HANDLE readHandle = nullptr;
+  HANDLE writeHandle = nullptr;
+  ASSERT_TRUE(CreatePipe(&readHandle, &writeHandle, &inheritable, 0));
+  const KernelObjectOwner readEnd(readHandle);
+  KernelObjectOwner writeEnd(writeHandle);
+  DWORD available = 99;
+  ASSERT_TRUE(PeekNamedPipe(readHandle, nullptr, 0, nullptr, &available, nullptr));
+  EXPECT_EQ(available, 0U);
+
+  const HANDLE before = GetStdHandle(STD_OUTPUT_HANDLE);
+  ASSERT_TRUE(SetStdHandle(STD_OUTPUT_HANDLE, writeHandle));
+  EXPECT_EQ(GetStdHandle(STD_OUTPUT_HANDLE), writeHandle);
+  placeHelper(dir / "helper.exe", "print 1000");
+  const auto exitCode = run(native("helper.exe"));
+  ASSERT_TRUE(SetStdHandle(STD_OUTPUT_HANDLE, before));
+  ASSERT_EQ(exitCode, 0U);
+
+  char text[2000];
+  DWORD count = 0;
+  ASSERT_TRUE(PeekNamedPipe(readHandle, nullptr, 0, nullptr, &available, nullptr));
+  EXPECT_EQ(available, 1000U);
+  ASSERT_TRUE(ReadFile(readHandle, text, 400, &count, nullptr));
+  EXPECT_EQ(count, 400U);
+  writeEnd.reset();
+  ASSERT_TRUE(PeekNamedPipe(readHandle, nullptr, 0, nullptr, &available, nullptr));
+  EXPECT_EQ(available, 600U);
+  ASSERT_TRUE(ReadFile(readHandle, text, sizeof text, &count, nullptr));
+  EXPECT_EQ(count, 600U);
+  EXPECT_FALSE(ReadFile(readHandle, text, sizeof text, &count, nullptr));
+  EXPECT_EQ(GetLastError(), ERROR_BROKEN_PIPE);
+  EXPECT_FALSE(PeekNamedPipe(readHandle, nullptr, 0, nullptr, &available, nullptr));
+  EXPECT_EQ(GetLastError(), ERROR_BROKEN_PIPE);
+}
+
+TEST_F(ProcessTest, HandleOfAnotherKind_SetsInvalidHandle) {
+  HANDLE readHandle = nullptr;
+  HANDLE writeHandle = nullptr;
+  ASSERT_TRUE(CreatePipe(&readHandle, &writeHandle, nullptr, 0));
+  const KernelObjectOwner readEnd(readHandle);
+  const KernelObjectOwner writeEnd(writeHandle);
+  DWORD exitCode = 0;
+  EXPECT_FALSE(GetExitCodeProcess(readHandle, &exitCode));
+  EXPECT_EQ(GetLastError(), ERROR_INVALID_HANDLE);
+  EXPECT_FALSE(CloseHandle(nullptr));
+  EXPECT_EQ(GetLastError(), ERROR_INVALID_HANDLE);
+  EXPECT_EQ(GetStdHandle(7), INVALID_HANDLE_VALUE);
+  EXPECT_FALSE(SetStdHandle(7, readHandle));
+}
+
+}  // namespace
+}  // namespace tolvanix

@@ -1,0 +1,172 @@
+#include "xml/SPXMLObject.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+#include <vector>
+
+namespace tolvanix {
+namespace {
+
+SPUString wide(const char16_t* text) {
+  return SPUString(text);
+}
+
+TEST(SPXMLObject, RootName_IsTheFirstElementThatIsNoInstruction) {
+  const struct {
+    const char16_t* text;
+    const char16_t* name;
+  } cases[] = {
+      {uR"(<?xml version="1.0"?><SVMInventory lang="en">)", u"SVMInventory"},
+      {u"", u""},
+      {uR"(<?xml version="1.0"?>)", u""},
+      {u"<!-- c --><a/>", u"!--"},
+      {u"text <a", u"a"},
+      {u"<a\tb>", u"a\tb"},  // only a blank ends a name
+      {u"</a>", u""},
+  };
+  for (const auto& c : cases) {
+    EXPECT_TRUE(SPXMLObject::getElementName(wide(c.text)) == wide(c.name))
+        << SPUString(c.text).size();
+  }
+}
+
+TEST(SPXMLObject, FindStartTag_PassesOverLongerNames) {
+  const SPUString device = wide(u"Device");
+  const SPUString nested = wide(uR"(<Devices><Device vendorID="8086"/></Devices>)");
+  EXPECT_TRUE(SPXMLObject::findStartTag(nested, device, 0) ==
+              wide(uR"(<Device vendorID="8086"/>)"));
+  EXPECT_TRUE(SPXMLObject::findStartTag(wide(u"<Devices></Devices>"), device, 0).empty());
+  EXPECT_TRUE(SPXMLObject::findStartTag(wide(u"<Devices"), device, 0).empty());
+  EXPECT_TRUE(SPXMLObject::findStartTag(wide(u"<Device a=1"), device, 0) == wide(u"<Device a=1"));
+  EXPECT_TRUE(SPXMLObject::findStartTag(nested, device, 10).empty());
+  EXPECT_TRUE(SPXMLObject::findStartTag(nested, device, 1000).empty());
+}
+
+TEST(SPXMLObject, Elements_EndAtTheFirstClosingTag) {
+  const SPUString a = wide(u"a");
+  const struct {
+    const char16_t* text;
+    const char16_t* whole;
+    const char16_t* inner;
+    int end;
+  } cases[] = {
+      {u"<a><a>x</a></a>", u"<a><a>x</a>", u"<a>x", 11},
+      {u"-<a b=\"c\"/>-", u"<a b=\"c\"/>", u"", 11},
+      {u"<a>x", u"", u"", -1},
+      {u"</a><a>x</a>", u"<a>x</a>", u"x", 4},  // the end is looked for from the position on
+      {u"<a </a>", u"<a </a>", u"", 7},         // the closing tag inside the start tag
+      {u"<ab/><a> &lt; </a>", u"<a> &lt; </a>", u" &lt; ", 18},
+  };
+  for (const auto& c : cases) {
+    const SPUString text = wide(c.text);
+    EXPECT_TRUE(SPXMLObject::extractElement(text, a, 0, true) == wide(c.whole));
+    EXPECT_TRUE(SPXMLObject::extractElement(text, a, 0, false) == wide(c.inner));
+    EXPECT_EQ(SPXMLObject::findElementEnd(text, a, 0), c.end);
+  }
+}
+
+TEST(SPXMLObject, GetElements_ListsAllUpToTheFirstUnclosed) {
+  const auto count = [](const char16_t* text) {
+    return SPXMLObject::getElements(wide(text), wide(u"m")).size();
+  };
+  EXPECT_EQ(count(u"<s><m>1</m><t><m>2</m></t><!-- <m/> --></s>"), 3U);
+  EXPECT_EQ(count(u"<m>1</m><m>2<m/>"), 1U);
+  EXPECT_EQ(count(u"<mm></mm>"), 0U);
+  const auto messages = SPXMLObject::getElements(wide(u"<m>1</m> <m>2</m>"), wide(u"m"));
+  ASSERT_EQ(messages.size(), 2U);
+  EXPECT_TRUE(messages[1] == wide(u"<m>2</m>"));
+}
+
+TEST(SPXMLObject, Attributes_AreTakenWhereTheirNameFirstOccurs) {
+  SPXMLObject object;
+  const auto value = [&](const char16_t* text, const char16_t* attribute) {
+    object.setXML(wide(text));
+    return object.getAttribute(wide(u"D"), wide(attribute));
+  };
+  const char16_t* const device = uR"(<D vendorID="8086" deviceID="1502" device="25">a</D>)";
+  EXPECT_TRUE(value(device, u"device") == wide(u"1502"));
+  EXPECT_TRUE(value(device, u"vendorID") == wide(u"8086"));
+  EXPECT_TRUE(value(uR"(<D v="a&amp;b"/>)", u"v") == wide(u"a&amp;b"));
+  EXPECT_TRUE(value(uR"(<D><P v="2"/></D>)", u"v") == wide(u"2"));
+  EXPECT_TRUE(value(uR"(<D v=""/><D v="x"/>)", u"v") == wide(u"x"));
+  EXPECT_TRUE(value(uR"(<D w=""/>)", u"v").empty());
+  EXPECT_TRUE(value(uR"(<D v='1'/>)", u"v").empty());
+  EXPECT_TRUE(value(uR"(<D v="1/>)", u"v").empty());
+  EXPECT_EQ(
+      SPXMLObject::getAttributePairs(wide(uR"(<D v="1"/><D/><D v="2"/>)"), wide(u"D"), wide(u"v"))
+          .size(),
+      2U);
+  for (const auto& [text, number] : std::vector<std::pair<const char16_t*, int>>{
+           {uR"(<D v="0012"/>)", 12},
+           {uR"(<D v="abc"/>)", 0},
+           {uR"(<D v=" -7x"/>)", -7},
+           {uR"(<D v="99999999999"/>)", 2147483647},
+           {uR"(<D v="-99999999999"/>)", -2147483647 - 1},
+           {u"<D/>", 0},
+       }) {
+    object.setXML(wide(text));
+    EXPECT_EQ(object.getAttributeInt(SPString("D"), SPString("v")), number);
+  }
+}
+
+TEST(SPXMLObject, GetElementCData_UnwrapsAndTrimsASection) {
+  const auto cdata = [](const char16_t* text) {
+    return SPXMLObject::getElementCData(wide(text), wide(u"D"));
+  };
+  EXPECT_TRUE(cdata(u"<D>x<![CDATA[  Video  ]]>y</D>") == wide(u"Video"));
+  EXPECT_TRUE(cdata(u"<D>Plain</D>") == wide(u"Plain"));
+  EXPECT_TRUE(cdata(u"<D>a]]>b</D>") == wide(u"a]]>b"));
+  EXPECT_TRUE(cdata(u"<D><![CDATA[a</D>") == wide(u"<![CDATA[a"));
+}
+
+TEST(SPXMLObject, BuildElement_SpacesAttributesAndAlwaysCloses) {
+  SPXMLAttribute type(u"type");
+  SPXMLAttribute result(u"result", SPString("false"));
+  const SPUString name = wide(u"Validation");
+  EXPECT_TRUE(SPXMLObject::buildElement(name, {type}, {}) == wide(u"<Validation></Validation>"));
+  type.setValue(u"A & \"x\"");
+  EXPECT_TRUE(type.format() == wide(u" type=\"A &amp; &quot;x&quot;\" "));
+  EXPECT_TRUE(
+      SPXMLObject::buildElement(name, {type, result}, wide(u"<a/>")) ==
+      wide(u"<Validation type=\"A &amp; &quot;x&quot;\"  result=\"false\" ><a/></Validation>"));
+  EXPECT_TRUE(SPXMLAttribute(u"id", 0x1AU).format() == wide(u" id=\"001A\" "));
+}
+
+TEST(SPXMLObject, InsertChild_KeepsOnlyTheElements) {
+  const SPUString name = wide(u"X");
+  const auto insert = [&](const char16_t* text) {
+    return SPXMLObject::insertChild(wide(text), name, wide(u"<Y/>"));
+  };
+  EXPECT_TRUE(insert(uR"(<X a="1"/>)") == wide(uR"(<X a="1"><Y/></X>)"));
+  EXPECT_TRUE(insert(u"<X><Y/></X>") == wide(u"<X><Y/><Y/></X>"));
+  EXPECT_TRUE(insert(u"<?xml?><X></X> <X/>") == wide(u"<X><Y/></X><X><Y/></X>"));
+  EXPECT_TRUE(insert(u"<Z/>").empty());
+}
+
+// Cut off anywhere, or scrambled: every query ends, within the text (the sanitizers watch).
+TEST(SPXMLObject, MalformedText_IsAnsweredWithinTheText) {
+  const std::u16string whole =
+      uR"(<?xml version="1.0"?><R lang="en"><D a="1" b="2>"><M>x</M></D><D a='3'/><![CDATA[ ]]></R>)";
+  std::mt19937 random(7);
+  for (std::size_t round = 0; round < 2000; ++round) {
+    std::u16string text = whole.substr(0, round % (whole.size() + 1));
+    for (std::size_t swap = 0; swap < round / whole.size() && !text.empty(); ++swap) {
+      std::swap(text[random() % text.size()], text[random() % text.size()]);
+    }
+    SPXMLObject object;
+    object.setXML(SPUString(std::u16string_view(text)));
+    for (const char16_t* name : {u"D", u"R", u"M", u""}) {
+      for (const SPUString& element : object.getElements(wide(name))) {
+        EXPECT_NE(text.find(element), std::u16string::npos);
+      }
+      EXPECT_LE(object.getAttribute(wide(name), wide(u"a")).size(), text.size());
+      SPXMLObject::insertChild(object.getXML(), wide(name), wide(u"c"));
+      SPXMLObject::getElementCData(object.getXML(), wide(name));
+    }
+  }
+}
+
+}  // namespace
+}  // namespace tolvanix
