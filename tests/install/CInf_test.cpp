@@ -13,7 +13,6 @@
 namespace tolvanix {
 namespace {
 
-using test::readFile;
 using test::ScopedCurrentDirectory;
 using test::TempDir;
 using test::writeFile;
@@ -50,12 +49,7 @@ class CInfTest : public testing::Test {
     return text.substr(text.find("trace.log\n") + 10);
   }
 
-  // Line ends are those of the platform's text files.
-  std::string traceFile() const {
-    std::string text = readFile(folder / "trace.log");
-    std::erase(text, '\r');
-    return text;
-  }
+  std::string traceFile() const { return test::readText(folder / "trace.log"); }
 
   const TempDir folder;
   const ScopedCurrentDirectory scope{folder.path()};

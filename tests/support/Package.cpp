@@ -1,5 +1,11 @@
 #include "support/Package.h"
 
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "support/ResultDocument.h"
+
 namespace tolvanix::test {
 
 namespace fs = std::filesystem;
@@ -28,13 +34,33 @@ ProgramCall Package::call(Arguments arguments) const {
 }
 
 ProgramResult Package::run(Arguments arguments) const {
-  return runProgram(call(std::move(arguments)));
+  return runAndCheck(call(std::move(arguments)));
 }
 
 ProgramResult Package::run(Arguments arguments, const Computer& computer) const {
   ProgramCall onComputer = call(std::move(arguments));
   onComputer.environment = computer.environment();
-  return runProgram(onComputer);
+  return runAndCheck(onComputer);
+}
+
+// Standard output holds traces before the document, or between its parts, when there are any.
+ProgramResult Package::runAndCheck(const ProgramCall& call) const {
+  ProgramResult result = runProgram(call);
+  const auto& arguments = call.arguments;
+  const bool traced = std::any_of(arguments.begin(), arguments.end(),
+                                  [](const std::string& text) { return text.starts_with("-d="); });
+  if (result.output.starts_with("<?xml") && !traced) {
+    EXPECT_EQ(schemaErrors(result.output), "") << result.output;
+  }
+  const auto option = std::find(arguments.begin(), arguments.end(), "-o");
+  if (result.output.empty() && option != arguments.end() && arguments.end() - option > 1) {
+    const auto file = folder / *(option + 1);
+    const std::string document = is_regular_file(file) ? readText(file) : "";
+    if (!document.empty()) {
+      EXPECT_EQ(schemaErrors(document), "") << document;
+    }
+  }
+  return result;
 }
 
 }  // namespace tolvanix::test

@@ -27,13 +27,15 @@ class Package {
   void addCopy(std::string_view name, const std::filesystem::path& original) const;
 
   // A run of the program in another folder than the package's, and on the computer where one is
-  // given, else on this one.
+  // given, else on this one. A result document that is no valid one fails the test.
   ProgramResult run(Arguments arguments) const;
   ProgramResult run(Arguments arguments, const Computer& computer) const;
   // The same, for the caller to change before it runs.
   ProgramCall call(Arguments arguments) const;
 
  private:
+  ProgramResult runAndCheck(const ProgramCall& call) const;
+
   TempDir folder;
 };
 
