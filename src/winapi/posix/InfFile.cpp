@@ -35,6 +35,7 @@ DWORD InfFile::open(const char* fileName, UINT& errorLine) {
   sections.clear();
   strings.clear();
   stringsPrepared = false;
+  line.clear();
   linePosition = kNowhere;
   const DWORD readError = readTextFile(fileName, text);
   if (readError != ERROR_SUCCESS) return readError;
