@@ -5,7 +5,6 @@
 #include <cstring>
 #include <limits>
 
-#include "winapi/posix/InfScan.h"
 
 namespace tolvanix {
 
@@ -81,26 +80,25 @@ const char* InfLine::split(const char* begin, const char* limit) {
   base = begin;
   exact = false;
   hasKey = false;
+  dividerCount = 0;
+  ahead.seek(begin);
   // The common case, fields that are pieces of the text; quotes and continuation lines are rare.
-  std::size_t count = 0;
-  for (const char* block = begin;; block += kInfScanWidth) {
-    if (dividers.size() < count + kInfScanWidth + 1) dividers.resize(2 * dividers.size() + 64);
-    for (unsigned bits = infDividerBits(block); bits != 0; bits &= bits - 1) {
-      const char* const p = block + std::countr_zero(bits);
-      const auto place = static_cast<std::uint32_t>(p - begin);
-      if (*p == ',' || *p == '=') {
-        if (*p == '=' && count > 0) continue;
-        hasKey = hasKey || *p == '=';
-        if (count == 0 && *p == ',') dividers[count++] = kNoKey;
-        dividers[count++] = place;
-        continue;
-      }
-      if (*p == '"' || endsInBackslash(begin, p)) return splitDecoding(begin, limit);
-      if (count == 0) dividers[count++] = kNoKey;
-      dividers[count++] = place;
-      dividerCount = count;
-      return *p == '\n' ? p : endOfInfLine(p, limit);
+  for (;;) {
+    const char* const p = ahead.take();
+    const char c = *p;
+    if (c == ',') {
+      if (dividerCount == 0) addDivider(kNoKey);
+    } else if (c == '=') {
+      if (dividerCount > 0) continue;
+      hasKey = true;
+    } else if (c == '"' || endsInBackslash(begin, p)) {
+      return splitDecoding(begin, limit);
+    } else {
+      if (dividerCount == 0) addDivider(kNoKey);
+      addDivider(static_cast<std::size_t>(p - begin));
+      return c == '\n' ? p : endOfInfLine(p, limit);
     }
+    addDivider(static_cast<std::size_t>(p - begin));
   }
 }
 
@@ -112,10 +110,6 @@ const char* InfLine::splitDecoding(const char* begin, const char* limit) {
   decoded.clear();
   std::size_t fieldBegin = 0;
   std::size_t quotedEnd = 0;  // blanks before it belong to quoted text and stay
-  const auto addDivider = [this](std::size_t place) {
-    if (dividerCount == dividers.size()) dividers.resize(2 * dividerCount + 64);
-    dividers[dividerCount++] = static_cast<std::uint32_t>(place);
-  };
   const auto endField = [&] {
     if (dividerCount == 0 && !hasKey) addDivider(kNoKey);
     while (decoded.size() > std::max(fieldBegin, quotedEnd) && isInfBlank(decoded.back())) {
