@@ -12,6 +12,7 @@ echo "== Building"
 { cmake --preset release && cmake --build --preset release --target tolvanix; } \
   >build/demo.log 2>&1 || { cat build/demo.log; exit 1; }
 
+unset TOLVANIX_MACHINE
 # The document as the program wrote it, broken into lines for the eye.
 inventory() {
   echo "== Inventory of $1"
