@@ -3,10 +3,10 @@
 // later ones override earlier ones; so the new values go to its end, and all that stands there
 // already stays as it is.
 #include <fcntl.h>
-#include <strings.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -26,13 +26,18 @@ using tolvanix::DeviceSetOwner;
 using tolvanix::InfOwner;
 using tolvanix::RegistryKeyOwner;
 
-constexpr char kClassKeys[] = "SYSTEM\\CurrentControlSet\\Control\\Class\\";
+constexpr char kClassKeys[] = R"(SYSTEM\CurrentControlSet\Control\Class\)";
 constexpr std::string_view kUtf16Mark = "\xFF\xFE";
 constexpr DWORD kTextSize = 1024;
 
 ExitCode fail(ExitCode code, const std::string& subject, const char* problem) {
   std::fprintf(stderr, "%s: %s\n", subject.c_str(), problem);
   return code;
+}
+
+bool equalIgnoringCase(const char* left, const char* right) {
+  return _mbsicmp(reinterpret_cast<const unsigned char*>(left),
+                  reinterpret_cast<const unsigned char*>(right)) == 0;
 }
 
 std::string field(INFCONTEXT& line, DWORD index) {
@@ -45,11 +50,11 @@ std::string driverVersion(const char* infPath) {
   const InfOwner inf(SetupOpenInfFileA(infPath, nullptr, INF_STYLE_WIN4, nullptr));
   if (!inf) return {};
   INFCONTEXT line{};
-  BOOL found = SetupFindFirstLineA(inf.get(), "Version", nullptr, &line);
-  while (found != FALSE && strcasecmp(field(line, 0).c_str(), "DriverVer") != 0) {
-    found = SetupFindNextLine(&line, &line);
+  for (BOOL more = SetupFindFirstLineA(inf.get(), "Version", nullptr, &line); more != FALSE;
+       more = SetupFindNextLine(&line, &line)) {
+    if (equalIgnoringCase(field(line, 0).c_str(), "DriverVer")) return field(line, 2);
   }
-  return found != FALSE ? field(line, 2) : "";
+  return {};
 }
 
 // The texts of a device's property, each with its zero; empty when the device lacks it.
@@ -66,10 +71,9 @@ std::string deviceProperty(HDEVINFO devices, SP_DEVINFO_DATA& device, DWORD prop
 }
 
 bool hasHardwareId(const std::string& texts, const char* wantedId) {
-  const auto* const wanted = reinterpret_cast<const unsigned char*>(wantedId);
   for (std::size_t at = 0; at < texts.size() && texts[at] != '\0';) {
     const char* const id = texts.c_str() + at;
-    if (_mbsicmp(reinterpret_cast<const unsigned char*>(id), wanted) == 0) return true;
+    if (equalIgnoringCase(id, wantedId)) return true;
     at += std::string_view(id).size() + 1;
   }
   return false;
@@ -86,7 +90,8 @@ std::set<std::string> driverKeys(const char* hardwareId) {
     if (!hasHardwareId(deviceProperty(devices.get(), device, SPDRP_HARDWAREID), hardwareId)) {
       continue;
     }
-    const std::string driver = deviceProperty(devices.get(), device, SPDRP_DRIVER).c_str();
+    std::string driver = deviceProperty(devices.get(), device, SPDRP_DRIVER);
+    driver.erase(std::min(driver.find('\0'), driver.size()));
     if (!driver.empty()) keys.insert(driver);
   }
   return keys;
@@ -109,8 +114,8 @@ bool hasVersion(const std::string& driverKey, const std::string& version) {
 // What sets the version in one class key, with the file's line ends.
 std::string registryChange(const std::string& driverKey, const std::string& version,
                            const std::string& lineEnd) {
-  return lineEnd + "[HKEY_LOCAL_MACHINE\\" + kClassKeys + driverKey + ']' + lineEnd +
-         "\"DriverVersion\"=\"" + version + '"' + lineEnd;
+  return lineEnd + R"([HKEY_LOCAL_MACHINE\)" + kClassKeys + driverKey + ']' + lineEnd +
+         R"("DriverVersion"=")" + version + '"' + lineEnd;
 }
 
 // Puts ASCII text to the end of an export, in the encoding of the export.

@@ -1,8 +1,7 @@
 // On Windows the system installs the driver; that takes an administrator's rights.
-// clang-format off: windows.h comes first.
-#include <windows.h>
+#include <windows.h>  // first: the others stand on it
+
 #include <newdev.h>
-// clang-format on
 
 #include <cstdio>
 

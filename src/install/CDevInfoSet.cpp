@@ -71,14 +71,11 @@ CDevInfoSet::CDevInfoSet() {
 
 DWORD CDevInfoSet::Create(const CInf& boundInf) {
   inf = &boundInf;
-  const HDEVINFO created = SetupDiCreateDeviceInfoList(&inf->getClassGuid(), nullptr);
-  if (created == INVALID_HANDLE_VALUE) {
-    const DWORD error = GetLastError();
-    PrintError(error, "CDevInfoSet::Create", __LINE__);
-    return error;
-  }
-  deviceInfoSet.reset(created);
-  return ERROR_SUCCESS;
+  deviceInfoSet.reset(SetupDiCreateDeviceInfoList(&inf->getClassGuid(), nullptr));
+  if (deviceInfoSet) return ERROR_SUCCESS;
+  const DWORD error = GetLastError();
+  PrintError(error, "CDevInfoSet::Create", __LINE__);
+  return error;
 }
 
 int CDevInfoSet::FindExistingDevice(const char* wantedId) {

@@ -27,14 +27,29 @@ bool isZero(const GUID& guid) {
   return std::memcmp(&guid, &kZero, sizeof guid) == 0;
 }
 
-void toUpperCase(std::string& text) {
-  for (char& c : text) c = static_cast<char>(c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c);
+constexpr std::size_t kBlock = 16;
+
+void toUpperCase(char* text, std::size_t length) {
+  for (std::size_t i = 0; i < length; ++i) {
+    const char c = text[i];
+    text[i] = static_cast<char>(c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c);
+  }
+}
+
+// Where the part of an ID that names a revision begins, or npos. Few IDs have another R, all have
+// ampersands.
+std::size_t findRevision(std::string_view id) {
+  std::size_t found = id.find("REV");
+  while (found == 0 || (found != std::string_view::npos && id[found - 1] != '&')) {
+    found = id.find("REV", found + 1);
+  }
+  return found != std::string_view::npos ? found - 1 : found;
 }
 
 // Whether one of the texts contains the other.
 bool eitherContains(std::string_view left, std::string_view right) {
   if (left.size() < right.size()) std::swap(left, right);
-  return left.find(right) != std::string_view::npos;
+  return left.starts_with(right) || left.find(right, 1) != std::string_view::npos;
 }
 
 }  // namespace
@@ -74,6 +89,19 @@ DWORD CInf::readClass() {
   return ERROR_SUCCESS;
 }
 
+DWORD LineKey::take(const INFCONTEXT& line) {
+  source = line;
+  const DWORD error = FindField(source, 0);
+  if (error == ERROR_SUCCESS) isRead = false;
+  return error;
+}
+
+const SPString& LineKey::get() {
+  if (!isRead) GetField(source, 0, text);
+  isRead = true;
+  return text;
+}
+
 DWORD CInf::EnumManufacturers() {
   INFCONTEXT line{};
   if (SetupFindFirstLineA(infHandle.get(), "Manufacturer", nullptr, &line) == FALSE) {
@@ -85,39 +113,36 @@ DWORD CInf::EnumManufacturers() {
   do {
     result = searchManufacturer(line);
   } while (result == ERROR_NO_MORE_ITEMS && SetupFindNextLine(&line, &line) != FALSE);
-  readDescription();
   return result;
 }
 
 // ERROR_NO_MORE_ITEMS when no model of the manufacturer carries the ID.
 DWORD CInf::searchManufacturer(INFCONTEXT& line) {
   std::string section;
-  DWORD error = GetField(line, 0, manufacturer);
+  DWORD error = manufacturer.take(line);
   if (error == ERROR_SUCCESS) error = GetField(line, 1, section);
   if (error != ERROR_SUCCESS) return error;
-  traceStep("EnumManufacturers->EnumDevices for mfg 1, %s:%s.\n", manufacturer.c_str(),
-            section.c_str());
-  if (searchModels(section) == ERROR_SUCCESS) return ERROR_SUCCESS;
+  const bool tracing = debugLevelAtLeast(kTraceSteps);
+  if (tracing) {
+    traceStep("EnumManufacturers->EnumDevices for mfg 1, %s:%s.\n", manufacturer.get().c_str(),
+              section.c_str());
+  }
+  if (EnumDevices(section) == ERROR_SUCCESS) return ERROR_SUCCESS;
 
-  std::string decoration;
+  std::string name;
   for (unsigned field = kFirstListField;
-       field <= kLastDecorationField && GetField(line, field, decoration) == ERROR_SUCCESS;
-       ++field) {
-    decoration.insert(0, section + ".");
-    traceStep("EnumManufacturers->EnumDevices for mfg %u, %s:%s.\n", field, manufacturer.c_str(),
-              decoration.c_str());
-    if (searchModels(decoration) == ERROR_SUCCESS) return ERROR_SUCCESS;
+       field <= kLastDecorationField && GetField(line, field, name) == ERROR_SUCCESS; ++field) {
+    name.insert(0, section + ".");
+    if (tracing) {
+      traceStep("EnumManufacturers->EnumDevices for mfg %u, %s:%s.\n", field,
+                manufacturer.get().c_str(), name.c_str());
+    }
+    if (EnumDevices(name) == ERROR_SUCCESS) return ERROR_SUCCESS;
   }
   return ERROR_NO_MORE_ITEMS;
 }
 
 DWORD CInf::EnumDevices(const std::string& section) {
-  const DWORD result = searchModels(section);
-  readDescription();
-  return result;
-}
-
-DWORD CInf::searchModels(const std::string& section) {
   INFCONTEXT line{};
   if (SetupFindFirstLineA(infHandle.get(), section.c_str(), nullptr, &line) == FALSE) {
     const DWORD error = lastErrorOr(ERROR_LINE_NOT_FOUND);
@@ -125,65 +150,64 @@ DWORD CInf::searchModels(const std::string& section) {
     return error;
   }
   wantedId = hardwareId;
-  toUpperCase(wantedId);
+  toUpperCase(wantedId.data(), wantedId.size());
+  DWORD result = ERROR_SUCCESS;
   do {
-    const DWORD error = readModel(line);
-    if (error != ERROR_SUCCESS) return error;
-    if (searchIds(line)) return ERROR_SUCCESS;
-  } while (SetupFindNextLine(&line, &line) != FALSE);
-  return ERROR_NO_MORE_ITEMS;
+    result = searchLine(line);
+  } while (result == ERROR_NO_MORE_ITEMS && SetupFindNextLine(&line, &line) != FALSE);
+  return result;
 }
 
-// The texts of a model line are seen in the trace; else only the description of the last line is
-// wanted in the end, and the others need not be read.
-DWORD CInf::readModel(INFCONTEXT& line) {
-  if (!debugLevelAtLeast(kTraceSteps)) {
-    const DWORD error = FindField(line, 0);
+// ERROR_NO_MORE_ITEMS when the model line does not carry the ID.
+DWORD CInf::searchLine(INFCONTEXT& line) {
+  DWORD error = description.take(line);
+  if (error != ERROR_SUCCESS) return error;
+  const DWORD fieldCount = SetupGetFieldCount(&line);
+  const bool tracing = debugLevelAtLeast(kTraceSteps);
+  if (tracing) {
+    std::string installSection;
+    error = GetField(line, 1, installSection);
     if (error != ERROR_SUCCESS) return error;
-    unreadModel = line;
+    traceStep("EnumDevices for model, %s:%s\n", description.get().c_str(), installSection.c_str());
+    traceStep("Search for HwID %s: ", hardwareId.c_str());
+  } else if (fieldCount == 0) {
     return FindField(line, 1);
   }
-  std::string text;
-  DWORD error = GetField(line, 0, text);
-  if (error != ERROR_SUCCESS) return error;
-  description = text;
-  error = GetField(line, 1, text);
-  if (error != ERROR_SUCCESS) return error;
-  traceStep("EnumDevices for model, %s:%s\n", description.c_str(), text.c_str());
-  return ERROR_SUCCESS;
+  const int index = findId(line, fieldCount);
+  if (tracing && index < 0) traceStep("not found.\n");
+  if (tracing && index >= 0) traceStep("found. i = %d\n", index);
+  return index < 0 ? ERROR_NO_MORE_ITEMS : ERROR_SUCCESS;
 }
 
-void CInf::readDescription() {
-  if (unreadModel.Inf == nullptr) return;
-  GetField(unreadModel, 0, description);
-  unreadModel = INFCONTEXT{};
-}
-
-bool CInf::searchIds(INFCONTEXT& line) {
-  const DWORD fieldCount = SetupGetFieldCount(&line);
-  std::size_t count = 0;
+// The index of the first ID of the line that matches, negative for none. A line without an ID
+// counts as one empty ID, and that is contained in every other.
+int CInf::findId(INFCONTEXT& line, DWORD fieldCount) {
+  if (fieldCount < kFirstListField) return 0;
   for (DWORD field = kFirstListField; field <= fieldCount; ++field) {
-    if (count == lineIds.size()) lineIds.emplace_back();
-    if (GetField(line, field, lineIds[count]) != ERROR_SUCCESS) break;
-    ++count;
-  }
-  if (count == 0) {
-    // A line without an ID counts as one empty ID.
-    lineIds.resize(std::max<std::size_t>(lineIds.size(), 1));
-    lineIds[count++].clear();
-  }
-  traceStep("Search for HwID %s: ", hardwareId.c_str());
-  for (std::size_t i = 0; i < count; ++i) {
-    std::string& id = lineIds[i];
-    id.resize(std::min(id.find("&REV"), id.size()));
-    toUpperCase(id);
-    if (eitherContains(id, wantedId)) {
-      traceStep("found. i = %d\n", static_cast<int>(i));
-      return true;
+    std::size_t length = 0;
+    if (!readId(line, field, length)) return field == kFirstListField ? 0 : -1;
+    const std::size_t end = std::min(findRevision({idBuffer.data(), length}), length);
+    // Whole blocks take fewer steps than bytes; what is behind the text does not count.
+    toUpperCase(idBuffer.data(), (end + kBlock - 1) / kBlock * kBlock);
+    if (eitherContains({idBuffer.data(), end}, wantedId)) {
+      return static_cast<int>(field - kFirstListField);
     }
   }
-  traceStep("not found.\n");
-  return false;
+  return -1;
+}
+
+// Does what GetField does, into `idBuffer` and with one call for the usual lengths.
+bool CInf::readId(INFCONTEXT& line, DWORD field, std::size_t& length) {
+  const auto room = static_cast<DWORD>(idBuffer.size());
+  DWORD size = 0;
+  if (SetupGetStringFieldA(&line, field, idBuffer.data(), room, &size) != FALSE) {
+    length = size - 1;
+    return true;
+  }
+  const bool read = GetField(line, field, idBuffer) == ERROR_SUCCESS;
+  length = idBuffer.size();
+  idBuffer.resize(std::max(kIdBufferSize, length + kBlock));
+  return read;
 }
 
 }  // namespace tolvanix

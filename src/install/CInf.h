@@ -1,13 +1,28 @@
 // Opens one INF file and tells whether any of its model lines carries a hardware ID.
 #pragma once
 
+#include <cstddef>
 #include <string>
-#include <vector>
 
 #include "text/SPString.h"
 #include "winapi/Owner.h"
 
 namespace tolvanix {
+
+// The key of an INF line, read when its text is asked for: most lines are passed over. The file
+// must be open then.
+class LineKey {
+ public:
+  // The line of the text from now on. 0, or the platform's error code when it has no key.
+  DWORD take(const INFCONTEXT& line);
+
+  const SPString& get();
+
+ private:
+  INFCONTEXT source{};
+  bool isRead = true;
+  SPString text;
+};
 
 class CInf {
  public:
@@ -34,27 +49,27 @@ class CInf {
   const SPString& getHardwareId() const { return hardwareId; }
   void setHardwareId(const std::string& id) { hardwareId = id; }
   // Of the line that matched, else of the last one read.
-  const SPString& getManufacturer() const { return manufacturer; }
-  const SPString& getDescription() const { return description; }
+  const SPString& getManufacturer() { return manufacturer.get(); }
+  const SPString& getDescription() { return description.get(); }
 
  private:
+  static constexpr std::size_t kIdBufferSize = 256;
+
   DWORD readClass();
   DWORD searchManufacturer(INFCONTEXT& line);
-  DWORD searchModels(const std::string& section);
-  DWORD readModel(INFCONTEXT& line);
-  bool searchIds(INFCONTEXT& line);
-  void readDescription();
+  DWORD searchLine(INFCONTEXT& line);
+  int findId(INFCONTEXT& line, DWORD fieldCount);
+  bool readId(INFCONTEXT& line, DWORD field, std::size_t& length);
 
   SPString path;
   SPString className;
   InfOwner infHandle;
   GUID classGuid{};
   SPString hardwareId;
-  SPString manufacturer;
-  SPString description;
-  std::string wantedId;              // the hardware ID in upper case
-  std::vector<std::string> lineIds;  // of one line at a time; their memory is used again
-  INFCONTEXT unreadModel{};          // the model line that `description` is still to be read of
+  LineKey manufacturer;
+  LineKey description;
+  std::string wantedId;  // the hardware ID in upper case
+  std::string idBuffer = std::string(kIdBufferSize, '\0');
 };
 
 }  // namespace tolvanix

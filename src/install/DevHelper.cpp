@@ -1,5 +1,7 @@
 #include "install/DevHelper.h"
 
+#include <cstring>
+
 #include "log/DebugWriter.h"
 #include "winapi/Owner.h"
 
@@ -7,38 +9,35 @@ namespace tolvanix {
 
 namespace {
 
-constexpr char kGetFieldPlace[] = "DevHelper, GetField";
-
-// The last error of a field request that failed. Some systems set none for a missing field.
-DWORD fieldError() {
-  const DWORD code = GetLastError();
-  return code != ERROR_SUCCESS ? code : ERROR_INVALID_PARAMETER;
+// The error of a field request that failed, traced unless the line just does not have the field.
+DWORD reportFieldError(int sourceLine) {
+  // Some systems set none for a missing field.
+  const DWORD error = GetLastError();
+  if (error == ERROR_SUCCESS || error == ERROR_INVALID_PARAMETER) return ERROR_INVALID_PARAMETER;
+  PrintError(error, "DevHelper, GetField", sourceLine);
+  return error;
 }
 
 }  // namespace
 
 DWORD GetField(INFCONTEXT& context, unsigned index, std::string& text) {
-  text.clear();
   DWORD size = 0;
   if (SetupGetStringFieldA(&context, index, nullptr, 0, &size) == FALSE) {
-    const DWORD code = fieldError();
-    if (code != ERROR_INVALID_PARAMETER) PrintError(code, kGetFieldPlace, __LINE__);
-    return code;
+    text.clear();
+    return reportFieldError(__LINE__);
   }
   text.resize(size);
   if (SetupGetStringFieldA(&context, index, text.data(), size, nullptr) == FALSE) {
-    const DWORD code = fieldError();
-    PrintError(code, kGetFieldPlace, __LINE__);
     text.clear();
-    return code;
+    return reportFieldError(__LINE__);
   }
-  text.resize(text.find('\0'));
+  text.resize(std::strlen(text.c_str()));
   return ERROR_SUCCESS;
 }
 
 DWORD FindField(INFCONTEXT& context, unsigned index) {
   const BOOL found = SetupGetStringFieldA(&context, index, nullptr, 0, nullptr);
-  return found != FALSE ? ERROR_SUCCESS : fieldError();
+  return found != FALSE ? ERROR_SUCCESS : reportFieldError(__LINE__);
 }
 
 void PrintError(DWORD code, const char* place, int line) {

@@ -16,7 +16,7 @@ namespace {
 constexpr DWORD kFirstPropertySize = 1000;
 constexpr std::size_t kKeyPathSize = 256;
 constexpr DWORD kDriverVersionSize = 64;
-constexpr std::string_view kClassKeys = "SYSTEM\\CurrentControlSet\\Control\\Class\\";
+constexpr std::string_view kClassKeys = R"(SYSTEM\CurrentControlSet\Control\Class\)";
 
 struct DeviceList {
   DeviceRecord* first = nullptr;

@@ -1,5 +1,7 @@
 #include "xml/XMLQuery.h"
 
+#include <array>
+#include <bit>
 #include <cstdint>
 #include <cstring>
 
@@ -20,43 +22,88 @@ Units loadUnits(const char16_t* from) {
 }
 
 // A name with what must stand directly before and behind it; searched for without joining them.
-struct Wanted {
-  View before;
-  View name;
-  View behind;
+class Wanted {
+ public:
+  Wanted(View markBefore, View wantedName, View markBehind)
+      : before(markBefore), name(wantedName), behind(markBehind) {}
 
   std::size_t size() const { return before.size() + name.size() + behind.size(); }
   char16_t front() const { return before.empty() ? name.front() : before.front(); }
   char16_t back() const {
     return behind.empty() ? (name.empty() ? before : name).back() : behind.back();
   }
-  bool startsAt(View text) const {
-    return text.substr(0, before.size()) == before &&
-           text.substr(before.size(), name.size()) == name &&
-           text.substr(before.size() + name.size(), behind.size()) == behind;
+  // `text` has at least `size` units.
+  bool standsAt(const char16_t* text) const {
+    const char16_t* const nameAt = text + before.size();
+    return equal(nameAt, name) && equal(text, before) && equal(nameAt + name.size(), behind);
+  }
+
+ private:
+  static bool equal(const char16_t* units, View text) {
+    return std::memcmp(units, text.data(), text.size() * sizeof(char16_t)) == 0;
+  }
+
+  View before;
+  View name;
+  View behind;
+};
+
+// The first and the last unit of a wanted text, each eight times.
+struct Ends {
+  Units first;
+  Units last;
+
+  // Where among eight places both fit: all 16 bits of such a place are set.
+  Units fit(const char16_t* firsts, const char16_t* lasts) const {
+    return std::bit_cast<Units>((loadUnits(firsts) == first) & (loadUnits(lasts) == last));
   }
 };
 
+using Lanes = std::array<std::uint64_t, 2>;
+
+bool any(Units places) {
+  const auto lanes = std::bit_cast<Lanes>(places);
+  return (lanes[0] | lanes[1]) != 0;
+}
+
+// How many places from `from` on, in whole strides, surely do not fit.
+std::size_t skipPlaces(const char16_t* firsts, const char16_t* lasts, std::size_t count,
+                       const Ends& ends) {
+  constexpr std::size_t kStride = 4 * kUnits;
+  std::size_t skipped = 0;
+  for (; skipped + kStride <= count; skipped += kStride) {
+    Units places = {};
+    for (std::size_t i = 0; i < kStride; i += kUnits) {
+      places |= ends.fit(firsts + skipped + i, lasts + skipped + i);
+    }
+    if (any(places)) break;
+  }
+  return skipped;
+}
+
 // The first place of `wanted`, which is not empty, at or after `from`. Most places are ruled out
-// eight at a time, because their first or last unit differs.
+// many at a time, because their first or last unit differs.
 std::size_t findText(View text, const Wanted& wanted, std::size_t from) {
   if (text.size() < wanted.size()) return kNotFound;
-  const Units first = Units{} + static_cast<std::uint16_t>(wanted.front());
-  const Units last = Units{} + static_cast<std::uint16_t>(wanted.back());
+  const Ends ends = {Units{} + static_cast<std::uint16_t>(wanted.front()),
+                     Units{} + static_cast<std::uint16_t>(wanted.back())};
   const std::size_t end = text.size() - wanted.size() + 1;  // of the places
   const char16_t* const firsts = text.data();
   const char16_t* const lasts = firsts + wanted.size() - 1;
+  if (from < end) from += skipPlaces(firsts + from, lasts + from, end - from, ends);
   for (; from + kUnits <= end; from += kUnits) {
-    const auto hits = (loadUnits(firsts + from) == first) & (loadUnits(lasts + from) == last);
-    std::uint64_t halves[2];
-    std::memcpy(halves, &hits, sizeof halves);
-    if ((halves[0] | halves[1]) == 0) continue;
-    for (std::size_t i = 0; i < kUnits; ++i) {
-      if (hits[i] != 0 && wanted.startsAt(text.substr(from + i))) return from + i;
+    const auto lanes = std::bit_cast<Lanes>(ends.fit(firsts + from, lasts + from));
+    for (std::size_t half = 0; half < lanes.size(); ++half) {
+      for (std::uint64_t left = lanes[half]; left != 0;) {
+        const auto lane = static_cast<std::size_t>(std::countr_zero(left)) / 16;
+        const std::size_t place = from + half * (kUnits / 2) + lane;
+        if (wanted.standsAt(firsts + place)) return place;
+        left &= ~(std::uint64_t{0xFFFF} << (lane * 16));
+      }
     }
   }
   for (; from < end; ++from) {
-    if (wanted.startsAt(text.substr(from))) return from;
+    if (lasts[from] == wanted.back() && wanted.standsAt(firsts + from)) return from;
   }
   return kNotFound;
 }
@@ -162,11 +209,12 @@ View attributePair(View elementText, View attribute) {
   const std::size_t first = findText(elementText, {{}, attribute, {}}, 0);
   if (first == kNotFound) return {};
   const View rest = elementText.substr(first);
-  const std::size_t opening = rest.find(u'"');
-  const std::size_t closing = opening == kNotFound ? kNotFound : rest.find(u'"', opening + 1);
-  const View piece = rest.substr(0, closing == kNotFound ? closing : closing + 1);
-  const bool leavesTag = piece.find(u'>') != kNotFound;
-  return closing == kNotFound || leavesTag ? rest.substr(0, rest.find_first_of(u"/>")) : piece;
+  // Up to the second quote, if that stands in the tag.
+  int quotes = 0;
+  for (std::size_t i = 0; i < rest.size() && rest[i] != u'>'; ++i) {
+    if (rest[i] == u'"' && ++quotes == 2) return rest.substr(0, i + 1);
+  }
+  return rest.substr(0, rest.find_first_of(u"/>"));
 }
 
 View attributeValue(View pair) {

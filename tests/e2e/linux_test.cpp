@@ -23,6 +23,15 @@ TEST(FullDevice, StandardOutput_StatusStays) {
   EXPECT_EQ(runProgram(call).exitCode, 11);
 }
 
+// A "\\" in a name is part of it for the C library, and a folder's end for the platform's search.
+TEST(HardwareId, NamedInfThatTheSearchDoesNotFind_IsReported) {
+  const Package package;
+  package.add("a\\b.inf", "");
+  const ProgramResult run = package.run({"-uhid", "-w", "PCI\\VEN_8086", "-n", "a\\b.inf"});
+  EXPECT_EQ(run.exitCode, 31);
+  EXPECT_NE(run.output.find(R"(<Message id="31">)"), std::string::npos);
+}
+
 TEST(Locale, AnyLocale_GivesTheSameBytes) {
   const Package package;
   const Computer computer(fixture("computers/four_devices.reg"));

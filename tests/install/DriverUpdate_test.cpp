@@ -7,7 +7,6 @@
 #include <string>
 
 #include "app/DeviceStatus.h"
-#include "log/DebugWriter.h"
 #include "support/Files.h"
 #include "support/Helper.h"
 #include "support/ScopedRegistry.h"
@@ -77,34 +76,6 @@ TEST_F(DriverUpdateTest, NoInfFile) {
   EXPECT_EQ(update(kPresent), kDeviceInfNotOpened);
 }
 
-TEST_F(DriverUpdateTest, Check_TellsWhetherAnInfFileAndADeviceHaveTheId) {
-  addInf("a.inf", "PCI\\VEN_FFFF&DEV_FFFF");
-  EXPECT_EQ(check(kPresent), kDeviceCheckNotFound);
-  addInf("b.inf", kPresent + "&REV_07");
-  EXPECT_EQ(check(kPresent), kDeviceCheckFound);
-  EXPECT_EQ(check(kPresent, "a.inf"), kDeviceCheckNotFound);
-  EXPECT_EQ(check(kPresent, "B.INF"), kDeviceCheckFound);
-  addInf("b.inf", kAbsent);
-  EXPECT_EQ(check(kAbsent), kDeviceNotPresent);
-  EXPECT_EQ(check(kPresent + "&rev_07"), kDeviceCheckNotFound);  // cut in upper case alone
-}
-
-TEST_F(DriverUpdateTest, Install_FollowsTheHelpersExitCode) {
-  addInf("a.inf", kPresent);
-  EXPECT_EQ(update(kPresent), kDeviceHelperFailed);  // there is none
-  const struct {
-    const char* exitCode;
-    std::int32_t status;
-  } rows[] = {{"0", kDeviceInstalled},
-              {"1", kDeviceRestartRequired},
-              {"2", kDeviceHelperFailed},
-              {"77", kDeviceHelperFailed}};
-  for (const auto& row : rows) {
-    addHelper(std::string("exit ") + row.exitCode);
-    EXPECT_EQ(update(kPresent), row.status) << row.exitCode;
-  }
-}
-
 TEST_F(DriverUpdateTest, Install_GivesTheHelperTheCutIdAndTheFullPath) {
   addInf("a file.inf", kPresent);
   addHelper("record args.txt");
@@ -138,57 +109,6 @@ TEST_F(DriverUpdateTest, NamedInfInAnotherFolder_StandsForThatOfTheCurrentOne) {
   EXPECT_EQ(check(kPresent, "sub\\a.inf"), kDeviceInfNotOpened);
   addInf("a.inf", kPresent);
   EXPECT_EQ(check(kPresent, "sub\\a.inf"), kDeviceCheckFound);
-}
-
-TEST_F(DriverUpdateTest, Trace_TellsTheSteps) {
-  addInf("a.inf", kPresent);
-  addHelper("print 10\nexit 1");
-  DebugWriter writer;
-  writer.initialize(kTraceSteps, kTargetFile, "trace.log");
-  EXPECT_EQ(update(kPresent + "&REV_01"), kDeviceRestartRequired);
-  DebugWriter().initialize(0, kTargetNone, "trace-off.log");
-
-  const std::string inf = fullPath("a.inf");
-  const std::string folder = fullPath("tolvanixhelper64");
-  const std::string command = folder + "\\tolvanixhelper64.exe \"" + kPresent + "\" \"" + inf + '"';
-  const std::string trace = readLines(dir / "trace.log");
-  const std::size_t start = trace.find("DriverUpdate: Entered");
-  ASSERT_NE(start, std::string::npos) << trace;
-  EXPECT_EQ(trace.substr(start),
-            "DriverUpdate: Entered function.\n"
-            "DriverUpdate: Hardware ID = " +
-                kPresent +
-                "\n"
-                "DriverUpdate: check INF   = 0\n"
-                "DriverUpdate: INF file    = <NULL>\n"
-                "DriverUpdate: Found INF file = " +
-                inf +
-                "\n"
-                "Win2kInstall: Entered function.\n"
-                "EnumManufacturers->EnumDevices for mfg 1, Maker:Models.\n"
-                "EnumDevices for model, Device:Install\n"
-                "Search for HwID " +
-                kPresent +
-                ": found. i = 0\n"
-                "FindExistingDevice: Entered function.\n"
-                "FindExistingDevice: Found Hardware ID = " +
-                kPresent + ". i = " +
-                trace.substr(trace.find(". i = ", trace.find("FindExistingDevice: Found")) + 6, 1) +
-                "\n"
-                "UpdateDriver: Entered function.\n"
-                "UpdateDriver: 64-bit helper program.\n"
-                "ExecCmd: " +
-                command +
-                "\n"
-                "ExecCmd: Using pDir; strWorkDir = " +
-                folder +
-                "\n"
-                "UpdateDriver: return code (0) from exec of helper program = " +
-                command +
-                "\n"
-                "UpdateDriver: exit code from exec of helper program = 1\n"
-                "Win2kInstall: status from UpdateDriver() = 0\n"
-                "DriverUpdate: status from Win2kInstall() = 1\n");
 }
 
 }  // namespace

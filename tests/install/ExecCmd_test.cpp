@@ -99,11 +99,6 @@ TEST_F(ExecCmdTest, EmptyWorkingDirectory_IsTheCurrentOne) {
   EXPECT_EQ(readFile(dir / "out.txt"), dir.path().string() + '\n');
 }
 
-TEST_F(ExecCmdTest, ProgramBelowAFolderWithBlanks_Runs) {
-  EXPECT_EQ(exec("exit 9", 20, "with two blanks/helper.exe"), kExecEnded);
-  EXPECT_EQ(exitCode, 9U);
-}
-
 TEST_F(ExecCmdTest, ProgramThatCannotStart_GivesThePlatformsError) {
   EXPECT_EQ(execProgram("none.exe"), kExecFailed);
   EXPECT_EQ(exitCode, ERROR_FILE_NOT_FOUND);

@@ -37,7 +37,7 @@ std::vector<const DeviceRecord*> ofTestVendor(const Records& records) {
 }
 
 TestKey driverKey(const std::string& number, test::TestValue version) {
-  return {std::string("SYSTEM\\CurrentControlSet\\Control\\Class\\")
+  return {std::string(R"(SYSTEM\CurrentControlSet\Control\Class\)")
               .append(kClass)
               .append("\\")
               .append(number),

@@ -14,7 +14,7 @@ namespace tolvanix::test {
 
 namespace {
 
-constexpr char kProgramSettings[] = "Software\\Wine\\AppDefaults\\tolvanix.exe";
+constexpr char kProgramSettings[] = R"(Software\Wine\AppDefaults\tolvanix.exe)";
 
 std::wstring widen(const std::string& text) {
   const int bytes = static_cast<int>(text.size());
@@ -106,7 +106,7 @@ Computer::~Computer() {
 }
 
 std::string Computer::withoutOwnDevice(std::string document) {
-  const std::size_t start = document.find("<Device vendorID=\"0000\"  deviceID=\"0000\"");
+  const std::size_t start = document.find(R"(<Device vendorID="0000"  deviceID="0000")");
   if (start == std::string::npos) return document;
   constexpr std::string_view kEnd = "</Device>";
   return document.erase(start, document.find(kEnd, start) + kEnd.size() - start);

@@ -1,9 +1,9 @@
 #include <fcntl.h>
-#include <signal.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstring>
 #include <future>
 #include <stdexcept>
@@ -29,7 +29,7 @@ std::vector<std::string> environmentWith(const std::map<std::string, std::string
     const std::string name(*variable, std::strcspn(*variable, "="));
     if (!additions.contains(name)) result.emplace_back(*variable);
   }
-  for (const auto& [name, value] : additions) result.push_back(name + '=' + value);
+  for (const auto& [name, value] : additions) result.emplace_back(name).append("=").append(value);
   return result;
 }
 

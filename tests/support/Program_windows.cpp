@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <stdexcept>
+#include <utility>
 
 #include "support/Files.h"
 #include "support/Program.h"
@@ -45,7 +46,7 @@ std::string commandLine(const ProgramCall& call) {
 // A child inherits the variables of this process.
 class ScopedVariable {
  public:
-  ScopedVariable(const std::string& variable, const std::string& value) : name(variable) {
+  ScopedVariable(std::string variable, const std::string& value) : name(std::move(variable)) {
     const DWORD size = GetEnvironmentVariableA(name.c_str(), nullptr, 0);
     if (size != 0) {
       before.emplace(size, '\0');
@@ -64,8 +65,8 @@ class ScopedVariable {
 
 Handle openInheritable(const std::filesystem::path& file, DWORD access, DWORD creation) {
   SECURITY_ATTRIBUTES inheritable{sizeof inheritable, nullptr, TRUE};
-  const HANDLE handle = CreateFileA(file.string().c_str(), access, FILE_SHARE_READ, &inheritable,
-                                    creation, FILE_ATTRIBUTE_NORMAL, nullptr);
+  HANDLE handle = CreateFileA(file.string().c_str(), access, FILE_SHARE_READ, &inheritable,
+                              creation, FILE_ATTRIBUTE_NORMAL, nullptr);
   if (handle == INVALID_HANDLE_VALUE) fail("cannot open " + file.string());
   return Handle(handle);
 }

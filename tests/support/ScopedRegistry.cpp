@@ -18,7 +18,7 @@ TestValue listOf(const std::string& name, const std::vector<std::string>& texts)
 
 TestKey deviceKey(const std::string& instance, std::vector<TestValue> values) {
   values.push_back(textOf("ClassGUID", "{4d36e97d-e325-11ce-bfc1-08002be10318}"));
-  return {"SYSTEM\\CurrentControlSet\\Enum\\" + instance, std::move(values)};
+  return {R"(SYSTEM\CurrentControlSet\Enum\)" + instance, std::move(values)};
 }
 
 }  // namespace tolvanix::test

@@ -17,7 +17,7 @@ namespace fs = std::filesystem;
   va_start(arguments, format);
   const int size = std::vsnprintf(text, sizeof text, format, arguments);
   va_end(arguments);
-  return std::string(text, static_cast<std::size_t>(size));
+  return {text, static_cast<std::size_t>(size)};
 }
 
 // The standard header of the configuration space, type 0 (PCI Local Bus Specification 3.0, 6.1).

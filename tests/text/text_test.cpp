@@ -74,12 +74,13 @@ TEST(Conversion, ToXmlUtf8_IsAlwaysUtf8ThatXmlAllows) {
       {u"Intel\u00AE", "Intel\xC2\xAE"},                                      // an ANSI byte
       {u"\u00E7\u00BD", "\xC3\xA7\xC2\xBD"},                                  // cut-off UTF-8
       {u"\u00C0\u0080", "\xC3\x80\xC2\x80"},                                  // overlong
-      {u"\u00ED\u00A0\u0080", "\xC3\xAD\xC2\xA0\xC2\x80"},                    // a surrogate in UTF-8
+      {u"\u00ED\u00A0\u0080", "\xC3\xAD\xC2\xA0\xC2\x80"},  // a surrogate in UTF-8
       {u"\U0001F600", "\xF0\x9F\x98\x80"},
       {std::u16string{u'a', char16_t(0xD83D)}, "a\xEF\xBF\xBD"},
-      {std::u16string{char16_t(0xDE00), u'b'}, "\xEF\xBF\xBD" "b"},
-      {std::u16string{char16_t(1), u'\t', u'\n', char16_t(0xFFFE)},
-       "\xEF\xBF\xBD\t\n\xEF\xBF\xBD"},
+      {std::u16string{char16_t(0xDE00), u'b'},
+       "\xEF\xBF\xBD"
+       "b"},
+      {std::u16string{char16_t(1), u'\t', u'\n', char16_t(0xFFFE)}, "\xEF\xBF\xBD\t\n\xEF\xBF\xBD"},
   };
   for (const auto& c : cases) EXPECT_EQ(toXmlUtf8(c.text), c.bytes);
 }

@@ -201,13 +201,5 @@ TEST_F(FileTest, FindFirst_Failures) {
   }
 }
 
-TEST_F(FileTest, FindNext_HandleOfNoSearch_SetsInvalidHandle) {
-  WIN32_FIND_DATAA data{};
-  EXPECT_FALSE(FindNextFileA(INVALID_HANDLE_VALUE, &data));
-  EXPECT_EQ(GetLastError(), ERROR_INVALID_HANDLE);
-  EXPECT_FALSE(FindClose(INVALID_HANDLE_VALUE));
-  EXPECT_EQ(GetLastError(), ERROR_INVALID_HANDLE);
-}
-
 }  // namespace
 }  // namespace tolvanix

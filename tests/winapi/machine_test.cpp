@@ -13,13 +13,13 @@
 namespace tolvanix {
 namespace {
 
-using test::fixture;
 using test::ScopedMachine;
 using test::TempDir;
 using test::utf16File;
 using test::writeFile;
 
 constexpr char kHeader[] = "Windows Registry Editor Version 5.00\n\n";
+const std::filesystem::path kMachines = test::fixture("machines");
 
 // A line for each PCI device: hardware ID, place, name, driver version.
 std::string describeDevices() {
@@ -58,7 +58,7 @@ TEST(RegistryMachine, AllEncodingsAndValueForms_GiveTheSameComputer) {
   for (const char* const name :
        {"forms_utf16.reg", "forms_utf8.reg", "forms_utf8_bom.reg", "forms_regedit4.reg"}) {
     SCOPED_TRACE(name);
-    const ScopedMachine machine(fixture("machines") / name);
+    const ScopedMachine machine(kMachines / name);
     EXPECT_EQ(describeDevices(),
               "PCI\\VEN_1DE4&DEV_0001&SUBSYS_00AA1DE4&REV_01|2.3.4|"
               "Quoted \"x\" \\ caf\u00e9 \u7f51|1.2.3.4\n"
@@ -76,7 +76,7 @@ TEST(RegistryMachine, AllEncodingsAndValueForms_GiveTheSameComputer) {
 }
 
 TEST(RegistryMachine, Export_CountsAsItIsAfterAnImport) {
-  const ScopedMachine machine(fixture("machines/import_rules.reg"));
+  const ScopedMachine machine(kMachines / "import_rules.reg");
   EXPECT_EQ(describeDevices(),
             "PCI\\VEN_1DE4&DEV_0001|7.0.0|kept|\n"
             "PCI\\VEN_1DE4&DEV_0002|0.0.0|default|\n"
@@ -197,7 +197,7 @@ TEST(Version, Values_DecideTheAnswer) {
 }
 
 TEST(Version, Verification_IsTruthfulAndForEqualityAlone) {
-  const ScopedMachine machine(fixture("machines/forms_utf8.reg"));
+  const ScopedMachine machine(kMachines / "forms_utf8.reg");
   constexpr DWORD kBoth = VER_MAJORVERSION | VER_MINORVERSION;
   const DWORDLONG equal = VerSetConditionMask(0, kBoth, VER_EQUAL);
   OSVERSIONINFOEXW wanted{};
@@ -220,9 +220,8 @@ TEST(Version, Verification_IsTruthfulAndForEqualityAlone) {
 }
 
 TEST(Handles, OfAnotherFamilyOrClosed_AreInvalid) {
-  const ScopedMachine machine(fixture("machines/forms_utf8.reg"));
-  const HDEVINFO set =
-      SetupDiGetClassDevsA(nullptr, nullptr, nullptr, DIGCF_PRESENT | DIGCF_ALLCLASSES);
+  const ScopedMachine machine(kMachines / "forms_utf8.reg");
+  HDEVINFO set = SetupDiGetClassDevsA(nullptr, nullptr, nullptr, DIGCF_PRESENT | DIGCF_ALLCLASSES);
   EXPECT_EQ(RegCloseKey(set), static_cast<LSTATUS>(ERROR_INVALID_HANDLE));
   EXPECT_TRUE(SetupDiDestroyDeviceInfoList(set));
   EXPECT_FALSE(SetupDiDestroyDeviceInfoList(set));

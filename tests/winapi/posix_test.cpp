@@ -28,11 +28,13 @@ class PosixTest : public ::testing::Test {
     PROCESS_INFORMATION child{};
     EXPECT_TRUE(CreateProcessA(nullptr, commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr,
                                nullptr, &startup, &child));
-    const KernelObjectOwner process(child.hProcess);
+    KernelObjectOwner process(child.hProcess);
     const KernelObjectOwner thread(child.hThread);
     EXPECT_EQ(WaitForSingleObject(process.get(), 20000), WAIT_OBJECT_0);
     DWORD exitCode = 0;
     EXPECT_TRUE(GetExitCodeProcess(process.get(), &exitCode));
+    process.reset();
+    EXPECT_FALSE(std::filesystem::exists("/proc/" + std::to_string(child.dwProcessId)));
     return exitCode;
   }
 

@@ -61,7 +61,7 @@ TEST_F(Profile, Sections_AreListedInFileOrderWithDuplicates) {
 
 TEST_F(Profile, NamesLongerThanTheBuffer_AreCutWithTwoZeros) {
   write("[abc]\n[def]\n");
-  EXPECT_EQ(names(9), std::string("abc\0def\0", 8));
+  EXPECT_EQ(names(10), std::string("abc\0def\0", 8));
   EXPECT_EQ(names(8), std::string("abc\0de", 6));
 }
 

@@ -10,7 +10,7 @@ namespace tolvanix {
 namespace {
 
 constexpr char kKey[] =
-    "SYSTEM\\CurrentControlSet\\Control\\Class\\{00000000-7e57-0000-0000-000000000000}\\0001";
+    R"(SYSTEM\CurrentControlSet\Control\Class\{00000000-7e57-0000-0000-000000000000}\0001)";
 constexpr LSTATUS kSuccess = 0;
 
 class Registry : public testing::Test {

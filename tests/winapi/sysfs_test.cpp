@@ -19,7 +19,7 @@ using test::writeFile;
 std::string propertyOf(std::size_t device, DWORD property) {
   const auto value = winapi::presentedMachine().deviceProperty(device, property);
   if (!value) return "absent";
-  return value->type == REG_SZ ? std::string(value->data.c_str()) : value->data;
+  return value->type == REG_SZ ? winapi::textIn(*value) : value->data;
 }
 
 TEST(SysfsMachine, Function_GetsWhatWindowsWouldGiveIt) {

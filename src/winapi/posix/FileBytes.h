@@ -33,6 +33,7 @@ class MappedFile {
   MappedFile(MappedFile&& other) noexcept : bytes(std::exchange(other.bytes, {})) {}
   MappedFile(const MappedFile&) = delete;
   MappedFile& operator=(const MappedFile&) = delete;
+  MappedFile& operator=(MappedFile&&) = delete;
   ~MappedFile();
   std::string_view text() const { return bytes; }
 

@@ -20,12 +20,12 @@ class HandleTable {
     while (slot < objects.size() && objects[slot].has_value()) ++slot;
     if (slot == objects.size()) objects.emplace_back();
     objects[slot] = std::move(object);
-    return reinterpret_cast<void*>(kFirst + slot);
+    return reinterpret_cast<void*>(kFirst + slot);  // NOLINT(performance-no-int-to-ptr): a number
   }
 
   // Null for anything that is not open here.
   Object* find(const void* handle) {
-    const ULONG_PTR number = reinterpret_cast<ULONG_PTR>(handle);
+    const auto number = reinterpret_cast<ULONG_PTR>(handle);
     if (number < kFirst || number - kFirst >= objects.size()) return nullptr;
     std::optional<Object>& object = objects[number - kFirst];
     return object ? &*object : nullptr;

@@ -35,13 +35,14 @@ DWORD InfFile::open(const char* fileName, UINT& errorLine) {
   sections.clear();
   strings.clear();
   stringsPrepared = false;
-  lineBegin = nullptr;
+  linePosition = kNowhere;
   const DWORD readError = readTextFile(fileName, text);
   if (readError != ERROR_SUCCESS) return readError;
   if (text.empty()) return ERROR_FILE_INVALID;
   // Positions in the text have to fit an INFCONTEXT.
   if (text.size() > std::numeric_limits<UINT>::max()) return ERROR_NOT_ENOUGH_MEMORY;
   cutTrailingCtrlZ(text);
+  text.append(kPadding, '\n');
   const char* place = text.data();
   const DWORD error = findSections(place);
   if (error != ERROR_SUCCESS) {
@@ -139,11 +140,6 @@ std::optional<InfPosition> InfFile::firstLine(std::string_view section) const {
   return contentFrom(*found, sections[*found].begin);
 }
 
-std::optional<InfPosition> InfFile::nextLine(InfPosition position) {
-  if (lineAt(position) == nullptr) return std::nullopt;
-  return contentFrom(position.section, lineEnd);
-}
-
 // The first line with content from `place` on in the section or the later ones of its name.
 std::optional<InfPosition> InfFile::contentFrom(UINT section, const char* place) const {
   const char* content = skipToInfContent(place, sections[section].end);
@@ -156,15 +152,14 @@ std::optional<InfPosition> InfFile::contentFrom(UINT section, const char* place)
   return InfPosition{section, static_cast<UINT>(content - text.data())};
 }
 
-const InfLine* InfFile::lineAt(InfPosition position) {
+const InfLine* InfFile::splitLineAt(const InfPosition& position) {
   if (position.section >= sections.size()) return nullptr;
   const Section& section = sections[position.section];
   const char* const begin = text.data() + position.line;
   if (begin < section.begin || begin >= section.end) return nullptr;
-  if (begin != lineBegin) {
-    lineEnd = line.split(begin, section.end);
-    lineBegin = begin;
-  }
+  lineEnd = line.split(begin, section.end);
+  sectionEnd = section.end;
+  linePosition = position;
   return &line;
 }
 
@@ -181,24 +176,28 @@ void InfFile::prepareStrings() {
 }
 
 std::string_view InfFile::expand(std::string_view field) {
-  if (field.find('%') == std::string_view::npos) return field.substr(0, kLongestField);
+  const bool plain = field.find('%') == std::string_view::npos;
+  return (plain ? field : replaceStrings(field)).substr(0, kLongestField);
+}
+
+std::string_view InfFile::replaceStrings(std::string_view field) {
   if (!stringsPrepared) prepareStrings();
-  expanded.clear();
-  while (!field.empty() && expanded.size() < kLongestField) {
+  replaced.clear();
+  while (!field.empty() && replaced.size() < kLongestField) {
     const std::size_t begin = std::min(field.find('%'), field.size());
-    expanded.append(field.substr(0, begin));
+    replaced.append(field.substr(0, begin));
     field.remove_prefix(begin);
     const std::size_t end = field.find('%', 1);
     if (end == std::string_view::npos) {
-      expanded.append(field);
+      replaced.append(field);
       break;
     }
     const std::string_view name = field.substr(1, end - 1);
     const auto value = name.empty() ? std::string_view("%") : strings.find(name);
-    expanded.append(value ? value->substr(0, kLongestString) : field.substr(0, end + 1));
+    replaced.append(value ? value->substr(0, kLongestString) : field.substr(0, end + 1));
     field.remove_prefix(end + 1);
   }
-  return std::string_view(expanded).substr(0, kLongestField);
+  return replaced;
 }
 
 }  // namespace tolvanix

@@ -2,12 +2,14 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "winapi/posix/InfLine.h"
+#include "winapi/posix/InfScan.h"
 #include "winapi/posix/InfStrings.h"
 #include "winapi/winapi.h"
 
@@ -17,6 +19,11 @@ namespace tolvanix {
 struct InfPosition {
   UINT section;
   UINT line;
+
+  // Not as one number of eight bytes: positions have just been written in two pieces.
+  bool operator==(const InfPosition& other) const {
+    return line == other.line && section == other.section;
+  }
 };
 
 class InfFile {
@@ -27,11 +34,20 @@ class InfFile {
 
   // Sections of one name are one section, in the order of the file.
   std::optional<InfPosition> firstLine(std::string_view section) const;
-  std::optional<InfPosition> nextLine(InfPosition position);
+  std::optional<InfPosition> nextLine(const InfPosition& position) {
+    if (lineAt(position) == nullptr) return std::nullopt;
+    const char* const next = lineEnd + 1;
+    if (next < sectionEnd && !isInfBlank(*next) && *next != ';') {
+      return InfPosition{position.section, static_cast<UINT>(next - text.data())};
+    }
+    return contentFrom(position.section, lineEnd);
+  }
 
   // The line at a position that one of the two gave out; null for any other. Good until the next
   // call for another line.
-  const InfLine* lineAt(InfPosition position);
+  const InfLine* lineAt(const InfPosition& position) {
+    return position == linePosition ? &line : splitLineAt(position);
+  }
 
   // The field's text with %names% replaced. Good until the next call.
   std::string_view expand(std::string_view field);
@@ -40,6 +56,9 @@ class InfFile {
   std::size_t capacity() const { return text.capacity(); }
 
  private:
+  // Line feeds behind the text, so that every line has one and may be read in blocks.
+  static constexpr std::size_t kPadding = 1 + kInfScanWidth;
+
   struct Section {
     std::uint32_t nameHash;
     std::uint32_t nameLength;
@@ -50,6 +69,9 @@ class InfFile {
     std::string_view getName() const { return {name, nameLength}; }
   };
 
+  static constexpr InfPosition kNowhere{std::numeric_limits<UINT>::max(), 0};
+
+  const InfLine* splitLineAt(const InfPosition& position);
   DWORD findSections(const char*& place);
   const char* findHeader(const char* body) const;
   bool hasSignature();
@@ -58,16 +80,18 @@ class InfFile {
   std::optional<UINT> sameNameFrom(UINT index, std::uint32_t nameHash, std::string_view name) const;
   std::optional<InfPosition> contentFrom(UINT section, const char* place) const;
   void prepareStrings();
-  const char* textEnd() const { return text.data() + text.size(); }
+  std::string_view replaceStrings(std::string_view field);
+  const char* textEnd() const { return text.data() + text.size() - kPadding; }
 
   std::string text;
   std::vector<Section> sections;  // by hash of the name, then in the order of the file
   InfLine line;
-  const char* lineBegin = nullptr;  // of the line that `line` holds
+  InfPosition linePosition = kNowhere;  // of the line that `line` holds
   const char* lineEnd = nullptr;
+  const char* sectionEnd = nullptr;
   InfStrings strings;
   bool stringsPrepared = false;
-  std::string expanded;
+  std::string replaced;
 };
 
 }  // namespace tolvanix

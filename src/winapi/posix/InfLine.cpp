@@ -1,11 +1,17 @@
 #include "winapi/posix/InfLine.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
+#include <limits>
+
+#include "winapi/posix/InfScan.h"
 
 namespace tolvanix {
 
 namespace {
+
+constexpr std::uint32_t kNoKey = std::numeric_limits<std::uint32_t>::max();
 
 const char* find(const char* begin, const char* end, char c) {
   return static_cast<const char*>(std::memchr(begin, c, static_cast<std::size_t>(end - begin)));
@@ -20,6 +26,11 @@ const char* skipBlanks(const char* begin, const char* end) {
 const char* trimmedEnd(const char* begin, const char* end) {
   while (begin < end && isInfBlank(end[-1])) --end;
   return end;
+}
+
+bool endsInBackslash(const char* begin, const char* end) {
+  end = trimmedEnd(begin, end);
+  return end > begin && end[-1] == '\\';
 }
 
 // Past the quoted text that begins behind a quote; a quote without an end ends with the line.
@@ -56,9 +67,7 @@ const char* skipToInfContent(const char* begin, const char* limit) {
 }
 
 bool infLineContinues(const char* begin, const char* lineEnd) {
-  const char* const last = trimmedEnd(begin, lineEnd);
-  const bool backslash = last > begin && last[-1] == '\\';
-  if (!backslash && find(begin, lineEnd, ';') == nullptr) return false;
+  if (!endsInBackslash(begin, lineEnd) && find(begin, lineEnd, ';') == nullptr) return false;
   for (const char* p = begin; p < lineEnd;) {
     const char c = *p++;
     if (c == ';') return false;
@@ -68,68 +77,53 @@ bool infLineContinues(const char* begin, const char* lineEnd) {
   return false;
 }
 
-const char* endOfWholeInfLine(const char* begin, const char* limit) {
-  const char* end = endOfInfLine(begin, limit);
-  while (end < limit && infLineContinues(begin, end)) {
-    begin = end + 1;
-    end = endOfInfLine(begin, limit);
-  }
-  return end;
-}
-
 const char* InfLine::split(const char* begin, const char* limit) {
-  start();
-  const char* const lineEnd = endOfInfLine(begin, limit);
-  const char* const last = trimmedEnd(begin, lineEnd);
-  if (find(begin, last, '"') == nullptr && find(begin, last, ';') == nullptr &&
-      (last == begin || last[-1] != '\\')) {
-    splitPlain(begin, last);
-    return lineEnd;
-  }
-  return splitDecoding(begin, limit);
-}
-
-void InfLine::start() {
-  fields.clear();
-  fields.push_back({0, 0});
-  hasKey = false;
-}
-
-void InfLine::addPlain(const char* begin, const char* end) {
-  begin = skipBlanks(begin, end);
-  end = trimmedEnd(begin, end);
-  fields.push_back({static_cast<std::size_t>(begin - base), static_cast<std::size_t>(end - begin)});
-}
-
-// The common case: the fields are pieces of the text.
-void InfLine::splitPlain(const char* begin, const char* end) {
   base = begin;
-  const char* const equals = find(begin, end, '=');
-  const char* p = begin;
-  if (equals != nullptr && find(begin, equals, ',') == nullptr) {
-    hasKey = true;
-    fields[0].length = static_cast<std::size_t>(trimmedEnd(begin, equals) - begin);
-    p = equals + 1;
+  exact = false;
+  hasKey = false;
+  // The common case, fields that are pieces of the text; quotes and continuation lines are rare.
+  std::size_t count = 0;
+  for (const char* block = begin;; block += kInfScanWidth) {
+    if (dividers.size() < count + kInfScanWidth + 1) dividers.resize(2 * dividers.size() + 64);
+    for (unsigned bits = infDividerBits(block); bits != 0; bits &= bits - 1) {
+      const char* const p = block + std::countr_zero(bits);
+      const auto place = static_cast<std::uint32_t>(p - begin);
+      if (*p == ',' || *p == '=') {
+        if (*p == '=' && count > 0) continue;
+        hasKey = hasKey || *p == '=';
+        if (count == 0 && *p == ',') dividers[count++] = kNoKey;
+        dividers[count++] = place;
+        continue;
+      }
+      if (*p == '"' || endsInBackslash(begin, p)) return splitDecoding(begin, limit);
+      if (count == 0) dividers[count++] = kNoKey;
+      dividers[count++] = place;
+      dividerCount = count;
+      return *p == '\n' ? p : endOfInfLine(p, limit);
+    }
   }
-  while (const char* const comma = find(p, end, ',')) {
-    addPlain(p, comma);
-    p = comma + 1;
-  }
-  addPlain(p, end);
-  finish();
 }
 
-// Quotes, comments and continuation lines: the fields are written out anew.
+// Quotes, comments and continuation lines: the fields are written out anew, a comma behind each.
 const char* InfLine::splitDecoding(const char* begin, const char* limit) {
+  exact = true;
+  hasKey = false;
+  dividerCount = 0;
   decoded.clear();
   std::size_t fieldBegin = 0;
   std::size_t quotedEnd = 0;  // blanks before it belong to quoted text and stay
+  const auto addDivider = [this](std::size_t place) {
+    if (dividerCount == dividers.size()) dividers.resize(2 * dividerCount + 64);
+    dividers[dividerCount++] = static_cast<std::uint32_t>(place);
+  };
   const auto endField = [&] {
-    std::size_t end = decoded.size();
-    while (end > std::max(fieldBegin, quotedEnd) && isInfBlank(decoded[end - 1])) --end;
-    const Field field{fieldBegin, end - fieldBegin};
+    if (dividerCount == 0 && !hasKey) addDivider(kNoKey);
+    while (decoded.size() > std::max(fieldBegin, quotedEnd) && isInfBlank(decoded.back())) {
+      decoded.pop_back();
+    }
+    addDivider(decoded.size());
+    decoded.push_back(',');
     fieldBegin = decoded.size();
-    return field;
   };
   const char* p = begin;
   const char* lineEnd = endOfInfLine(p, limit);
@@ -143,25 +137,18 @@ const char* InfLine::splitDecoding(const char* begin, const char* limit) {
       p = std::min(lineEnd + 1, limit);
       lineEnd = endOfInfLine(p, limit);
       p = skipBlanks(p, lineEnd);
-    } else if (c == ',') {
-      fields.push_back(endField());
-    } else if (c == '=' && !hasKey && count() == 0) {
-      fields[0] = endField();
+    } else if (c == '=' && dividerCount == 0) {
       hasKey = true;
+      endField();
+    } else if (c == ',') {
+      endField();
     } else if (!isInfBlank(c) || decoded.size() > fieldBegin) {
       decoded.push_back(c);
     }
   }
-  fields.push_back(endField());
+  endField();
   base = decoded.data();
-  finish();
   return lineEnd;
-}
-
-void InfLine::finish() {
-  if (hasKey || count() != 1) return;
-  fields[0] = fields[1];
-  hasKey = true;
 }
 
 }  // namespace tolvanix

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -24,41 +25,48 @@ const char* skipToInfContent(const char* begin, const char* limit);
 // Whether the line ends in a backslash, comment and blanks aside, and so goes on in the next one.
 bool infLineContinues(const char* begin, const char* lineEnd);
 
-// The end of the line at `begin`, its continuation lines included.
-const char* endOfWholeInfLine(const char* begin, const char* limit);
-
 class InfLine {
  public:
-  // Splits the line at `begin`, its continuation lines included, and returns the end of the last
-  // one. Fields then stand for what is between the commas, without blanks around it, with quotes
-  // taken away; %names% are left. The text must stay as long as the fields are asked for.
+  // Splits the line that begins at `begin` with a character that is no blank, its continuation
+  // lines included, and returns the end of the last one. A line feed must stand before `limit` or
+  // at it, and kInfScanWidth bytes be readable behind that. Fields then stand for what is between
+  // the commas, without blanks around it, with quotes taken away; %names% are left. The text must
+  // stay as long as the fields are asked for.
   const char* split(const char* begin, const char* limit);
 
   // Fields behind the key.
-  std::size_t count() const { return fields.size() - 1; }
+  std::size_t count() const { return dividerCount - 1; }
 
   // Field 0 is the key; a line of a single value without a key has that value as its key too.
   // Nothing when the line does not have the field.
   std::optional<std::string_view> field(std::size_t index) const {
-    if (index >= fields.size() || (index == 0 && !hasKey)) return std::nullopt;
-    return std::string_view(base + fields[index].begin, fields[index].length);
+    if (!has(index)) return std::nullopt;
+    if (index == 0 && !hasKey) index = 1;
+    const char* begin = base + (index > 0 ? dividers[index - 1] + 1 : 0);
+    const char* end = base + dividers[index];
+    if (!exact) {
+      while (begin < end && isInfBlank(*begin)) ++begin;
+      while (begin < end && isInfBlank(end[-1])) --end;
+    }
+    return std::string_view(begin, static_cast<std::size_t>(end - begin));
+  }
+
+  bool has(std::size_t index) const {
+    return index < dividerCount && (index > 0 || hasKey || dividerCount == 2);
   }
 
  private:
-  struct Field {
-    std::size_t begin;
-    std::size_t length;
-  };
-
-  void start();
-  void addPlain(const char* begin, const char* end);
-  void splitPlain(const char* begin, const char* end);
   const char* splitDecoding(const char* begin, const char* limit);
-  void finish();
 
-  std::vector<Field> fields;
+  const char* base = nullptr;  // what dividers count from: the text itself, or `decoded`
+  // Where the fields end, the key first: its equals sign, the commas, the end of the line. A line
+  // without a key has kNoKey in place of the first, so that field 1 begins at 0. Only grows.
+  std::vector<std::uint32_t> dividers;
+  std::size_t dividerCount = 0;
   bool hasKey = false;
-  const char* base = nullptr;  // what the fields count from: the text itself, or `decoded`
+  // Whether fields are without the blanks around them. Most are never looked at, so that pieces of
+  // the text are trimmed when they are.
+  bool exact = false;
   std::string decoded;
 };
 

@@ -15,36 +15,31 @@ class InfStrings {
   void clear();
 
   // Adds the lines of a section behind what was added before; of several definitions of a name the
-  // first holds. The lines are read when a name is looked for, and no further than to that name.
-  void addSection(const char* begin, const char* end) { unread.push_back({begin, end}); }
+  // first holds.
+  void addSection(const char* begin, const char* end) { sections.push_back({begin, end}); }
 
   // The value as the file has it, quotes taken away; good until the next call.
   std::optional<std::string_view> find(std::string_view name);
 
  private:
-  struct Range {
+  struct Section {
     const char* begin;
     const char* end;
   };
   struct Entry {
     std::uint32_t nameHash;
     std::uint32_t next;  // of the same bucket: index + 1, 0 for none
-    Range line;
+    const char* begin;   // of the line
+    const char* end;
   };
 
-  // Reads the next line that defines a name; false when there is none.
-  bool readEntry();
-  void addEntry(std::string_view name, Range line);
-  // The entry of that name, null for none. `line` then holds its line.
-  const Entry* findEntry(std::string_view name, std::uint32_t nameHash);
-  void linkEntry(std::uint32_t index);
+  void buildIndex();
 
-  std::vector<Range> unread;
-  std::size_t firstUnread = 0;
+  std::vector<Section> sections;
+  // The index is built at the first need: most files are searched without their strings.
   std::vector<Entry> entries;
   std::vector<std::uint32_t> buckets;  // index of the first entry + 1, 0 for none
   InfLine line;
-  InfLine newLine;
 };
 
 }  // namespace tolvanix

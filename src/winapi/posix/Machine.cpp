@@ -51,6 +51,10 @@ RegistryValue textValue(std::string_view text) {
   return {REG_SZ, std::move(data)};
 }
 
+std::string textIn(const RegistryValue& value) {
+  return value.data.substr(0, value.data.find('\0'));
+}
+
 RegistryValue numberValue(DWORD number) {
   std::string data(sizeof number, '\0');
   std::memcpy(data.data(), &number, sizeof number);

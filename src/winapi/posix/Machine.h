@@ -41,14 +41,16 @@ class Machine {
 };
 
 // Below HKEY_LOCAL_MACHINE, folded.
-constexpr std::string_view kClassKeys = "system\\currentcontrolset\\control\\class\\";
-constexpr std::string_view kVersionKey = "software\\microsoft\\windows nt\\currentversion";
-constexpr std::string_view kLanguageKey = "system\\currentcontrolset\\control\\nls\\language";
+constexpr std::string_view kClassKeys = R"(system\currentcontrolset\control\class\)";
+constexpr std::string_view kVersionKey = R"(software\microsoft\windows nt\currentversion)";
+constexpr std::string_view kLanguageKey = R"(system\currentcontrolset\control\nls\language)";
 
 // With A to Z in lower case.
 std::string fold(std::string_view text);
 
 RegistryValue textValue(std::string_view text);
+// The text of a value, without what follows its first zero.
+std::string textIn(const RegistryValue& value);
 RegistryValue numberValue(DWORD number);
 
 // The computer that `name` stands for, as TOLVANIX_MACHINE does. One that cannot be read is one

@@ -13,7 +13,7 @@ namespace tolvanix::winapi {
 class PciIds {
  public:
   // An empty list knows no names.
-  explicit PciIds(MappedFile list);
+  explicit PciIds(MappedFile mapped);
 
   // The list that this computer has installed; empty when it has none.
   static PciIds ofSystem();

@@ -10,7 +10,7 @@
 namespace tolvanix::winapi {
 namespace {
 
-constexpr std::string_view kEnumKeys = "system\\currentcontrolset\\enum\\";
+constexpr std::string_view kEnumKeys = R"(system\currentcontrolset\enum\)";
 
 struct Property {
   DWORD code;
@@ -85,7 +85,7 @@ std::optional<RegistryValue> RegistryMachine::deviceProperty(std::size_t device,
   if (stored->type == REG_MULTI_SZ)
     return RegistryValue{REG_MULTI_SZ, wholeMultiString(stored->data)};
   if (stored->type != REG_SZ && stored->type != REG_EXPAND_SZ) return std::nullopt;
-  const std::optional<std::string> text = resolveIndirectText(stored->data.c_str());
+  const std::optional<std::string> text = resolveIndirectText(textIn(*stored));
   if (!text) return std::nullopt;
   return textValue(*text);
 }

@@ -32,7 +32,7 @@ class SysfsMachine : public Machine {
     std::uint8_t bus = 0;
     std::uint8_t device = 0;
     std::uint8_t function = 0;
-    auto operator<=>(const Address&) const = default;
+    auto operator<=>(const Address&) const = default;  // NOLINT(modernize-use-nullptr): no null
   };
   struct Function {
     Address address;

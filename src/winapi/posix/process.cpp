@@ -68,6 +68,7 @@ class Descriptor {
   Descriptor(Descriptor&& other) noexcept : fd(std::exchange(other.fd, -1)) {}
   Descriptor(const Descriptor&) = delete;
   Descriptor& operator=(const Descriptor&) = delete;
+  Descriptor& operator=(Descriptor&&) = delete;
   ~Descriptor() {
     if (fd >= kStandardStreams) close(fd);
   }
@@ -134,6 +135,8 @@ class Process : public KernelObject {
   // Without a descriptor (kernels before 5.3, some sandboxes) the wait looks now and then.
   explicit Process(pid_t child)
       : pid(child), descriptor(static_cast<int>(syscall(SYS_pidfd_open, child, 0))) {}
+  Process(const Process&) = delete;
+  Process& operator=(const Process&) = delete;
   // Also takes the end of the child off the system's books.
   ~Process() override { hasEnded(); }
 
@@ -231,6 +234,7 @@ class SpawnSetup {
   // 0 or the errno. Unlike a shell, does not take a text for a script.
   int start(const std::string& program, std::vector<std::string> arguments, pid_t& pid) const {
     std::vector<char*> argv;
+    argv.reserve(arguments.size() + 1);
     for (std::string& argument : arguments) argv.push_back(argument.data());
     argv.push_back(nullptr);
     return posix_spawn(&pid, program.c_str(), &actions, &attributes, argv.data(), environ);
@@ -357,6 +361,7 @@ BOOL CloseHandle(HANDLE handle) {
   return kernelObjects().close(handle) ? TRUE : fail(ERROR_INVALID_HANDLE);
 }
 
+// NOLINTNEXTLINE(readability-non-const-parameter): the command line's type is the published one.
 BOOL CreateProcessA(const char* applicationName, char* commandLine,
                     SECURITY_ATTRIBUTES* processAttributes, SECURITY_ATTRIBUTES* threadAttributes,
                     BOOL inheritHandles, DWORD creationFlags, void* environment,

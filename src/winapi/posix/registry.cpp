@@ -35,6 +35,7 @@ LSTATUS RegOpenKeyExA(HKEY key, const char* subKey, DWORD options, REGSAM access
   return status(ERROR_SUCCESS);
 }
 
+// NOLINTNEXTLINE(readability-non-const-parameter): the published signature
 LSTATUS RegQueryValueExA(HKEY key, const char* valueName, DWORD* reserved, DWORD* type, BYTE* data,
                          DWORD* size) {
   const std::string* const path = openKeys().find(key);

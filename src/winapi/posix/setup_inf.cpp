@@ -12,32 +12,26 @@ using tolvanix::InfFile;
 using tolvanix::InfLine;
 using tolvanix::InfPosition;
 
-std::vector<std::unique_ptr<InfFile>>& openFiles() {
-  static std::vector<std::unique_ptr<InfFile>> files;
-  return files;
-}
+constinit std::vector<std::unique_ptr<InfFile>> openFiles;
 
 // A closed file of ordinary size is kept for the next one: reading a folder of them then takes no
 // memory anew.
 constexpr std::size_t kLargestSpare = 1024 * 1024;
 
-std::unique_ptr<InfFile>& spareFile() {
-  static std::unique_ptr<InfFile> spare;
-  return spare;
-}
+constinit std::unique_ptr<InfFile> spareFile;
 
 void keepSpare(std::unique_ptr<InfFile> file) {
-  if (file->capacity() <= kLargestSpare) spareFile() = std::move(file);
+  if (file->capacity() <= kLargestSpare) spareFile = std::move(file);
 }
 
 // A bare name means a file of the system's own folder, and this system has none.
 DWORD openFile(const char* fileName, UINT& errorLine) {
   if (std::strpbrk(fileName, "\\/") == nullptr) return ERROR_FILE_NOT_FOUND;
-  std::unique_ptr<InfFile> file = std::move(spareFile());
+  std::unique_ptr<InfFile> file = std::move(spareFile);
   if (file == nullptr) file = std::make_unique<InfFile>();
   const DWORD error = file->open(fileName, errorLine);
   if (error == ERROR_SUCCESS) {
-    openFiles().push_back(std::move(file));
+    openFiles.push_back(std::move(file));
   } else {
     keepSpare(std::move(file));
   }
@@ -49,22 +43,19 @@ BOOL fail(DWORD code) {
   return FALSE;
 }
 
-BOOL succeed() {
-  SetLastError(ERROR_SUCCESS);
-  return TRUE;
-}
-
 // Null, with the last error set, for what is no handle of an open file.
 InfFile* fromHandle(HINF handle) {
-  for (const auto& file : openFiles()) {
+  for (const auto& file : openFiles) {
     if (file.get() == handle) return file.get();
   }
   SetLastError(ERROR_INVALID_HANDLE);
   return nullptr;
 }
 
-const InfLine* lineOf(InfFile& file, const INFCONTEXT& context) {
-  const InfLine* const line = file.lineAt({context.Section, context.Line});
+// Null, with the last error set, for what is no line of an open file.
+const InfLine* lineOf(InfFile* file, const INFCONTEXT& context) {
+  if (file == nullptr) return nullptr;
+  const InfLine* const line = file->lineAt({context.Section, context.Line});
   if (line == nullptr) SetLastError(ERROR_INVALID_PARAMETER);
   return line;
 }
@@ -72,7 +63,18 @@ const InfLine* lineOf(InfFile& file, const INFCONTEXT& context) {
 BOOL answer(HINF inf, std::optional<InfPosition> position, INFCONTEXT* context) {
   if (!position) return fail(ERROR_LINE_NOT_FOUND);
   *context = {inf, inf, position->section, position->line};
-  return succeed();
+  return TRUE;
+}
+
+BOOL copyField(InfFile& file, std::string_view field, char* buffer, DWORD size,
+               DWORD* requiredSize) {
+  const std::string_view text = file.expand(field);
+  if (requiredSize != nullptr) *requiredSize = static_cast<DWORD>(text.size() + 1);
+  if (buffer == nullptr) return TRUE;
+  if (size <= text.size()) return fail(ERROR_INSUFFICIENT_BUFFER);
+  std::memcpy(buffer, text.data(), text.size());
+  buffer[text.size()] = '\0';
+  return TRUE;
 }
 
 }  // namespace
@@ -83,16 +85,15 @@ HINF SetupOpenInfFileA(const char* fileName, const char* infClass, DWORD style, 
   const DWORD error = supported ? openFile(fileName, faultyLine) : ERROR_INVALID_PARAMETER;
   if (errorLine != nullptr) *errorLine = faultyLine;
   SetLastError(error);
-  return error == ERROR_SUCCESS ? openFiles().back().get() : INVALID_HANDLE_VALUE;
+  return error == ERROR_SUCCESS ? openFiles.back().get() : INVALID_HANDLE_VALUE;
 }
 
 void SetupCloseInfFile(HINF inf) {
-  auto& files = openFiles();
-  const auto found = std::find_if(files.begin(), files.end(),
+  const auto found = std::find_if(openFiles.begin(), openFiles.end(),
                                   [inf](const auto& file) { return file.get() == inf; });
-  if (found == files.end()) return;
+  if (found == openFiles.end()) return;
   keepSpare(std::move(*found));
-  files.erase(found);
+  openFiles.erase(found);
 }
 
 BOOL SetupFindFirstLineA(HINF inf, const char* section, const char* key, INFCONTEXT* context) {
@@ -107,33 +108,22 @@ BOOL SetupFindFirstLineA(HINF inf, const char* section, const char* key, INFCONT
 
 BOOL SetupFindNextLine(INFCONTEXT* contextIn, INFCONTEXT* contextOut) {
   InfFile* const file = fromHandle(contextIn->Inf);
-  if (file == nullptr || lineOf(*file, *contextIn) == nullptr) return FALSE;
+  if (lineOf(file, *contextIn) == nullptr) return FALSE;
   return answer(contextIn->Inf, file->nextLine({contextIn->Section, contextIn->Line}), contextOut);
 }
 
 DWORD SetupGetFieldCount(INFCONTEXT* context) {
-  InfFile* const file = fromHandle(context->Inf);
-  const InfLine* const line = file != nullptr ? lineOf(*file, *context) : nullptr;
-  if (line == nullptr) return 0;
-  SetLastError(ERROR_SUCCESS);
-  return static_cast<DWORD>(line->count());
+  const InfLine* const line = lineOf(fromHandle(context->Inf), *context);
+  return line != nullptr ? static_cast<DWORD>(line->count()) : 0;
 }
 
 BOOL SetupGetStringFieldA(INFCONTEXT* context, DWORD fieldIndex, char* buffer, DWORD size,
                           DWORD* requiredSize) {
   InfFile* const file = fromHandle(context->Inf);
-  const InfLine* const line = file != nullptr ? lineOf(*file, *context) : nullptr;
+  const InfLine* const line = lineOf(file, *context);
   if (line == nullptr) return FALSE;
-  const auto field = line->field(fieldIndex);
-  if (!field) return fail(ERROR_INVALID_PARAMETER);
-  // The bare question whether the line has the field.
-  if (buffer == nullptr && requiredSize == nullptr) return succeed();
-  const std::string_view text = file->expand(*field);
-  if (requiredSize != nullptr) *requiredSize = static_cast<DWORD>(text.size() + 1);
-  if (buffer != nullptr) {
-    if (size <= text.size()) return fail(ERROR_INSUFFICIENT_BUFFER);
-    std::memcpy(buffer, text.data(), text.size());
-    buffer[text.size()] = '\0';
-  }
-  return succeed();
+  if (!line->has(fieldIndex)) return fail(ERROR_INVALID_PARAMETER);
+  // Without outputs it is the bare question whether the line has the field.
+  if (buffer == nullptr && requiredSize == nullptr) return TRUE;
+  return copyField(*file, *line->field(fieldIndex), buffer, size, requiredSize);
 }

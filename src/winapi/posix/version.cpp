@@ -18,6 +18,7 @@ using tolvanix::winapi::kVersionKey;
 using tolvanix::winapi::presentedMachine;
 using tolvanix::winapi::readHex;
 using tolvanix::winapi::RegistryValue;
+using tolvanix::winapi::textIn;
 
 constexpr DWORD kPlatformNt = 2;  // VER_PLATFORM_WIN32_NT
 constexpr LANGID kUsEnglish = MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US);
@@ -32,7 +33,7 @@ struct Version {
 
 std::optional<std::string> textOf(const std::optional<RegistryValue>& value) {
   if (!value || value->type != REG_SZ) return std::nullopt;
-  return std::string(value->data.c_str());
+  return textIn(*value);
 }
 
 // The decimal number at the start of `text`, which loses it; none when there is none.
