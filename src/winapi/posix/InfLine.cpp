@@ -36,6 +36,7 @@ bool endsInBackslash(const char* begin, const char* end) {
 // `put` receives its characters, of two quotes in a row one.
 template <typename Put>
 const char* readQuoted(const char* p, const char* lineEnd, Put put) {
+  if (lineEnd > p && lineEnd[-1] == '\r') --lineEnd;
   while (p < lineEnd) {
     if (*p == '"') {
       if (p + 1 == lineEnd || p[1] != '"') return p + 1;
@@ -110,11 +111,14 @@ const char* InfLine::splitDecoding(const char* begin, const char* limit) {
   decoded.clear();
   std::size_t fieldBegin = 0;
   std::size_t quotedEnd = 0;  // blanks before it belong to quoted text and stay
-  const auto endField = [&] {
-    if (dividerCount == 0 && !hasKey) addDivider(kNoKey);
+  const auto trimField = [&] {
     while (decoded.size() > std::max(fieldBegin, quotedEnd) && isInfBlank(decoded.back())) {
       decoded.pop_back();
     }
+  };
+  const auto endField = [&] {
+    if (dividerCount == 0 && !hasKey) addDivider(kNoKey);
+    trimField();
     addDivider(decoded.size());
     decoded.push_back(',');
     fieldBegin = decoded.size();
@@ -128,6 +132,7 @@ const char* InfLine::splitDecoding(const char* begin, const char* limit) {
       p = readQuoted(p, lineEnd, [this](char quoted) { decoded.push_back(quoted); });
       quotedEnd = decoded.size();
     } else if (c == '\\' && isRestEmpty(p, lineEnd)) {
+      trimField();
       p = std::min(lineEnd + 1, limit);
       lineEnd = endOfInfLine(p, limit);
       p = skipBlanks(p, lineEnd);
