@@ -10,7 +10,9 @@ namespace {
 
 constexpr std::string_view kRevision = "&REV";
 
-char toUpper(char c) { return static_cast<char>(c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c); }
+char toUpper(char c) {
+  return static_cast<char>(c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c);
+}
 
 std::string toUpper(std::string_view text) {
   std::string upper(text);

@@ -40,7 +40,7 @@ class SPXMLData : public SPXMLGenerator {
   SPUString systemModel;
   SPXMLStatus status;
   SPXMLOSInfo osInfo;
-  std::deque<SPXMLDevice> devices;  // which never moves the elements that it has
+  std::deque<SPXMLDevice> devices;           // which never moves the elements that it has
   std::vector<SPXMLValidation> validations;  // of a document without devices
 };
 

@@ -14,9 +14,9 @@
 #define WIN32_LEAN_AND_MEAN
 #endif
 // clang-format off: windows.h comes first.
-#include <windows.h>
-#include <setupapi.h>
 #include <mbstring.h>
+#include <setupapi.h>
+#include <windows.h>
 // clang-format on
 
 #else
@@ -393,8 +393,8 @@ BOOL SetupFindNextLine(INFCONTEXT* contextIn, INFCONTEXT* contextOut);
 DWORD SetupGetFieldCount(INFCONTEXT* context);
 BOOL SetupGetStringFieldA(INFCONTEXT* context, DWORD fieldIndex, char* buffer, DWORD size,
                           DWORD* requiredSize);
-BOOL SetupDiGetINFClassA(const char* infName, GUID* classGuid, char* className,
-                         DWORD classNameSize, DWORD* requiredSize);
+BOOL SetupDiGetINFClassA(const char* infName, GUID* classGuid, char* className, DWORD classNameSize,
+                         DWORD* requiredSize);
 BOOL SetupDiClassGuidsFromNameA(const char* className, GUID* classGuidList, DWORD size,
                                 DWORD* requiredSize);
 
