@@ -27,6 +27,9 @@ void* operator new(std::size_t size, const std::nothrow_t& /*selector*/) noexcep
 void* operator new[](std::size_t size) {
   return operator new(size);
 }
+void* operator new[](std::size_t size, const std::nothrow_t& selector) noexcept {
+  return operator new(size, selector);
+}
 void operator delete(void* memory) noexcept {
   std::free(memory);
 }

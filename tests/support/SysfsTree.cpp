@@ -20,7 +20,7 @@ namespace fs = std::filesystem;
   return {text, static_cast<std::size_t>(size)};
 }
 
-// The standard header of the configuration space, type 0 (PCI Local Bus Specification 3.0, 6.1).
+// The standard header of the configuration space, type 0 (PCI Local Bus 3.0, 6.1).
 std::string configSpace(const SysfsFunction& f) {
   std::string bytes(64, '\0');
   const auto put = [&bytes](std::size_t at, unsigned value, std::size_t size) {
