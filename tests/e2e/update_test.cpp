@@ -71,7 +71,7 @@ std::string inValidation(const std::string& content) {
 }
 
 std::string finding(const std::string& type) {
-  return "<Validation type=\"" + type + "\" result=\"false\"><Message>m</Message></Validation>";
+  return "<Validation type=\"" + type + R"(" result="false"><Message>m</Message></Validation>)";
 }
 
 std::string infWith(const std::vector<std::string>& deviceIds) {
@@ -358,7 +358,7 @@ TEST(Update, TenThousandDevices_AreAllReported) {
 // Whatever the file holds goes to the library: the units of a UTF-16 file with its mark, else a
 // unit for each byte up to the first zero.
 TEST(Update, PackageFile_ReachesTheLibraryWhole) {
-  const std::string large(50'000'000, 'x');
+  const std::string large(50'000'000, 'x');  // NOLINT(bugprone-string-constructor): meant so
   struct Row {
     std::string file;
     std::string given;
