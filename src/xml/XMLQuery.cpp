@@ -40,7 +40,7 @@ class Wanted {
 
  private:
   static bool equal(const char16_t* units, View text) {
-    return std::memcmp(units, text.data(), text.size() * sizeof(char16_t)) == 0;
+    return text.empty() || std::memcmp(units, text.data(), text.size() * sizeof(char16_t)) == 0;
   }
 
   View before;
