@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
-#include <string_view>
+#include <tuple>
 
 #include "install/DevHelper.h"
 #include "log/DebugWriter.h"
@@ -25,31 +25,6 @@ DWORD lastErrorOr(DWORD fallback) {
 bool isZero(const GUID& guid) {
   constexpr GUID kZero{};
   return std::memcmp(&guid, &kZero, sizeof guid) == 0;
-}
-
-constexpr std::size_t kBlock = 16;
-
-void toUpperCase(char* text, std::size_t length) {
-  for (std::size_t i = 0; i < length; ++i) {
-    const char c = text[i];
-    text[i] = static_cast<char>(c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c);
-  }
-}
-
-// Where the part of an ID that names a revision begins, or npos. Few IDs have another R, all have
-// ampersands.
-std::size_t findRevision(std::string_view id) {
-  std::size_t found = id.find("REV");
-  while (found == 0 || (found != std::string_view::npos && id[found - 1] != '&')) {
-    found = id.find("REV", found + 1);
-  }
-  return found != std::string_view::npos ? found - 1 : found;
-}
-
-// Whether one of the texts contains the other.
-bool eitherContains(std::string_view left, std::string_view right) {
-  if (left.size() < right.size()) std::swap(left, right);
-  return left.starts_with(right) || left.find(right, 1) != std::string_view::npos;
 }
 
 }  // namespace
@@ -149,8 +124,7 @@ DWORD CInf::EnumDevices(const std::string& section) {
     traceStep("EnumDevices for model, %s: no devices found.\n", section.c_str());
     return error;
   }
-  wantedId = hardwareId;
-  toUpperCase(wantedId.data(), wantedId.size());
+  wantedId = WantedId(hardwareId);
   DWORD result = ERROR_SUCCESS;
   do {
     result = searchLine(line);
@@ -184,30 +158,22 @@ DWORD CInf::searchLine(INFCONTEXT& line) {
 int CInf::findId(INFCONTEXT& line, DWORD fieldCount) {
   if (fieldCount < kFirstListField) return 0;
   for (DWORD field = kFirstListField; field <= fieldCount; ++field) {
-    std::size_t length = 0;
-    if (!readId(line, field, length)) return field == kFirstListField ? 0 : -1;
-    const std::size_t end = std::min(findRevision({idBuffer.data(), length}), length);
-    // Whole blocks take fewer steps than bytes; what is behind the text does not count.
-    toUpperCase(idBuffer.data(), (end + kBlock - 1) / kBlock * kBlock);
-    if (eitherContains({idBuffer.data(), end}, wantedId)) {
-      return static_cast<int>(field - kFirstListField);
-    }
+    const auto id = readId(line, field);
+    if (!id) return field == kFirstListField ? 0 : -1;
+    if (wantedId.matches(*id)) return static_cast<int>(field - kFirstListField);
   }
   return -1;
 }
 
-// Does what GetField does, into `idBuffer` and with one call for the usual lengths.
-bool CInf::readId(INFCONTEXT& line, DWORD field, std::size_t& length) {
-  const auto room = static_cast<DWORD>(idBuffer.size());
+// What GetField reads, with one call for the usual lengths; good until the next call.
+std::optional<std::string_view> CInf::readId(INFCONTEXT& line, DWORD field) {
+  constexpr auto kRoom = static_cast<DWORD>(std::tuple_size_v<decltype(idBuffer)>);
   DWORD size = 0;
-  if (SetupGetStringFieldA(&line, field, idBuffer.data(), room, &size) != FALSE) {
-    length = size - 1;
-    return true;
+  if (SetupGetStringFieldA(&line, field, idBuffer.data(), kRoom, &size) != FALSE) {
+    return std::string_view(idBuffer.data(), size - 1);
   }
-  const bool read = GetField(line, field, idBuffer) == ERROR_SUCCESS;
-  length = idBuffer.size();
-  idBuffer.resize(std::max(kIdBufferSize, length + kBlock));
-  return read;
+  if (GetField(line, field, longId) != ERROR_SUCCESS) return std::nullopt;
+  return longId;
 }
 
 }  // namespace tolvanix

@@ -1,9 +1,12 @@
 // Opens one INF file and tells whether any of its model lines carries a hardware ID.
 #pragma once
 
-#include <cstddef>
+#include <array>
+#include <optional>
 #include <string>
+#include <string_view>
 
+#include "install/WantedId.h"
 #include "text/SPString.h"
 #include "winapi/Owner.h"
 
@@ -53,13 +56,11 @@ class CInf {
   const SPString& getDescription() { return description.get(); }
 
  private:
-  static constexpr std::size_t kIdBufferSize = 256;
-
   DWORD readClass();
   DWORD searchManufacturer(INFCONTEXT& line);
   DWORD searchLine(INFCONTEXT& line);
   int findId(INFCONTEXT& line, DWORD fieldCount);
-  bool readId(INFCONTEXT& line, DWORD field, std::size_t& length);
+  std::optional<std::string_view> readId(INFCONTEXT& line, DWORD field);
 
   SPString path;
   SPString className;
@@ -68,8 +69,9 @@ class CInf {
   SPString hardwareId;
   LineKey manufacturer;
   LineKey description;
-  std::string wantedId;  // the hardware ID in upper case
-  std::string idBuffer = std::string(kIdBufferSize, '\0');
+  WantedId wantedId;
+  std::array<char, 256> idBuffer{};
+  std::string longId;
 };
 
 }  // namespace tolvanix

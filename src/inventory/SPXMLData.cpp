@@ -12,7 +12,10 @@ SPXMLData::SPXMLData(const SPString& root, const SPString& language, std::uint32
     : rootName(root), lang(u"lang", language), systemID(system) {}
 
 SPUString SPXMLData::generateXML() const {
+  // About what a device with one application takes.
+  constexpr std::size_t kDeviceUnits = 400;
   std::u16string document;
+  document.reserve((devices.size() + 1) * kDeviceUnits);
   appendStartTag(document, rootName, {&lang});
   appendSystem(document);
   document += osInfo.generateXML();

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <utility>
 #include <vector>
 
@@ -24,7 +25,7 @@ class SPXMLData : public SPXMLGenerator {
   explicit SPXMLData(std::u16string_view text) { SPXMLData::parseXML(text); }
 
   void addDevice(SPXMLDevice device) { devices.push_back(std::move(device)); }
-  const std::vector<SPXMLDevice>& getDevices() const { return devices; }
+  const std::deque<SPXMLDevice>& getDevices() const { return devices; }
 
   // May throw, too: the operating system is measured again.
   SPUString generateXML() const override;
@@ -39,7 +40,7 @@ class SPXMLData : public SPXMLGenerator {
   SPUString systemModel;
   SPXMLStatus status;
   SPXMLOSInfo osInfo;
-  std::vector<SPXMLDevice> devices;
+  std::deque<SPXMLDevice> devices;  // which never moves the elements that it has
   std::vector<SPXMLValidation> validations;  // of a document without devices
 };
 

@@ -65,8 +65,8 @@ class AttributeReader {
 };
 
 // Appends an element class for each element of that name.
-template <typename Class>
-void readElements(View text, View name, std::vector<Class>& list) {
+template <typename List>
+void readElements(View text, View name, List& list) {
   forEachElement(text, name, [&](View element) {
     list.emplace_back(element);
     return true;

@@ -81,7 +81,8 @@ TEST_F(Inf, Open_UnusableFiles_EachHaveTheirError) {
       {"[Version]\nClass=Net\n", ERROR_WRONG_INF_STYLE},
       {"[Version]\nSignature=\"$Other$\"\n", ERROR_WRONG_INF_STYLE},
       {"[Version]\nSignature=\"%s%\"\n[Strings]\ns=$Chicago$\n", ERROR_WRONG_INF_STYLE},
-      {"text\n[Version]\nSignature=\"$Windows NT$\"\n", ERROR_EXPECTED_SECTION_NAME},
+      {"text\n[Version]\nSignature=$Chicago$\n[Strings]\na=b\n", ERROR_SUCCESS},
+      {"text\nk=v\n", ERROR_EXPECTED_SECTION_NAME},
       {"[Version]\nSignature=\"$Windows NT$\"\n[open\n", ERROR_BAD_SECTION_NAME_LINE},
       {"[" + longName + "]\n", ERROR_SECTION_NAME_TOO_LONG}};
   for (const auto& [bytes, error] : rows) {

@@ -35,6 +35,7 @@ DWORD InfFile::open(const char* fileName, UINT& errorLine) {
   sections.clear();
   strings.clear();
   stringsPrepared = false;
+  line.clear();
   linePosition = kNowhere;
   const DWORD readError = readTextFile(fileName, text);
   if (readError != ERROR_SUCCESS) return readError;
@@ -59,7 +60,12 @@ DWORD InfFile::open(const char* fileName, UINT& errorLine) {
 // On an error `place` is in the line at fault.
 DWORD InfFile::findSections(const char*& place) {
   place = skipToInfContent(text.data(), textEnd());
-  if (place < textEnd() && *place != '[') return ERROR_EXPECTED_SECTION_NAME;
+  if (place < textEnd() && *place != '[') {
+    // Drivers exist whose file begins with a title; it is in no section.
+    const char* const first = findHeader(place);
+    if (first == textEnd()) return ERROR_EXPECTED_SECTION_NAME;
+    place = first;
+  }
   while (place < textEnd()) {
     const char* const headerEnd = endOfInfLine(place, textEnd());
     const char* const name = place + 1;

@@ -8,8 +8,8 @@
 #include <string_view>
 #include <vector>
 
+#include "winapi/posix/InfDividers.h"
 #include "winapi/posix/InfLine.h"
-#include "winapi/posix/InfScan.h"
 #include "winapi/posix/InfStrings.h"
 #include "winapi/winapi.h"
 
@@ -57,7 +57,7 @@ class InfFile {
 
  private:
   // Line feeds behind the text, so that every line has one and may be read in blocks.
-  static constexpr std::size_t kPadding = 1 + kInfScanWidth;
+  static constexpr std::size_t kPadding = 1 + InfDividers::kBlock;
 
   struct Section {
     std::uint32_t nameHash;

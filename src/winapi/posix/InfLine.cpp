@@ -5,7 +5,6 @@
 #include <cstring>
 #include <limits>
 
-#include "winapi/posix/InfScan.h"
 
 namespace tolvanix {
 
@@ -37,6 +36,7 @@ bool endsInBackslash(const char* begin, const char* end) {
 // `put` receives its characters, of two quotes in a row one.
 template <typename Put>
 const char* readQuoted(const char* p, const char* lineEnd, Put put) {
+  if (lineEnd > p && lineEnd[-1] == '\r') --lineEnd;
   while (p < lineEnd) {
     if (*p == '"') {
       if (p + 1 == lineEnd || p[1] != '"') return p + 1;
@@ -81,26 +81,25 @@ const char* InfLine::split(const char* begin, const char* limit) {
   base = begin;
   exact = false;
   hasKey = false;
+  dividerCount = 0;
+  ahead.seek(begin);
   // The common case, fields that are pieces of the text; quotes and continuation lines are rare.
-  std::size_t count = 0;
-  for (const char* block = begin;; block += kInfScanWidth) {
-    if (dividers.size() < count + kInfScanWidth + 1) dividers.resize(2 * dividers.size() + 64);
-    for (unsigned bits = infDividerBits(block); bits != 0; bits &= bits - 1) {
-      const char* const p = block + std::countr_zero(bits);
-      const auto place = static_cast<std::uint32_t>(p - begin);
-      if (*p == ',' || *p == '=') {
-        if (*p == '=' && count > 0) continue;
-        hasKey = hasKey || *p == '=';
-        if (count == 0 && *p == ',') dividers[count++] = kNoKey;
-        dividers[count++] = place;
-        continue;
-      }
-      if (*p == '"' || endsInBackslash(begin, p)) return splitDecoding(begin, limit);
-      if (count == 0) dividers[count++] = kNoKey;
-      dividers[count++] = place;
-      dividerCount = count;
-      return *p == '\n' ? p : endOfInfLine(p, limit);
+  for (;;) {
+    const char* const p = ahead.take();
+    const char c = *p;
+    if (c == ',') {
+      if (dividerCount == 0) addDivider(kNoKey);
+    } else if (c == '=') {
+      if (dividerCount > 0) continue;
+      hasKey = true;
+    } else if (c == '"' || endsInBackslash(begin, p)) {
+      return splitDecoding(begin, limit);
+    } else {
+      if (dividerCount == 0) addDivider(kNoKey);
+      addDivider(static_cast<std::size_t>(p - begin));
+      return c == '\n' ? p : endOfInfLine(p, limit);
     }
+    addDivider(static_cast<std::size_t>(p - begin));
   }
 }
 
@@ -112,15 +111,14 @@ const char* InfLine::splitDecoding(const char* begin, const char* limit) {
   decoded.clear();
   std::size_t fieldBegin = 0;
   std::size_t quotedEnd = 0;  // blanks before it belong to quoted text and stay
-  const auto addDivider = [this](std::size_t place) {
-    if (dividerCount == dividers.size()) dividers.resize(2 * dividerCount + 64);
-    dividers[dividerCount++] = static_cast<std::uint32_t>(place);
-  };
-  const auto endField = [&] {
-    if (dividerCount == 0 && !hasKey) addDivider(kNoKey);
+  const auto trimField = [&] {
     while (decoded.size() > std::max(fieldBegin, quotedEnd) && isInfBlank(decoded.back())) {
       decoded.pop_back();
     }
+  };
+  const auto endField = [&] {
+    if (dividerCount == 0 && !hasKey) addDivider(kNoKey);
+    trimField();
     addDivider(decoded.size());
     decoded.push_back(',');
     fieldBegin = decoded.size();
@@ -134,6 +132,7 @@ const char* InfLine::splitDecoding(const char* begin, const char* limit) {
       p = readQuoted(p, lineEnd, [this](char quoted) { decoded.push_back(quoted); });
       quotedEnd = decoded.size();
     } else if (c == '\\' && isRestEmpty(p, lineEnd)) {
+      trimField();
       p = std::min(lineEnd + 1, limit);
       lineEnd = endOfInfLine(p, limit);
       p = skipBlanks(p, lineEnd);

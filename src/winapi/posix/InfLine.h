@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+#include "winapi/posix/InfDividers.h"
+
 namespace tolvanix {
 
 // Blanks are the control characters too, the carriage return before a line's end among them.
@@ -28,11 +30,13 @@ bool infLineContinues(const char* begin, const char* lineEnd);
 class InfLine {
  public:
   // Splits the line that begins at `begin` with a character that is no blank, its continuation
-  // lines included, and returns the end of the last one. A line feed must stand before `limit` or
-  // at it, and kInfScanWidth bytes be readable behind that. Fields then stand for what is between
-  // the commas, without blanks around it, with quotes taken away; %names% are left. The text must
-  // stay as long as the fields are asked for.
+  // lines included, and returns the end of the last one. What stands behind `limit` is as
+  // InfDividers wants it. Fields then are what is between the commas, without blanks around it,
+  // with quotes taken away; %names% are left. The text must stay as long as they are asked for.
   const char* split(const char* begin, const char* limit);
+
+  // Before another text takes the place of the one whose lines were split.
+  void clear() { ahead.clear(); }
 
   // Fields behind the key.
   std::size_t count() const { return dividerCount - 1; }
@@ -56,8 +60,13 @@ class InfLine {
   }
 
  private:
+  void addDivider(std::size_t place) {
+    if (dividerCount == dividers.size()) dividers.resize(2 * dividerCount + 64);
+    dividers[dividerCount++] = static_cast<std::uint32_t>(place);
+  }
   const char* splitDecoding(const char* begin, const char* limit);
 
+  InfDividers ahead;
   const char* base = nullptr;  // what dividers count from: the text itself, or `decoded`
   // Where the fields end, the key first: its equals sign, the commas, the end of the line. A line
   // without a key has kNoKey in place of the first, so that field 1 begins at 0. Only grows.

@@ -11,6 +11,7 @@ void InfStrings::clear() {
   sections.clear();
   entries.clear();
   buckets.clear();
+  line.clear();
 }
 
 std::optional<std::string_view> InfStrings::find(std::string_view name) {

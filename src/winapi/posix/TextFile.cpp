@@ -6,8 +6,10 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cerrno>
 #include <cstdint>
+#include <cstring>
 #include <string_view>
 
 #include "winapi/posix/FileBytes.h"
@@ -41,14 +43,23 @@ DWORD readNarrow(int file, std::string_view begin, std::size_t rest, std::string
 }
 
 constexpr char32_t kReplacement = 0xFFFD;
-constexpr std::size_t kBlock = 16;
+constexpr std::size_t kBlock = 32;
 constexpr std::size_t kLongestUtf8 = 4;
 
+// The units of the bytes, in the order of this computer's own.
+template <bool BigEndian, std::size_t Count>
+std::array<char16_t, Count> readUnits(const char* bytes) {
+  std::array<char16_t, Count> units;
+  std::memcpy(units.data(), bytes, sizeof units);
+  if constexpr (BigEndian == (std::endian::native == std::endian::little)) {
+    for (char16_t& unit : units) unit = static_cast<char16_t>(unit << 8 | unit >> 8);
+  }
+  return units;
+}
+
 template <bool BigEndian>
-char16_t unitAt(const char* bytes, std::size_t index) {
-  const auto first = static_cast<unsigned char>(bytes[2 * index]);
-  const auto second = static_cast<unsigned char>(bytes[2 * index + 1]);
-  return static_cast<char16_t>(BigEndian ? first << 8 | second : second << 8 | first);
+char16_t unitAt(std::string_view bytes, std::size_t index) {
+  return readUnits<BigEndian, 1>(bytes.data() + 2 * index)[0];
 }
 
 bool isHighSurrogate(char32_t c) {
@@ -89,23 +100,22 @@ std::size_t appendUtf8(std::string_view bytes, std::string& text, std::size_t& l
     char* out = text.data() + length;
     const std::size_t count = std::min(kBlock, units - i);
     if (count == kBlock) {
-      unsigned all = 0;
-      for (std::size_t k = 0; k < kBlock; ++k) {
-        const char16_t unit = unitAt<BigEndian>(bytes.data(), i + k);
-        all |= unit;
-        out[k] = static_cast<char>(unit);
-      }
+      const auto block = readUnits<BigEndian, kBlock>(bytes.data() + 2 * i);
+      char16_t all = 0;
+      for (const char16_t unit : block) all |= unit;
       if (all < 0x80) {
+        std::transform(block.begin(), block.end(), out,
+                       [](char16_t unit) { return static_cast<char>(unit); });
         i += kBlock;
         length += kBlock;
         continue;
       }
     }
     for (const std::size_t end = i + count; i < end; ++i) {
-      char32_t c = unitAt<BigEndian>(bytes.data(), i);
+      char32_t c = unitAt<BigEndian>(bytes, i);
       if (isHighSurrogate(c)) {
         if (i + 1 == units) break;
-        const char32_t low = unitAt<BigEndian>(bytes.data(), i + 1);
+        const char32_t low = unitAt<BigEndian>(bytes, i + 1);
         const bool pair = low >= 0xDC00 && low <= 0xDFFF;
         c = pair ? 0x10000 + ((c - 0xD800) << 10) + (low - 0xDC00) : kReplacement;
         if (pair) ++i;
@@ -115,7 +125,7 @@ std::size_t appendUtf8(std::string_view bytes, std::string& text, std::size_t& l
       out = putUtf8(out, c);
     }
     length = static_cast<std::size_t>(out - text.data());
-    if (i + 1 == units && isHighSurrogate(unitAt<BigEndian>(bytes.data(), i))) break;
+    if (i + 1 == units && isHighSurrogate(unitAt<BigEndian>(bytes, i))) break;
   }
   return 2 * i;
 }

@@ -55,7 +55,7 @@ DWORD GetPrivateProfileStringA(const char* section, const char* key, const char*
     value = given.substr(0, given.find_last_not_of(' ') + 1);
   }
   const std::size_t length = std::min<std::size_t>(value->size(), size - 1);
-  std::memcpy(buffer, value->data(), length);
+  value->copy(buffer, length);
   buffer[length] = '\0';
   SetLastError(error);
   return static_cast<DWORD>(length);
