@@ -8,7 +8,7 @@
 
 #ifdef __cplusplus
 extern "C" {
-typedef char16_t KivChar;
+using KivChar = char16_t;
 #else
 #include <uchar.h>
 typedef char16_t KivChar;

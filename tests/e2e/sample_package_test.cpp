@@ -1,29 +1,39 @@
 // The sample package as it is delivered, on the sample computer.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <regex>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "support/Package.h"
 
 namespace tolvanix::test {
 namespace {
 
-// The devices of the package's vendor with their driver versions, and what became of each.
-std::vector<std::string> devicesIn(const std::string& document) {
-  static const std::regex device(
-      R"~(<Device vendorID="1DE0" +deviceID="(\w+)".*?<Application [^>]*version="([\d.]+)"[^>]*>)~"
-      R"~((?:<Package version="([\d.]+)"/>.*?<Message id="(\d+)">)?)~");
-  std::vector<std::string> found;
-  for (std::sregex_iterator at(document.begin(), document.end(), device);
-       at != std::sregex_iterator(); ++at) {
-    found.push_back((*at)[1].str() + ' ' + (*at)[2].str());
-    if ((*at)[3].matched) found.back() += " > " + (*at)[3].str() + ": " + (*at)[4].str();
+using Texts = std::vector<std::string>;
+
+// What stands between two texts, each time that they occur.
+Texts between(const std::string& text, const std::string& before, const std::string& behind) {
+  Texts found;
+  for (std::size_t at = text.find(before); at != std::string::npos; at = text.find(before, at)) {
+    at += before.size();
+    found.push_back(text.substr(at, text.find(behind, at) - at));
   }
   return found;
 }
 
-using Devices = std::vector<std::string>;
+// The devices of the package's vendor with their driver versions, and what became of each.
+Texts devicesIn(const std::string& document) {
+  Texts devices;
+  for (const std::string& device : between(document, "<Device vendorID=\"1DE0\"", "</Device>")) {
+    const Texts versions = between(device, " version=\"", "\"");
+    devices.push_back(between(device, "deviceID=\"", "\"").at(0) + ' ' + versions.at(0));
+    if (versions.size() > 1) {
+      devices.back() += " > " + versions[1] + ": " + between(device, "id=\"", "\"").at(0);
+    }
+  }
+  return devices;
+}
 
 class SamplePackage : public ::testing::Test {
  protected:
@@ -39,17 +49,16 @@ class SamplePackage : public ::testing::Test {
     text.replace(text.find(from), from.size(), to);
     package.add("package.xml", text);
   }
-  // The findings of a check, as "type: message".
-  std::vector<std::string> findings(const Computer& computer) const {
-    const std::string trace = package.run({"-u", "-c", "-d=4"}, computer).output;
-    static const std::regex finding(
-        "<Validation type=\"(\\w+)\" result=\"\\w+\"><Message>(.*?)</Message>");
-    std::vector<std::string> found;
-    for (std::sregex_iterator at(trace.begin(), trace.end(), finding); at != std::sregex_iterator();
-         ++at) {
-      found.push_back((*at)[1].str() + ": " + (*at)[2].str());
+  // Checks the package: the exit code, and the findings as "type: message".
+  std::pair<int, Texts> check(const Computer& computer) const {
+    const int status = package.run({"-u", "-c", "-d=4", "-e", "trace.log"}, computer).exitCode;
+    const std::string trace = readText(package / "trace.log");
+    Texts found;
+    for (const std::string& finding : between(trace, "<Validation ", "</Validation>")) {
+      found.push_back(between(finding, "type=\"", "\"").at(0) + ": " +
+                      between(finding, "<Message>", "</Message>").at(0));
     }
-    return found;
+    return {status, found};
   }
 
   Package package;
@@ -60,8 +69,8 @@ TEST_F(SamplePackage, Check_FindsBothDevices) {
   const ProgramResult run = package.run({"-u", "-c"}, computer);
   EXPECT_EQ(run.exitCode, 34);
   EXPECT_EQ(devicesIn(run.output),
-            (Devices{"0010 1.0.0.5 > 1.1.0.12: 34", "0020 2.1.0.0 > 2.1.10.0: 34"}));
-  EXPECT_EQ(findings(computer), Devices{});
+            (Texts{"0010 1.0.0.5 > 1.1.0.12: 34", "0020 2.1.0.0 > 2.1.10.0: 34"}));
+  EXPECT_EQ(check(computer), std::pair(34, Texts{}));
 }
 
 TEST_F(SamplePackage, Rules_GiveTheFindings) {
@@ -88,16 +97,16 @@ TEST_F(SamplePackage, Rules_GiveTheFindings) {
   for (const auto& row : rows) {
     package.add("package.xml", original);
     changePackage(row.from, row.to);
-    EXPECT_EQ(findings(computer), Devices{row.finding});
     const bool refused = row.finding.starts_with("hard") || row.finding.starts_with("qual");
-    EXPECT_EQ(package.run({"-u", "-c"}, computer).exitCode, refused ? 21 : 34);
+    EXPECT_EQ(check(computer), std::pair(refused ? 21 : 34, Texts{row.finding}));
   }
 }
 
 TEST_F(SamplePackage, OtherComputer_IsRefused) {
   const Computer computer(fixture("computers/four_devices.reg"));
-  EXPECT_EQ(findings(computer),
-            Devices{"qualification: The computer has no device that the package supports."});
+  EXPECT_EQ(
+      check(computer),
+      std::pair(21, Texts{"qualification: The computer has no device that the package supports."}));
 }
 
 // Only off Windows does the helper change what a test may change.
@@ -105,19 +114,19 @@ TEST_F(SamplePackage, Update_BringsTheNewDriversAndThenHasNothingToDo) {
   const Computer computer(package / "computer.reg");
   if (computer.environment().empty()) GTEST_SKIP() << "the helper would install into this system";
   EXPECT_EQ(devicesIn(package.run({"-i"}, computer).output),
-            (Devices{"0010 1.0.0.5", "0020 2.1.0.0"}));
+            (Texts{"0010 1.0.0.5", "0020 2.1.0.0"}));
   const ProgramResult first = package.run({"-u"}, computer);
   EXPECT_EQ(first.exitCode, 0);
   EXPECT_EQ(devicesIn(first.output),
-            (Devices{"0010 1.0.0.5 > 1.1.0.12: 0", "0020 2.1.0.0 > 2.1.10.0: 0"}));
+            (Texts{"0010 1.0.0.5 > 1.1.0.12: 0", "0020 2.1.0.0 > 2.1.10.0: 0"}));
   EXPECT_EQ(devicesIn(package.run({"-i"}, computer).output),
-            (Devices{"0010 1.1.0.12", "0020 2.1.10.0"}));
+            (Texts{"0010 1.1.0.12", "0020 2.1.10.0"}));
   const ProgramResult second = package.run({"-u"}, computer);
   EXPECT_EQ(second.exitCode, 0);
-  EXPECT_EQ(devicesIn(second.output), Devices{});
-  EXPECT_EQ(findings(computer),
-            (Devices{"info: Sample Gigabit Network Adapter: version 1.1.0.12 is installed already.",
-                     "info: Sample Storage Controller: version 2.1.10.0 is installed already."}));
+  EXPECT_EQ(devicesIn(second.output), Texts{});
+  EXPECT_EQ(check(computer).second,
+            (Texts{"info: Sample Gigabit Network Adapter: version 1.1.0.12 is installed already.",
+                   "info: Sample Storage Controller: version 2.1.10.0 is installed already."}));
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// The program-wide allocation functions of a test program; the forms for arrays call them.
+// The program-wide allocation functions of a test program.
 #include "support/AllocationFailure.h"
 
 #include <cstdlib>
@@ -27,8 +27,8 @@ void* operator new(std::size_t size, const std::nothrow_t& /*selector*/) noexcep
 void* operator new[](std::size_t size) {
   return operator new(size);
 }
-void* operator new[](std::size_t size, const std::nothrow_t& selector) noexcept {
-  return operator new(size, selector);
+void* operator new[](std::size_t size, const std::nothrow_t& /*selector*/) noexcept {
+  return allocate(size);
 }
 void operator delete(void* memory) noexcept {
   std::free(memory);

@@ -26,7 +26,7 @@ std::string runXmllint(const std::string& document) {
 std::string schemaErrors(const std::string& document) {
   static std::set<std::string> valid;  // many runs write the same one
   if (valid.contains(document)) return "";
-  const std::string errors = runXmllint(document);
+  std::string errors = runXmllint(document);
   if (errors.empty()) valid.insert(document);
   return errors;
 }

@@ -17,7 +17,6 @@
 namespace tolvanix {
 namespace {
 
-using test::readFile;
 using test::readText;
 using test::ScopedAllocationFailure;
 
