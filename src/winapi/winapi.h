@@ -13,11 +13,10 @@
 #ifndef WIN32_LEAN_AND_MEAN
 #define WIN32_LEAN_AND_MEAN
 #endif
-// clang-format off: windows.h comes first.
+#include <windows.h>  // first: the others stand on it
+
 #include <mbstring.h>
 #include <setupapi.h>
-#include <windows.h>
-// clang-format on
 
 #else
 
