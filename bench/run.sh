@@ -57,7 +57,7 @@ row 'inventory, peak memory for a device, KB' "$(ratio "$kilobytes" 65536)" 8
 "$bin/document_bench" --benchmark_repetitions=5 --benchmark_format=csv \
   >"$work/document.csv" 2>/dev/null
 document() { awk -F, -v name="\"$1_median\"" '$1 == name { print $3 }' "$work/document.csv"; }
-row 'document of 4,096 devices, built : pugixml, built and saved' \
+row 'document of 4,096 devices, built : pugixml, saved' \
   "$(ratio "$(document Build/4096)" "$(document PugixmlSave/4096)")" 5
 row 'document of 4,096 devices, read : pugixml, loaded' \
   "$(ratio "$(document Read/4096)" "$(document PugixmlLoad/4096)")" 5
