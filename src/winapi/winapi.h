@@ -47,6 +47,7 @@ using FARPROC = std::intptr_t (*)();
 constexpr BOOL FALSE = 0;
 constexpr BOOL TRUE = 1;
 constexpr DWORD MAX_PATH = 260;
+// NOLINTNEXTLINE(misc-misplaced-const,performance-no-int-to-ptr): a number, as published
 inline const HANDLE INVALID_HANDLE_VALUE = reinterpret_cast<HANDLE>(static_cast<ULONG_PTR>(-1));
 
 struct GUID {
@@ -254,6 +255,7 @@ DWORD GetPrivateProfileSectionNamesA(char* buffer, DWORD size, const char* fileN
 DWORD GetPrivateProfileStringA(const char* section, const char* key, const char* defaultValue,
                                char* buffer, DWORD size, const char* fileName);
 // From the C runtime: compares without regard to the case of ASCII letters; text is UTF-8.
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the published name
 int _mbsicmp(const unsigned char* left, const unsigned char* right);
 
 // ---- The system's version and language: version.cpp ----
@@ -322,6 +324,7 @@ LANGID GetSystemDefaultLangID();
 
 // ---- Registry, read only: registry.cpp ----
 
+// NOLINTNEXTLINE(misc-misplaced-const,performance-no-int-to-ptr): a number, as published
 inline const HKEY HKEY_LOCAL_MACHINE = reinterpret_cast<HKEY>(static_cast<ULONG_PTR>(0x80000002));
 constexpr REGSAM KEY_QUERY_VALUE = 0x0001;
 constexpr DWORD REG_SZ = 1;
