@@ -30,6 +30,7 @@ mkdir -p build
 stage release build_and_test release
 stage asan build_and_test asan
 stage windows build_and_test windows
+stage parity python3 tests/checks/check_parity.py build/release/runs build/windows/runs
 stage reproducible tests/checks/check_reproducible.sh . "$PWD/build/windows/bin/tolvanix.exe"
 
 [ -z "$failed" ] || { echo "FAILED:$failed"; exit 1; }

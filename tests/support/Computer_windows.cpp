@@ -9,6 +9,7 @@
 #include "support/Computer.h"
 #include "support/Files.h"
 #include "support/Program.h"
+#include "winapi/posix/IndirectText.h"
 
 namespace tolvanix::test {
 
@@ -52,6 +53,17 @@ std::string deviceOrDriverKey(const std::string& line) {
   return std::regex_match(line, match, pattern) ? match[1].str() : "";
 }
 
+// The line as Windows gives the text of a property to programs, which Wine leaves as it is stored;
+// empty where that is nothing.
+std::string resolved(const std::string& line) {
+  static const std::regex indirect(
+      R"re(("(?:DeviceDesc|FriendlyName|LocationInformation)"=")(@.*)("\r?))re");
+  std::smatch match;
+  if (!std::regex_match(line, match, indirect)) return line;
+  const auto text = winapi::resolveIndirectText(match[2]);
+  return text ? match[1].str() + *text + match[3].str() : "";
+}
+
 // Wine's name for the export's version of the system; "" when the export has none.
 std::string windowsVersion(const std::string& text) {
   static const std::regex ten("\"CurrentMajorVersionNumber\"=dword:0000000a", std::regex::icase);
@@ -89,7 +101,7 @@ Computer::Computer(const std::filesystem::path& registryExport) {
       keep = !key.empty();
       if (keep) importedKeys.push_back(key);
     }
-    if (keep) kept += line + '\n';
+    if (keep) kept += resolved(line) + '\n';
   }
   importKeys(kept);
   if (const std::string version = windowsVersion(text); !version.empty()) {
