@@ -1,6 +1,8 @@
 // Prints what the platform answers about files, so that platforms can be compared
 // (tests/checks/check_answers.py): platform_answers inf|profile|devices FOLDER-OR-FILE
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
@@ -60,17 +62,15 @@ void printInf(const char* file) {
     std::printf("error %08X\n", static_cast<unsigned>(GetLastError()));
     return;
   }
-  struct {
-    GUID guid{};
-    char name[64] = "";
-  } found;
+  GUID guid{};
+  char name[64] = "";
   SetLastError(ERROR_SUCCESS);
   // Wine answers TRUE also when the name does not fit.
-  if (SetupDiGetINFClassA(file, &found.guid, found.name, sizeof found.name, nullptr) != FALSE &&
+  if (SetupDiGetINFClassA(file, &guid, name, sizeof name, nullptr) != FALSE &&
       GetLastError() != ERROR_INSUFFICIENT_BUFFER) {
     std::printf("class");
-    print(found.name);
-    for (const unsigned char byte : std::string(reinterpret_cast<char*>(&found.guid), 16)) {
+    print(name);
+    for (const unsigned char byte : std::bit_cast<std::array<unsigned char, 16>>(guid)) {
       std::printf(" %02X", byte);
     }
     std::putchar('\n');
@@ -94,7 +94,7 @@ void printProfile(const char* file) {
          {"a", "B", "c d", "", "VendorID", "Signature", "Class", "ClassGUID"}) {
       print(name);
       print(key);
-      for (const DWORD size : {5, 255}) {
+      for (const DWORD size : {5U, 255U}) {
         char value[255];
         print({value, GetPrivateProfileStringA(name, key, "none  ", value, size, file)});
       }
@@ -109,9 +109,9 @@ void printValue(DWORD error, DWORD type, std::string_view bytes) {
   error == ERROR_SUCCESS ? print(bytes) : print("", '-');
 }
 
-void printDriver(const std::string& driver) {
+void printDriver(const char* driver) {
   HKEY opened = nullptr;
-  const std::string path = R"(SYSTEM\CurrentControlSet\Control\Class\)" + driver;
+  const std::string path = std::string(R"(SYSTEM\CurrentControlSet\Control\Class\)") + driver;
   if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, path.c_str(), 0, KEY_QUERY_VALUE, &opened) != 0) return;
   const RegistryKeyOwner key(opened);
   for (const char* const name : {"DriverVersion", "DriverDesc", "ProviderName", "InfPath",
