@@ -1,4 +1,4 @@
-// A computer for whole runs, from a registry export (".reg", version 5.00).
+// A computer for whole runs, from a registry export (".reg").
 #pragma once
 
 #include <filesystem>
