@@ -106,7 +106,7 @@ class UpdatePackage : public Package {
   }
 
   ProgramResult update(Arguments arguments = {}) const {
-    static const Computer computer(fixture("computers/two_devices.reg"));
+    const Computer computer(fixture("computers/two_devices.reg"));
     arguments.insert(arguments.begin(), "-u");
     return run(std::move(arguments), computer);
   }

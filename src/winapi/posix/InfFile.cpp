@@ -15,7 +15,7 @@ namespace {
 
 // Published limits (MAX_SECT_NAME_LEN, MAX_INF_STRING_LENGTH and that of a replaced string),
 // without the terminating zero.
-constexpr std::size_t kLongestSectionName = 254;
+constexpr std::size_t kLongestSectionName = 255;
 constexpr std::size_t kLongestField = 4095;
 constexpr std::size_t kLongestString = 511;
 

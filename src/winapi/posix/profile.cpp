@@ -48,6 +48,7 @@ DWORD GetPrivateProfileStringA(const char* section, const char* key, const char*
   std::optional<std::string_view> value;
   if (error == ERROR_SUCCESS) {
     value = tolvanix::profileValue(text, section, key);
+    if (value) value = value->substr(0, value->find('\0'));
     if (!value) error = ERROR_FILE_NOT_FOUND;
   }
   if (!value) {
