@@ -12,7 +12,7 @@ namespace {
 char* program = nullptr;
 
 void ExecCmd(benchmark::State& state) {
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     char output[1000] = "";
     DWORD exitCode = 1;
     if (tolvanix::ExecCmd("/", program, 0, output, sizeof output, exitCode, 60) != 0 ||
@@ -24,7 +24,7 @@ void ExecCmd(benchmark::State& state) {
 BENCHMARK(ExecCmd)->UseRealTime()->Unit(benchmark::kMicrosecond);
 
 void PosixSpawn(benchmark::State& state) {
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     char* arguments[] = {program, nullptr};
     pid_t process = 0;
     int status = 1;

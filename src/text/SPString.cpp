@@ -36,7 +36,7 @@ SPString operator+(const SPString& left, const SPString& right) {
 }
 
 SPString operator+(const SPString& left, const char* right) {
-  std::string joined(left);
+  std::string joined(left.c_str(), left.size());
   joined += right;
   return SPString(std::move(joined));
 }

@@ -47,7 +47,7 @@ using FARPROC = std::intptr_t (*)();
 constexpr BOOL FALSE = 0;
 constexpr BOOL TRUE = 1;
 constexpr DWORD MAX_PATH = 260;
-// NOLINTNEXTLINE(misc-misplaced-const,performance-no-int-to-ptr): a number, as published
+// NOLINTNEXTLINE(performance-no-int-to-ptr): a number, as published
 inline const HANDLE INVALID_HANDLE_VALUE = reinterpret_cast<HANDLE>(static_cast<ULONG_PTR>(-1));
 
 struct GUID {
@@ -324,7 +324,7 @@ LANGID GetSystemDefaultLangID();
 
 // ---- Registry, read only: registry.cpp ----
 
-// NOLINTNEXTLINE(misc-misplaced-const,performance-no-int-to-ptr): a number, as published
+// NOLINTNEXTLINE(performance-no-int-to-ptr): a number, as published
 inline const HKEY HKEY_LOCAL_MACHINE = reinterpret_cast<HKEY>(static_cast<ULONG_PTR>(0x80000002));
 constexpr REGSAM KEY_QUERY_VALUE = 0x0001;
 constexpr DWORD REG_SZ = 1;

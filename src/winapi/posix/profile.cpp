@@ -31,8 +31,8 @@ DWORD GetPrivateProfileSectionNamesA(char* buffer, DWORD size, const char* fileN
       error == ERROR_SUCCESS ? tolvanix::profileSectionNames(text) : std::string();
   const bool fits = names.size() < size;
   const std::size_t length = fits ? names.size() : size - 2;
-  std::memcpy(buffer, names.data(), length);
-  std::memset(buffer + length, '\0', fits && !names.empty() ? 1 : 2);
+  char* const end = std::copy_n(names.data(), length, buffer);
+  std::fill_n(end, fits && !names.empty() ? 1 : 2, '\0');
   SetLastError(error);
   return static_cast<DWORD>(length);
 }
