@@ -13,7 +13,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
   } catch (const tolvanix::winapi::MalformedExport&) {
     // Most inputs are.
   }
-  tolvanix::profileSectionNames(text);
-  tolvanix::profileValue(text, "FilterDevices", "VendorID");
+  tolvanix::winapi::profileSectionNames(text);
+  tolvanix::winapi::profileValue(text, "FilterDevices", "VendorID");
   return 0;
 }

@@ -9,7 +9,7 @@
 #include "winapi/posix/IgnoreCase.h"
 #include "winapi/posix/TextFile.h"
 
-namespace tolvanix {
+namespace tolvanix::winapi {
 
 namespace {
 
@@ -206,4 +206,4 @@ std::string_view InfFile::replaceStrings(std::string_view field) {
   return replaced;
 }
 
-}  // namespace tolvanix
+}  // namespace tolvanix::winapi

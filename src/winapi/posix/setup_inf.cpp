@@ -8,9 +8,9 @@
 
 namespace {
 
-using tolvanix::InfFile;
-using tolvanix::InfLine;
-using tolvanix::InfPosition;
+using tolvanix::winapi::InfFile;
+using tolvanix::winapi::InfLine;
+using tolvanix::winapi::InfPosition;
 
 constinit std::vector<std::unique_ptr<InfFile>> openFiles;
 
