@@ -10,12 +10,13 @@ namespace tolvanix {
 namespace {
 
 TEST(XMLWriter, Messages_AreThereForEveryStatusAndNoOther) {
+  const XMLWriter writer;
   for (int id = 0; id <= 40; ++id) {
-    ASSERT_NE(XMLWriter::getMessage(id), nullptr) << id;
-    EXPECT_EQ(std::string(XMLWriter::getMessage(id)).find_first_of("<&"), std::string::npos) << id;
+    ASSERT_NE(writer.getMessage(id), nullptr) << id;
+    EXPECT_EQ(std::string(writer.getMessage(id)).find_first_of("<&"), std::string::npos) << id;
   }
-  EXPECT_EQ(XMLWriter::getMessage(-1), nullptr);
-  EXPECT_EQ(XMLWriter::getMessage(41), nullptr);
+  EXPECT_EQ(writer.getMessage(-1), nullptr);
+  EXPECT_EQ(writer.getMessage(41), nullptr);
 }
 
 TEST(XMLWriter, RemoveOSElement_TakesTheFirstWholeOne) {

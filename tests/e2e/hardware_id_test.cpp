@@ -26,8 +26,8 @@ std::string documentOf(int status, bool reboot) {
   return formatText(R"(<?xml version="1.0" encoding="UTF-8"?><SVMExecution lang="en">)"
                     R"(<SPStatus result = "%s"><Message id="%d">%s</Message></SPStatus>)"
                     "<RebootRequired>%d</RebootRequired></SVMExecution>",
-                    status == kSuccess ? "true" : "false", status, statusText(status),
-                    reboot ? 1 : 0);
+                    status == kSuccess ? "true" : "false", status,
+                    kStatusTexts.at(static_cast<std::size_t>(status)), reboot ? 1 : 0);
 }
 
 // The helper, unless `steps` is empty, in a folder with a blank.
