@@ -23,25 +23,27 @@ bool goesToFile(int target) {
   return target == 0 || (target & kTargetFile) != 0;
 }
 
+// Leaves the arguments for another stream; writes at once.
+[[gnu::format(printf, 2, 0)]] int printTo(std::FILE* stream, const char* format,
+                                          std::va_list arguments) {
+  std::va_list copy;
+  va_copy(copy, arguments);
+  const int written = std::vfprintf(stream, format, copy);
+  va_end(copy);
+  std::fflush(stream);
+  return written;
+}
+
 [[gnu::format(printf, 1, 0)]] int writeTrace(const char* format, std::va_list arguments) {
   if (theLog.target < 0) return 0;
   int written = 0;
-  const auto writeTo = [&](std::FILE* stream) {
-    std::va_list copy;
-    va_copy(copy, arguments);
-    written = std::vfprintf(stream, format, copy);
-    va_end(copy);
-  };
   if (goesToFile(theLog.target)) {
     const StdioFile file(std::fopen(theLog.path, "a"));
     if (!file) return -1;
-    writeTo(file.get());
+    written = printTo(file.get(), format, arguments);
   }
-  if ((theLog.target & kTargetStandardError) != 0) writeTo(stderr);
-  if ((theLog.target & kTargetStandardOutput) != 0) {
-    writeTo(stdout);
-    std::fflush(stdout);
-  }
+  if ((theLog.target & kTargetStandardError) != 0) written = printTo(stderr, format, arguments);
+  if ((theLog.target & kTargetStandardOutput) != 0) written = printTo(stdout, format, arguments);
   return written;
 }
 

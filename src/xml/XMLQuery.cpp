@@ -81,16 +81,17 @@ std::size_t skipPlaces(const char16_t* firsts, const char16_t* lasts, std::size_
   return skipped;
 }
 
-// The first place of `wanted`, which is not empty, at or after `from`. Most places are ruled out
-// many at a time, because their first or last unit differs.
+// The first place of `wanted` at or after `from`. Most places are ruled out many at a time, because
+// their first or last unit differs.
 std::size_t findText(View text, const Wanted& wanted, std::size_t from) {
-  if (text.size() < wanted.size()) return kNotFound;
+  if (text.size() < wanted.size() || from > text.size() - wanted.size()) return kNotFound;
+  if (wanted.size() == 0) return from;
   const Ends ends = {Units{} + static_cast<std::uint16_t>(wanted.front()),
                      Units{} + static_cast<std::uint16_t>(wanted.back())};
   const std::size_t end = text.size() - wanted.size() + 1;  // of the places
   const char16_t* const firsts = text.data();
   const char16_t* const lasts = firsts + wanted.size() - 1;
-  if (from < end) from += skipPlaces(firsts + from, lasts + from, end - from, ends);
+  from += skipPlaces(firsts + from, lasts + from, end - from, ends);
   for (; from + kUnits <= end; from += kUnits) {
     const auto lanes = std::bit_cast<Lanes>(ends.fit(firsts + from, lasts + from));
     for (std::size_t half = 0; half < lanes.size(); ++half) {

@@ -52,7 +52,8 @@ MappedFile::~MappedFile() {
 
 std::optional<std::string_view> readSmallFile(int folder, const char* path, char* buffer,
                                               std::size_t size) {
-  const FileDescriptor file(openat(folder, path, O_RDONLY | O_CLOEXEC));
+  // Without O_NONBLOCK a named pipe would be waited for.
+  const FileDescriptor file(openat(folder, path, O_RDONLY | O_CLOEXEC | O_NONBLOCK));
   if (file.get() < 0) return std::nullopt;
   const ssize_t count = read(file.get(), buffer, size);
   if (count < 0) return std::nullopt;

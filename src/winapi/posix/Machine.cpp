@@ -23,7 +23,9 @@ std::string machineFromEnvironment() {
   if (name == nullptr || *name == '\0' || *name == '/') return name == nullptr ? "" : name;
   char folder[PATH_MAX];
   if (getcwd(folder, sizeof folder) == nullptr) return name;
-  return std::string(folder).append("/").append(name);
+  const std::string absolute = std::string(folder).append("/").append(name);
+  setenv("TOLVANIX_MACHINE", absolute.c_str(), 1);  // for programs that this one starts elsewhere
+  return absolute;
 }
 
 // Taken before main: the program changes its current directory first of all, and a relative name

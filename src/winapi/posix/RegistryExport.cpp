@@ -137,24 +137,12 @@ class Reader {
     if (!takeWord("=")) fail("the value's name is not followed by an equals sign");
     skipBlanks();
     if (takeWord("-")) {
-      if (key != nullptr) {
-        std::erase_if(key->values, [&name](const auto& held) { return held.first == name; });
-      }
+      if (key != nullptr) key->values.erase(name);
     } else {
-      store(name, readData());
+      RegistryValue value = readData();
+      if (key != nullptr) key->values.insert_or_assign(name, std::move(value));
     }
     endLine("there is text behind the value");
-  }
-
-  void store(const std::string& name, RegistryValue value) {
-    if (key == nullptr) return;
-    for (auto& [heldName, held] : key->values) {
-      if (heldName == name) {
-        held = std::move(value);
-        return;
-      }
-    }
-    key->values.emplace_back(name, std::move(value));
   }
 
   RegistryValue readData() {
@@ -244,10 +232,8 @@ class Reader {
 }  // namespace
 
 const RegistryValue* ExportedKey::find(std::string_view foldedName) const {
-  for (const auto& [name, value] : values) {
-    if (name == foldedName) return &value;
-  }
-  return nullptr;
+  const auto found = values.find(foldedName);
+  return found == values.end() ? nullptr : &found->second;
 }
 
 ExportedKeys readRegistryExport(std::string_view bytes, bool (*wanted)(std::string_view path)) {

@@ -5,12 +5,11 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <map>
 #include <stdexcept>
 #include <string>
 #include <string_view>
-#include <utility>
-#include <vector>
 
 #include "winapi/posix/Machine.h"
 
@@ -26,7 +25,7 @@ class MalformedExport : public std::runtime_error {
 
 struct ExportedKey {
   std::size_t order = 0;  // grows with the place where the file first names the key
-  std::vector<std::pair<std::string, RegistryValue>> values;  // names folded
+  std::map<std::string, RegistryValue, std::less<>> values;  // by folded names
 
   const RegistryValue* find(std::string_view foldedName) const;
 };

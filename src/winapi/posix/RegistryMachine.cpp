@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <exception>
 
 #include "winapi/posix/FileBytes.h"
 #include "winapi/posix/IndirectText.h"
@@ -54,15 +55,18 @@ std::string wholeMultiString(const std::string& stored) {
 }  // namespace
 
 RegistryMachine::RegistryMachine(const std::string& file) {
-  const std::optional<std::string> bytes = readWholeFile(file.c_str());
-  if (!bytes) {
-    reportMachine(file, 0, std::strerror(errno));
-    return;
-  }
   try {
+    const std::optional<std::string> bytes = readWholeFile(file.c_str());
+    if (!bytes) {
+      reportMachine(file, 0, std::strerror(errno));
+      return;
+    }
     keys = readRegistryExport(*bytes, isWanted);
   } catch (const MalformedExport& malformed) {
     reportMachine(file, malformed.line, malformed.what());
+    return;
+  } catch (const std::exception&) {  // the memory is not enough
+    reportMachine(file, 0, std::strerror(ENOMEM));
     return;
   }
   for (auto entry = keys.lower_bound(kEnumKeys);
