@@ -23,7 +23,7 @@ std::string machineFromEnvironment() {
   if (name == nullptr || *name == '\0' || *name == '/') return name == nullptr ? "" : name;
   char folder[PATH_MAX];
   if (getcwd(folder, sizeof folder) == nullptr) return name;
-  const std::string absolute = std::string(folder).append("/").append(name);
+  std::string absolute = std::string(folder).append("/").append(name);
   setenv("TOLVANIX_MACHINE", absolute.c_str(), 1);  // for programs that this one starts elsewhere
   return absolute;
 }
