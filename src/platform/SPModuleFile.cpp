@@ -1,15 +1,16 @@
 #include "platform/SPModuleFile.h"
 
 #include <cstdint>
+#include <filesystem>
 #include <memory>
 #include <new>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 #include "app/SPException.h"
 #include "platform/SPMessageFile.h"
 #include "text/StdioFile.h"
-#include "winapi/winapi.h"
 
 namespace tolvanix {
 
@@ -28,16 +29,14 @@ std::u16string fromLittleEndian(std::string_view bytes) {
 }  // namespace
 
 SPModuleFile::SPModuleFile(const char* filePath) : SPModule(filePath) {
-  WIN32_FILE_ATTRIBUTE_DATA status = {};
-  if (GetFileAttributesExA(filePath, GetFileExInfoStandard, &status) == FALSE ||
-      (status.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
-    fail(kFileNotFound);
-  }
+  // By the name as the C library sees it, which opens the file.
+  std::error_code error;
+  const auto status = std::filesystem::status(filePath, error);
+  if (!exists(status) || is_directory(status)) fail(kFileNotFound);
   const StdioFile file(std::fopen(filePath, "rb"));
   if (!file) fail(kFileNotOpened);
-  const std::uint64_t size =
-      (static_cast<std::uint64_t>(status.nFileSizeHigh) << 32) | status.nFileSizeLow;
-  readText(file.get(), static_cast<std::size_t>(size));
+  const std::uintmax_t size = std::filesystem::file_size(filePath, error);
+  readText(file.get(), error ? 0 : static_cast<std::size_t>(size));
 }
 
 // A file that has become shorter since its size was asked for, or that no memory can hold, gives no

@@ -165,23 +165,11 @@ struct WIN32_FIND_DATAA {
   char cAlternateFileName[14];
 };
 
-struct WIN32_FILE_ATTRIBUTE_DATA {
-  DWORD dwFileAttributes;
-  FILETIME ftCreationTime;
-  FILETIME ftLastAccessTime;
-  FILETIME ftLastWriteTime;
-  DWORD nFileSizeHigh;
-  DWORD nFileSizeLow;
-};
-
-enum GET_FILEEX_INFO_LEVELS { GetFileExInfoStandard };
-
 DWORD GetCurrentDirectoryA(DWORD size, char* buffer);
 BOOL SetCurrentDirectoryA(const char* path);
 DWORD GetFullPathNameA(const char* fileName, DWORD size, char* buffer, char** filePart);
-// Only attributes and size are filled, here and in the find data.
-BOOL GetFileAttributesExA(const char* fileName, GET_FILEEX_INFO_LEVELS level, void* information);
-// Matches without regard to case; answers in the order of the upper-cased names.
+// Matches without regard to case; answers in the order of the upper-cased names. Of the find data
+// only attributes, size and name are filled.
 HANDLE FindFirstFileA(const char* fileName, WIN32_FIND_DATAA* findData);
 BOOL FindNextFileA(HANDLE find, WIN32_FIND_DATAA* findData);
 BOOL FindClose(HANDLE find);

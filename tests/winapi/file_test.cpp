@@ -120,34 +120,6 @@ TEST_F(FileTest, SetCurrentDirectory_Failures) {
   }
 }
 
-TEST_F(FileTest, GetFileAttributes_TellFilesFromDirectories) {
-  writeFile(dir / "sub/file.txt", "12345");
-  WIN32_FILE_ATTRIBUTE_DATA data{};
-  ASSERT_TRUE(GetFileAttributesExA("sub\\file.txt", GetFileExInfoStandard, &data));
-  EXPECT_EQ(data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY, 0U);
-  EXPECT_EQ(data.nFileSizeLow, 5U);
-  EXPECT_EQ(data.nFileSizeHigh, 0U);
-  ASSERT_TRUE(GetFileAttributesExA("sub/", GetFileExInfoStandard, &data));
-  EXPECT_NE(data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY, 0U);
-}
-
-TEST_F(FileTest, GetFileAttributes_Failures) {
-  writeFile(dir / "file", "x");
-  const struct {
-    const char* path;
-    DWORD error;
-  } rows[] = {{"none", ERROR_FILE_NOT_FOUND},
-              {"none\\file", ERROR_PATH_NOT_FOUND},
-              {"file\\file", ERROR_PATH_NOT_FOUND},
-              {"", ERROR_PATH_NOT_FOUND},
-              {"*", ERROR_INVALID_NAME}};
-  WIN32_FILE_ATTRIBUTE_DATA data{};
-  for (const auto& row : rows) {
-    EXPECT_FALSE(GetFileAttributesExA(row.path, GetFileExInfoStandard, &data)) << row.path;
-    EXPECT_EQ(GetLastError(), row.error) << row.path;
-  }
-}
-
 TEST_F(FileTest, FindFirst_MatchesWithoutCaseInTheOrderOfUpperCasedNames) {
   for (const char* name : {"b.inf", "A.INF", "_c.inf", "Z.Inf", "x.txt", "noext", "two.dots.inf"}) {
     writeFile(dir / name, "x");

@@ -91,9 +91,7 @@ bool matchesPattern(std::string_view pattern, std::string_view name) {
   return reached[end];
 }
 
-// What a find record and an attribute record have in common.
-template <typename Record>
-void fillAttributes(const FileStatus& status, Record& record) {
+void fillAttributes(const FileStatus& status, WIN32_FIND_DATAA& record) {
   DWORD attributes = 0;
   if (S_ISDIR(status.st_mode)) attributes |= FILE_ATTRIBUTE_DIRECTORY;
   if ((status.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0) attributes |= FILE_ATTRIBUTE_READONLY;
@@ -205,31 +203,6 @@ DWORD GetFullPathNameA(const char* fileName, DWORD size, char* buffer, char** fi
     *filePart = native.ends_with('/') ? nullptr : buffer + native.rfind('/') + 1;
   }
   return length;
-}
-
-BOOL GetFileAttributesExA(const char* fileName, GET_FILEEX_INFO_LEVELS level, void* information) {
-  if (level != GetFileExInfoStandard || information == nullptr) {
-    SetLastError(ERROR_INVALID_PARAMETER);
-    return FALSE;
-  }
-  if (fileName == nullptr || *fileName == '\0') {
-    SetLastError(ERROR_PATH_NOT_FOUND);
-    return FALSE;
-  }
-  if (hasReservedCharacter(fileName)) {
-    SetLastError(ERROR_INVALID_NAME);
-    return FALSE;
-  }
-  const std::string native = fullNativePath(fileName);
-  FileStatus status{};
-  if (stat(native.c_str(), &status) != 0) {
-    SetLastError(pathError(errno, native));
-    return FALSE;
-  }
-  WIN32_FILE_ATTRIBUTE_DATA data{};
-  fillAttributes(status, data);
-  std::memcpy(information, &data, sizeof data);
-  return TRUE;
 }
 
 HANDLE FindFirstFileA(const char* fileName, WIN32_FIND_DATAA* findData) {
