@@ -6,7 +6,7 @@
 namespace tolvanix::test {
 namespace {
 
-TEST(FullDevice, OutputFile_FragmentsAreLostAndStatusStays) {
+TEST(FullDevice, FragmentsAreLostAndTheStatusStays) {
   const Package package;
   const ProgramResult run = package.run({"-uhid", "-o", "/dev/full", "-d=4", "-e", "trace.log"});
   EXPECT_EQ(run.exitCode, 11);
@@ -14,10 +14,6 @@ TEST(FullDevice, OutputFile_FragmentsAreLostAndStatusStays) {
   EXPECT_NE(readText(package / "trace.log")
                 .find("XMLWriter::print: failed to write xml file /dev/full.\n"),
             std::string::npos);
-}
-
-TEST(FullDevice, StandardOutput_StatusStays) {
-  const Package package;
   ProgramCall call = package.call({"-uhid"});
   call.outputDevice = "/dev/full";
   EXPECT_EQ(runProgram(call).exitCode, 11);
@@ -29,21 +25,17 @@ TEST(HardwareId, NamedInfThatTheSearchDoesNotFind_IsReported) {
   package.add("a\\b.inf", "");
   const ProgramResult run = package.run({"-uhid", "-w", "PCI\\VEN_8086", "-n", "a\\b.inf"});
   EXPECT_EQ(run.exitCode, 31);
-  EXPECT_NE(run.output.find(R"(<Message id="31">)"), std::string::npos);
 }
 
 TEST(Locale, AnyLocale_GivesTheSameBytes) {
   const Package package;
   const Computer computer(fixture("computers/four_devices.reg"));
-  const Arguments arguments{"-i", "-d=4"};
-  const ProgramResult expected = package.run(arguments, computer);
+  ProgramCall call = package.call({"-i", "-d=4"});
+  call.environment = computer.environment();
+  const std::string expected = runProgram(call).output;
   for (const char* locale : {"C", "C.UTF-8", "de_DE.UTF-8", "ja_JP.SJIS", "none"}) {
-    ProgramCall call = package.call(arguments);
-    call.environment = computer.environment();
     call.environment["LC_ALL"] = locale;
-    const ProgramResult run = runProgram(call);
-    EXPECT_EQ(run.exitCode, expected.exitCode);
-    EXPECT_EQ(run.output, expected.output);
+    EXPECT_EQ(runProgram(call).output, expected);
   }
 }
 

@@ -3,19 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <string_view>
-#include <vector>
 
 #include "install/DevHelper.h"
 #include "log/DebugWriter.h"
 #include "support/Files.h"
 
-namespace tolvanix {
+namespace tolvanix::test {
 namespace {
-
-using test::ScopedCurrentDirectory;
-using test::TempDir;
-using test::writeFile;
 
 constexpr char kVersion[] =
     "[Version]\nSignature=\"$Windows NT$\"\nClass=Display\n"
@@ -23,15 +17,7 @@ constexpr char kVersion[] =
 
 class CInfTest : public testing::Test {
  protected:
-  ~CInfTest() override { DebugWriter().initialize(0, kTargetNone, ""); }
-
   void write(const std::string& text) const { writeFile(folder / "test.inf", kVersion + text); }
-
-  // Whether the models section of one line of this ID matches the wanted one.
-  bool matches(const std::string& infIds, const std::string& wanted) const {
-    write("[Manufacturer]\nMaker=Models\n[Models]\nDevice=Install" + infIds + "\n");
-    return search(wanted) == ERROR_SUCCESS;
-  }
 
   static DWORD search(const std::string& wanted) {
     CInf inf;
@@ -40,37 +26,31 @@ class CInfTest : public testing::Test {
     return inf.EnumManufacturers();
   }
 
-  // What `search` traces.
-  std::string trace(const std::string& wanted) const {
+  // What such an action traces.
+  template <typename Action>
+  static std::string trace(const Action& action) {
     DebugWriter().initialize(kTraceSteps, kTargetFile, "trace.log");
-    search(wanted);
+    action();
     DebugWriter().initialize(0, kTargetNone, "");
-    const std::string text = traceFile();
+    const std::string text = readText("trace.log");
     return text.substr(text.find("trace.log\n") + 10);
   }
 
-  std::string traceFile() const { return test::readText(folder / "trace.log"); }
-
-  const TempDir folder;
-  const ScopedCurrentDirectory scope{folder.path()};
+  const CurrentTempDir folder;
 };
 
 TEST_F(CInfTest, Open_FindsPathClassAndGuid) {
-  write("");
-  for (const char* const name : {"test.inf", "\"test.inf\"", ".\\test.inf"}) {
-    CInf inf;
-    EXPECT_EQ(inf.Open(name, 0), ERROR_SUCCESS) << name;
-    EXPECT_EQ(inf.getPath(), SPString(".\\test.inf"));
-    EXPECT_EQ(inf.getClassName(), SPString("Display"));
-    EXPECT_EQ(inf.getClassGuid().Data1, 0x4d36e968U);
+  for (const char* const text :
+       {kVersion, "[Version]\nSignature=\"$Windows NT$\"\nClass=Display\n"}) {
+    writeFile(folder / "test.inf", text);
+    for (const char* const name : {"test.inf", "\"test.inf\"", ".\\test.inf"}) {
+      CInf inf;
+      EXPECT_EQ(inf.Open(name, 0), ERROR_SUCCESS) << name;
+      EXPECT_EQ(inf.getPath(), SPString(".\\test.inf"));
+      EXPECT_EQ(inf.getClassName(), SPString("Display"));
+      EXPECT_EQ(inf.getClassGuid().Data1, 0x4d36e968U);
+    }
   }
-}
-
-TEST_F(CInfTest, Open_ClassWithoutGuid_LooksItUp) {
-  writeFile(folder / "test.inf", "[Version]\nSignature=\"$Windows NT$\"\nClass=display\n");
-  CInf inf;
-  EXPECT_EQ(inf.Open("test.inf", 0), ERROR_SUCCESS);
-  EXPECT_EQ(inf.getClassGuid().Data1, 0x4d36e968U);
 }
 
 TEST_F(CInfTest, Open_UnusableFile_GivesAnError) {
@@ -83,17 +63,26 @@ TEST_F(CInfTest, Open_UnusableFile_GivesAnError) {
 
 TEST_F(CInfTest, Ids_MatchWhenOneContainsTheOther) {
   const std::string full = "PCI\\VEN_8086&DEV_1234&SUBSYS_0001ABCD";
-  EXPECT_TRUE(matches("," + full, full));
-  EXPECT_TRUE(matches("," + full + "&REV_02", full));
-  EXPECT_TRUE(matches(", pci\\ven_8086&dev_1234", full));
-  EXPECT_TRUE(matches("," + full, "pci\\ven_8086&dev_1234"));
-  EXPECT_TRUE(matches(", USB\\OTHER, PCI\\NONE," + full, full));
-  EXPECT_TRUE(matches("", full));  // no ID counts as an empty one
-  EXPECT_TRUE(matches(",x," + std::string(400, 'y') + "," + full, full));
-  EXPECT_FALSE(matches(", PCI\\VEN_8086&DEV_1235", full));
-  EXPECT_FALSE(matches("," + full + "&rev_02x", full + "&REV_03"));
-  EXPECT_TRUE(matches("," + full + "&rev_02", full));
-  EXPECT_FALSE(matches("," + std::string(300, 'x'), full));
+  const struct {
+    std::string fields;  // of the model's line, behind its section
+    std::string wanted;
+    bool matches;
+  } rows[] = {
+      {"," + full, full, true},
+      {"," + full + "&REV_02", full, true},
+      {", pci\\ven_8086&dev_1234", full, true},
+      {"," + full, "pci\\ven_8086&dev_1234", true},
+      {", USB\\OTHER, PCI\\NONE," + full, full, true},
+      {"", full, true},  // no ID counts as an empty one
+      {",x," + std::string(400, 'y') + "," + full, full, true},
+      {", PCI\\VEN_8086&DEV_1235", full, false},
+      {"," + full + "&rev_02x", full + "&REV_03", false},
+      {"," + std::string(300, 'x'), full, false},
+  };
+  for (const auto& row : rows) {
+    write("[Manufacturer]\nMaker=Models\n[Models]\nDevice=Install" + row.fields + "\n");
+    EXPECT_EQ(search(row.wanted) == ERROR_SUCCESS, row.matches) << row.fields;
+  }
 }
 
 TEST_F(CInfTest, Search_LooksUnderEveryDecoration) {
@@ -128,39 +117,25 @@ TEST_F(CInfTest, ModelLineWithoutKey_EndsItsSectionOnly) {
   EXPECT_EQ(search("PCI\\4"), ERROR_SUCCESS);
 }
 
-TEST_F(CInfTest, NoManufacturers_GivesThePlatformsErrorTraced) {
-  write("");
-  EXPECT_NE(search("PCI\\1"), ERROR_SUCCESS);
-  EXPECT_EQ(trace("PCI\\1").substr(0, 33), "\nCInf::EnumManufacturers, line = ");
-}
-
 TEST_F(CInfTest, Trace_NamesEverySectionAndLine) {
   write(
-      "[Manufacturer]\n%m%=M,NT,None\n[M]\na=i,PCI\\1,PCI\\11\nb=j\n[M.NT]\n%c%=k,USB\\2,PCI\\3\n"
-      "[Strings]\nm=Maker\nc=\"100% C\"\n");
-  EXPECT_EQ(trace("pci\\3").substr(0, 300),
-            "EnumManufacturers->EnumDevices for mfg 1, Maker:M.\n"
-            "EnumDevices for model, a:i\n"
-            "Search for HwID pci\\3: not found.\n"
-            "EnumDevices for model, b:j\n"
-            "Search for HwID pci\\3: found. i = 0\n");
-  write(
-      "[Manufacturer]\n%m%=M,NT,None\n[M.NT]\n%c%=k,USB\\2,PCI\\3\n[Strings]\nm=Maker\nc=100% C\n");
-  EXPECT_EQ(trace("pci\\3"),
+      "[Manufacturer]\n%m%=M,NT,None\n[M.NT]\na=i,PCI\\1,PCI\\11\n%c%=k,USB\\2,PCI\\3\n"
+      "[Strings]\nm=Maker\nc=100% C\n");
+  EXPECT_EQ(trace([] { search("pci\\3"); }),
             "EnumManufacturers->EnumDevices for mfg 1, Maker:M.\n"
             "EnumDevices for model, M: no devices found.\n"
             "EnumManufacturers->EnumDevices for mfg 2, Maker:M.NT.\n"
+            "EnumDevices for model, a:i\n"
+            "Search for HwID pci\\3: not found.\n"
             "EnumDevices for model, 100% C:k\n"
             "Search for HwID pci\\3: found. i = 1\n");
-}
-
-TEST_F(CInfTest, PrintError_TracesPlaceLineCodeAndText) {
-  DebugWriter().initialize(kTraceSteps, kTargetFile, "trace.log");
-  PrintError(ERROR_LINE_NOT_FOUND, "Place", 12);
-  DebugWriter().initialize(0, kTargetNone, "");
-  EXPECT_TRUE(
-      traceFile().ends_with("\n\nPlace, line = 12, error code = -536870654, error msg = \n"));
+  write("");
+  EXPECT_TRUE(trace([] {
+                EXPECT_NE(search("PCI\\1"), ERROR_SUCCESS);
+              }).starts_with("\nCInf::EnumManufacturers, line = "));
+  EXPECT_EQ(trace([] { PrintError(ERROR_LINE_NOT_FOUND, "Place", 12); }),
+            "\nPlace, line = 12, error code = -536870654, error msg = \n");
 }
 
 }  // namespace
-}  // namespace tolvanix
+}  // namespace tolvanix::test

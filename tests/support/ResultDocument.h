@@ -5,6 +5,13 @@
 
 namespace tolvanix::test {
 
+// The element of a status and its message, alone and as the outcome of a run.
+std::string messageElement(int status);
+std::string statusElement(int status);
+
+// The whole document of `-u` or `-uhid`.
+std::string executionDocument(const std::string& content, int reboot = 0);
+
 // What xmllint says against the document by docs/result.xsd; empty when it is valid. Under Wine
 // nothing is said: the documents are those of Linux to the byte.
 std::string schemaErrors(const std::string& document);

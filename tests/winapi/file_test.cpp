@@ -9,12 +9,8 @@
 #include "winapi/Owner.h"
 #include "winapi/winapi.h"
 
-namespace tolvanix {
+namespace tolvanix::test {
 namespace {
-
-using test::ScopedCurrentDirectory;
-using test::TempDir;
-using test::writeFile;
 
 std::string currentDirectory() {
   char buffer[MAX_PATH] = "";
@@ -46,8 +42,7 @@ std::vector<std::string> findAll(const char* pattern) {
 
 class FileTest : public ::testing::Test {
  protected:
-  TempDir dir;
-  ScopedCurrentDirectory inDir{dir.path()};
+  CurrentTempDir dir;
 };
 
 TEST_F(FileTest, GetFullPathName_IsResolvedOnTheTextAlone) {
@@ -86,11 +81,6 @@ TEST_F(FileTest, GetFullPathName_BufferBoundary) {
   EXPECT_EQ(part, nullptr);
 }
 
-TEST_F(FileTest, GetFullPathName_EmptyName_Fails) {
-  char buffer[MAX_PATH];
-  EXPECT_EQ(GetFullPathNameA("", sizeof buffer, buffer, nullptr), 0U);
-}
-
 TEST_F(FileTest, CurrentDirectory_IsAnsweredInTheFormThatItIsSetWith) {
   const std::string here = currentDirectory();
   std::filesystem::create_directory("sub dir");
@@ -105,21 +95,6 @@ TEST_F(FileTest, CurrentDirectory_IsAnsweredInTheFormThatItIsSetWith) {
   EXPECT_EQ(currentDirectory(), here);
 }
 
-TEST_F(FileTest, SetCurrentDirectory_Failures) {
-  writeFile(dir / "file", "x");
-  const struct {
-    const char* path;
-    DWORD error;
-  } rows[] = {{"none", ERROR_FILE_NOT_FOUND},
-              {"none\\sub", ERROR_PATH_NOT_FOUND},
-              {"file", ERROR_DIRECTORY},
-              {"", ERROR_INVALID_NAME}};
-  for (const auto& row : rows) {
-    EXPECT_FALSE(SetCurrentDirectoryA(row.path)) << row.path;
-    EXPECT_EQ(GetLastError(), row.error) << row.path;
-  }
-}
-
 TEST_F(FileTest, GetFileAttributes_TellFilesFromDirectories) {
   writeFile(dir / "sub/file.txt", "12345");
   WIN32_FILE_ATTRIBUTE_DATA data{};
@@ -129,23 +104,6 @@ TEST_F(FileTest, GetFileAttributes_TellFilesFromDirectories) {
   EXPECT_EQ(data.nFileSizeHigh, 0U);
   ASSERT_TRUE(GetFileAttributesExA("sub/", GetFileExInfoStandard, &data));
   EXPECT_NE(data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY, 0U);
-}
-
-TEST_F(FileTest, GetFileAttributes_Failures) {
-  writeFile(dir / "file", "x");
-  const struct {
-    const char* path;
-    DWORD error;
-  } rows[] = {{"none", ERROR_FILE_NOT_FOUND},
-              {"none\\file", ERROR_PATH_NOT_FOUND},
-              {"file\\file", ERROR_PATH_NOT_FOUND},
-              {"", ERROR_PATH_NOT_FOUND},
-              {"*", ERROR_INVALID_NAME}};
-  WIN32_FILE_ATTRIBUTE_DATA data{};
-  for (const auto& row : rows) {
-    EXPECT_FALSE(GetFileAttributesExA(row.path, GetFileExInfoStandard, &data)) << row.path;
-    EXPECT_EQ(GetLastError(), row.error) << row.path;
-  }
 }
 
 TEST_F(FileTest, FindFirst_MatchesWithoutCaseInTheOrderOfUpperCasedNames) {
@@ -186,20 +144,44 @@ TEST_F(FileTest, FindFirst_InAnotherFolder_AnswersTheBareName) {
   EXPECT_EQ(data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY, 0U);
 }
 
-TEST_F(FileTest, FindFirst_Failures) {
-  writeFile(dir / "file", "x");
+TEST_F(FileTest, Failures_HaveTheirErrors) {
+  using Call = bool (*)(const char* path);
+  const Call enter = [](const char* path) { return SetCurrentDirectoryA(path) != FALSE; };
+  const Call look = [](const char* path) {
+    WIN32_FILE_ATTRIBUTE_DATA data{};
+    return GetFileAttributesExA(path, GetFileExInfoStandard, &data) != FALSE;
+  };
+  const Call find = [](const char* path) {
+    WIN32_FIND_DATAA data{};
+    return static_cast<bool>(FindOwner(FindFirstFileA(path, &data)));
+  };
   const struct {
-    const char* pattern;
+    Call call;
+    const char* path;
     DWORD error;
-  } rows[] = {{"*.inf", ERROR_FILE_NOT_FOUND},   {"none", ERROR_FILE_NOT_FOUND},
-              {".\\", ERROR_FILE_NOT_FOUND},     {"none\\*.inf", ERROR_PATH_NOT_FOUND},
-              {"none\\x", ERROR_PATH_NOT_FOUND}, {"", ERROR_PATH_NOT_FOUND}};
-  WIN32_FIND_DATAA data{};
+  } rows[] = {
+      {enter, "none", ERROR_FILE_NOT_FOUND},
+      {enter, "none\\sub", ERROR_PATH_NOT_FOUND},
+      {enter, "file", ERROR_DIRECTORY},
+      {enter, "", ERROR_INVALID_NAME},
+      {look, "none", ERROR_FILE_NOT_FOUND},
+      {look, "none\\file", ERROR_PATH_NOT_FOUND},
+      {look, "file\\file", ERROR_PATH_NOT_FOUND},
+      {look, "", ERROR_PATH_NOT_FOUND},
+      {look, "*", ERROR_INVALID_NAME},
+      {find, "*.inf", ERROR_FILE_NOT_FOUND},
+      {find, "none", ERROR_FILE_NOT_FOUND},
+      {find, ".\\", ERROR_FILE_NOT_FOUND},
+      {find, "none\\*.inf", ERROR_PATH_NOT_FOUND},
+      {find, "none\\x", ERROR_PATH_NOT_FOUND},
+      {find, "", ERROR_PATH_NOT_FOUND},
+  };
+  writeFile(dir / "file", "x");
   for (const auto& row : rows) {
-    EXPECT_EQ(FindFirstFileA(row.pattern, &data), INVALID_HANDLE_VALUE) << row.pattern;
-    EXPECT_EQ(GetLastError(), row.error) << row.pattern;
+    EXPECT_FALSE(row.call(row.path)) << row.path;
+    EXPECT_EQ(GetLastError(), row.error) << row.path;
   }
 }
 
 }  // namespace
-}  // namespace tolvanix
+}  // namespace tolvanix::test

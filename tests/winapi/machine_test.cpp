@@ -1,25 +1,23 @@
 // The computers that registry exports describe.
 #include <gtest/gtest.h>
 
-#include <cstring>
+#include <optional>
 #include <sstream>
+#include <string>
+#include <utility>
 
 #include "inventory/PciEnumeration.h"
 #include "support/Files.h"
 #include "support/ScopedMachine.h"
 #include "winapi/posix/IndirectText.h"
+#include "winapi/posix/Machine.h"
 #include "winapi/posix/kernel32.h"
 
-namespace tolvanix {
+namespace tolvanix::test {
 namespace {
 
-using test::ScopedMachine;
-using test::TempDir;
-using test::utf16File;
-using test::writeFile;
-
-constexpr char kHeader[] = "Windows Registry Editor Version 5.00\n\n";
-const std::filesystem::path kMachines = test::fixture("machines");
+const std::string kHeader = "Windows Registry Editor Version 5.00\n\n";
+const std::filesystem::path kMachines = fixture("machines");
 
 // A line for each PCI device: hardware ID, place, name, driver version.
 std::string describeDevices() {
@@ -34,24 +32,30 @@ std::string describeDevices() {
   return text.str();
 }
 
-OSVERSIONINFOEXA versionOf(BOOL& answered) {
+// The presented system: its version, build and service pack; "none" when it answers nothing.
+std::string describeSystem() {
   OSVERSIONINFOEXA version{};
   version.dwOSVersionInfoSize = sizeof version;
-  answered = GetVersionExA(reinterpret_cast<OSVERSIONINFOA*>(&version));
-  return version;
+  if (GetVersionExA(reinterpret_cast<OSVERSIONINFOA*>(&version)) == FALSE) {
+    EXPECT_EQ(GetLastError(), ERROR_INVALID_DATA);
+    return "none";
+  }
+  std::ostringstream text;
+  text << version.dwMajorVersion << '.' << version.dwMinorVersion << '.' << version.dwBuildNumber
+       << ' ' << version.wServicePackMajor << version.szCSDVersion;
+  return text.str();
 }
 
-// What a machine file with these bytes says on standard error; it must have no devices.
-std::string complaintAbout(const std::string& bytes) {
-  const TempDir folder;
-  const auto file = folder / "m.reg";
-  writeFile(file, bytes);
+// What the machine of a file says on standard error, without the file's name; it has no devices.
+std::string complaintAbout(const std::filesystem::path& file) {
   testing::internal::CaptureStderr();
   const ScopedMachine machine(file);
   EXPECT_EQ(describeDevices(), "");
-  std::string said = testing::internal::GetCapturedStderr();
-  const std::size_t name = said.find(file.string());
-  return name == std::string::npos ? said : said.erase(name, file.string().size());
+  EXPECT_EQ(describeSystem(), "0.0.0 0");
+  const std::string said = testing::internal::GetCapturedStderr();
+  const std::string start = "tolvanix: " + file.string() + ":";
+  EXPECT_TRUE(said.starts_with(start)) << said;
+  return said.substr(start.size());
 }
 
 TEST(RegistryMachine, AllEncodingsAndValueForms_GiveTheSameComputer) {
@@ -63,14 +67,7 @@ TEST(RegistryMachine, AllEncodingsAndValueForms_GiveTheSameComputer) {
               "PCI\\VEN_1DE4&DEV_0001&SUBSYS_00AA1DE4&REV_01|2.3.4|"
               "Quoted \"x\" \\ caf\u00e9 \u7f51|1.2.3.4\n"
               "PCI\\VEN_1DE4&DEV_0002&SUBSYS_00BB1DE4|0.31.3|Expanded \u7f51|5.6.7.8\n");
-    BOOL answered = FALSE;
-    const OSVERSIONINFOEXA version = versionOf(answered);
-    EXPECT_TRUE(answered);
-    EXPECT_EQ(version.dwMajorVersion, 6U);
-    EXPECT_EQ(version.dwMinorVersion, 1U);
-    EXPECT_EQ(version.dwBuildNumber, 7601U);
-    EXPECT_EQ(version.wServicePackMajor, 1);
-    EXPECT_STREQ(version.szCSDVersion, "Service Pack 1");
+    EXPECT_EQ(describeSystem(), "6.1.7601 1Service Pack 1");
     EXPECT_EQ(GetSystemDefaultLangID(), 0x0407);
   }
 }
@@ -90,59 +87,42 @@ TEST(RegistryMachine, Export_CountsAsItIsAfterAnImport) {
   EXPECT_TRUE(presented.hasKey("SYSTEM\\CurrentControlSet\\Enum\\PCI\\B"));
 }
 
-TEST(RegistryMachine, MalformedExport_IsOneLineAndNoDevices) {
+TEST(RegistryMachine, UnusableFile_IsOneLineAndNoDevices) {
   const std::string device =
-      "[HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Enum\\PCI\\A\\1]\n\"HardwareID\"=";
-  const struct {
-    std::string bytes;
-    const char* complaint;
-  } cases[] = {
-      {"", "tolvanix: :1: the file is empty\n"},
-      {"PCI 1\n", "tolvanix: :1: this is no header of a registry export\n"},
-      {std::string(5000, '\xA5'), "tolvanix: :1: this is no header of a registry export\n"},
-      {"\xFE\xFF", "tolvanix: :1: this is no header of a registry export\n"},
-      {utf16File(u"REGEDIT4\n\n") + "x", "tolvanix: :3: the file ends in half a UTF-16 unit\n"},
-      {kHeader + std::string("hello\n"), "tolvanix: :3: this is neither a key nor a value\n"},
-      {kHeader + std::string("\0", 1), "tolvanix: :3: this is neither a key nor a value\n"},
-      {kHeader + std::string("[HKEY_LOCAL_MACHINE\\SY"),
-       "tolvanix: :3: the key has no closing bracket\n"},
-      {kHeader + std::string("[]\n"), "tolvanix: :3: the key has no name\n"},
-      {kHeader + std::string("[a] b\n"), "tolvanix: :3: there is text behind the key\n"},
-      {kHeader + std::string("\"a\"=\"b\"\n"),
-       "tolvanix: :3: this value stands before the first key\n"},
-      {kHeader + device, "tolvanix: :4: this is no form of data\n"},
-      {kHeader + device + "1\n", "tolvanix: :4: this is no form of data\n"},
-      {kHeader + device + "\"PCI\n\n", "tolvanix: :4: the text has no closing quote\n"},
-      {kHeader + device + "\"PCI\"x\n", "tolvanix: :4: there is text behind the value\n"},
-      {kHeader + device + "hex(7):50,00,\\", "tolvanix: :4: the value ends in the middle\n"},
-      {kHeader + device + "hex(7):50,00,\\\n", "tolvanix: :5: a byte is missing in the value\n"},
-      {kHeader + device + "hex(7):50,00,\n", "tolvanix: :4: a byte is missing in the value\n"},
-      {kHeader + device + "hex(7:50\n",
-       "tolvanix: :4: the type of the value is not followed by \"):\"\n"},
-      {kHeader + device + "dword:123456789\n",
-       "tolvanix: :4: one to eight hexadecimal digits needed\n"},
-      {kHeader + std::string("[a]\n\"b\"\n"),
-       "tolvanix: :4: the value's name is not followed by an equals sign\n"},
+      kHeader + "[HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Enum\\PCI\\A\\1]\n\"HardwareID\"=";
+  const std::pair<std::string, const char*> rows[] = {
+      {"", "1: the file is empty\n"},
+      {"PCI 1\n", "1: this is no header of a registry export\n"},
+      {std::string(5000, '\xA5'), "1: this is no header of a registry export\n"},
+      {"\xFE\xFF", "1: this is no header of a registry export\n"},
+      {utf16File(u"REGEDIT4\n\n") + "x", "3: the file ends in half a UTF-16 unit\n"},
+      {kHeader + "hello\n", "3: this is neither a key nor a value\n"},
+      {kHeader + '\0', "3: this is neither a key nor a value\n"},
+      {kHeader + "[HKEY_LOCAL_MACHINE\\SY", "3: the key has no closing bracket\n"},
+      {kHeader + "[]\n", "3: the key has no name\n"},
+      {kHeader + "[a] b\n", "3: there is text behind the key\n"},
+      {kHeader + "\"a\"=\"b\"\n", "3: this value stands before the first key\n"},
+      {device, "4: this is no form of data\n"},
+      {device + "1\n", "4: this is no form of data\n"},
+      {device + "\"PCI\n\n", "4: the text has no closing quote\n"},
+      {device + "\"PCI\"x\n", "4: there is text behind the value\n"},
+      {device + "hex(7):50,00,\\", "4: the value ends in the middle\n"},
+      {device + "hex(7):50,00,\\\n", "5: a byte is missing in the value\n"},
+      {device + "hex(7):50,00,\n", "4: a byte is missing in the value\n"},
+      {device + "hex(7:50\n", "4: the type of the value is not followed by \"):\"\n"},
+      {device + "dword:123456789\n", "4: one to eight hexadecimal digits needed\n"},
+      {kHeader + "[a]\n\"b\"\n", "4: the value's name is not followed by an equals sign\n"},
   };
-  for (const auto& c : cases) EXPECT_EQ(complaintAbout(c.bytes), c.complaint);
-}
-
-TEST(RegistryMachine, MissingFile_IsOneLineAndNoDevices) {
-  testing::internal::CaptureStderr();
-  const ScopedMachine machine("no/such/machine.reg");
-  EXPECT_EQ(describeDevices(), "");
-  BOOL answered = FALSE;
-  EXPECT_EQ(versionOf(answered).dwMajorVersion, 0U);
-  EXPECT_TRUE(answered);
-  EXPECT_EQ(testing::internal::GetCapturedStderr(),
-            "tolvanix: no/such/machine.reg: No such file or directory\n");
+  const TempDir folder;
+  for (const auto& [bytes, complaint] : rows) {
+    writeFile(folder / "m.reg", bytes);
+    EXPECT_EQ(complaintAbout(folder / "m.reg"), complaint);
+  }
+  EXPECT_EQ(complaintAbout("no/such/machine.reg"), " No such file or directory\n");
 }
 
 TEST(IndirectText, Forms_ResolveAsThePlatformDoes) {
-  const struct {
-    const char* stored;
-    std::optional<std::string> text;
-  } cases[] = {
+  const std::pair<const char*, std::optional<std::string>> rows[] = {
       {"plain", "plain"},
       {"@oem4.inf,%e1502%;Text; with (all) of it", "Text; with (all) of it"},
       {"@oem4.inf,%a;b%;Text", "Text"},
@@ -159,40 +139,28 @@ TEST(IndirectText, Forms_ResolveAsThePlatformDoes) {
       {"@home, sweet", "@home, sweet"},
       {"@a,", "@a,"},
   };
-  for (const auto& c : cases) EXPECT_EQ(winapi::resolveIndirectText(c.stored), c.text) << c.stored;
+  for (const auto& [stored, text] : rows) {
+    EXPECT_EQ(winapi::resolveIndirectText(stored), text) << stored;
+  }
 }
 
 TEST(Version, Values_DecideTheAnswer) {
-  const struct {
-    const char* values;
-    BOOL answered;
-    DWORD major;
-    DWORD minor;
-  } cases[] = {
-      {"", TRUE, 0, 0},
-      {"\"CurrentVersion\"=\"6.3\"\n\"CurrentMajorVersionNumber\"=dword:a\n", TRUE, 10, 0},
-      {"\"CurrentVersion\"=\"6.2\"\n", TRUE, 6, 2},
-      {"\"CurrentVersion\"=\"six\"\n", FALSE, 0, 0},
-      {"\"CurrentVersion\"=dword:6\n", FALSE, 0, 0},
-      {"\"CurrentMajorVersionNumber\"=\"10\"\n", FALSE, 0, 0},
-      {"\"CurrentVersion\"=\"6.1\"\n\"CurrentBuild\"=\"x\"\n", FALSE, 0, 0},
+  const std::pair<const char*, const char*> rows[] = {
+      {"", "0.0.0 0"},
+      {"\"CurrentVersion\"=\"6.3\"\n\"CurrentMajorVersionNumber\"=dword:a\n", "10.0.0 0"},
+      {"\"CurrentVersion\"=\"6.2\"\n", "6.2.0 0"},
+      {"\"CurrentVersion\"=\"six\"\n", "none"},
+      {"\"CurrentVersion\"=dword:6\n", "none"},
+      {"\"CurrentMajorVersionNumber\"=\"10\"\n", "none"},
+      {"\"CurrentVersion\"=\"6.1\"\n\"CurrentBuild\"=\"x\"\n", "none"},
   };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.values);
-    const TempDir folder;
+  const TempDir folder;
+  for (const auto& [values, system] : rows) {
     writeFile(folder / "m.reg",
-              std::string(kHeader)
-                  .append("[HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion]\n")
-                  .append(c.values));
+              kHeader + "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion]\n" +
+                  values);
     const ScopedMachine machine(folder / "m.reg");
-    BOOL answered = FALSE;
-    const OSVERSIONINFOEXA version = versionOf(answered);
-    EXPECT_EQ(answered, c.answered);
-    if (answered == FALSE) {
-      EXPECT_EQ(GetLastError(), ERROR_INVALID_DATA);
-    }
-    EXPECT_EQ(version.dwMajorVersion, c.major);
-    EXPECT_EQ(version.dwMinorVersion, c.minor);
+    EXPECT_EQ(describeSystem(), system) << values;
   }
 }
 
@@ -232,4 +200,4 @@ TEST(Handles, OfAnotherFamilyOrClosed_AreInvalid) {
 }
 
 }  // namespace
-}  // namespace tolvanix
+}  // namespace tolvanix::test

@@ -12,14 +12,8 @@
 #include "winapi/Owner.h"
 #include "winapi/winapi.h"
 
-namespace tolvanix {
+namespace tolvanix::test {
 namespace {
-
-using test::placeHelper;
-using test::readFile;
-using test::ScopedCurrentDirectory;
-using test::TempDir;
-using test::writeFile;
 
 class PosixTest : public ::testing::Test {
  protected:
@@ -38,8 +32,7 @@ class PosixTest : public ::testing::Test {
     return exitCode;
   }
 
-  TempDir dir;
-  ScopedCurrentDirectory inDir{dir.path()};
+  CurrentTempDir dir;
 };
 
 TEST_F(PosixTest, ChildEndedByASignal_HasExitCode128AndItsNumber) {
@@ -118,4 +111,4 @@ TEST_F(PosixTest, ClosedHandle_IsTold) {
 }
 
 }  // namespace
-}  // namespace tolvanix
+}  // namespace tolvanix::test

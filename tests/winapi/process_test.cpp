@@ -11,14 +11,8 @@
 #include "winapi/Owner.h"
 #include "winapi/winapi.h"
 
-namespace tolvanix {
+namespace tolvanix::test {
 namespace {
-
-using test::placeHelper;
-using test::readFile;
-using test::ScopedCurrentDirectory;
-using test::TempDir;
-using test::writeFile;
 
 constexpr DWORD kStillActive = 259;
 constexpr DWORD kLongEnough = 20000;
@@ -50,8 +44,7 @@ class ProcessTest : public ::testing::Test {
  protected:
   std::string native(const char* name) const { return (dir / name).string(); }
 
-  TempDir dir;
-  ScopedCurrentDirectory inDir{dir.path()};
+  CurrentTempDir dir;
 };
 
 TEST_F(ProcessTest, RunningChild_TimesOutAndIsStillActive) {
@@ -163,19 +156,15 @@ TEST_F(ProcessTest, Pipe_TellsWhatIsThereAndBreaksAtTheEnd) {
 }
 
 TEST_F(ProcessTest, HandleOfAnotherKind_SetsInvalidHandle) {
-  HANDLE readHandle = nullptr;
-  HANDLE writeHandle = nullptr;
-  ASSERT_TRUE(CreatePipe(&readHandle, &writeHandle, nullptr, 0));
-  const KernelObjectOwner readEnd(readHandle);
-  const KernelObjectOwner writeEnd(writeHandle);
+  const HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);
   DWORD exitCode = 0;
-  EXPECT_FALSE(GetExitCodeProcess(readHandle, &exitCode));
+  EXPECT_FALSE(GetExitCodeProcess(output, &exitCode));
   EXPECT_EQ(GetLastError(), ERROR_INVALID_HANDLE);
   EXPECT_FALSE(CloseHandle(nullptr));
   EXPECT_EQ(GetLastError(), ERROR_INVALID_HANDLE);
   EXPECT_EQ(GetStdHandle(7), INVALID_HANDLE_VALUE);
-  EXPECT_FALSE(SetStdHandle(7, readHandle));
+  EXPECT_FALSE(SetStdHandle(7, output));
 }
 
 }  // namespace
-}  // namespace tolvanix
+}  // namespace tolvanix::test

@@ -8,13 +8,8 @@
 #include "support/Files.h"
 #include "winapi/Owner.h"
 
-namespace tolvanix {
+namespace tolvanix::test {
 namespace {
-
-using test::ScopedCurrentDirectory;
-using test::TempDir;
-using test::utf16File;
-using test::writeFile;
 
 constexpr char kFile[] = ".\\test.inf";
 constexpr char kVersion[] = "[Version]\nSignature=\"$Windows NT$\"\nClass=Net\n";
@@ -62,8 +57,7 @@ class Inf : public testing::Test {
     return found;
   }
 
-  const TempDir folder;
-  const ScopedCurrentDirectory scope{folder.path()};
+  const CurrentTempDir folder;
 };
 
 using Lines = std::vector<std::string>;
@@ -99,9 +93,6 @@ TEST_F(Inf, Open_NamesThatAreNoFile) {
   std::filesystem::create_directory(folder / "folder.inf");
   EXPECT_EQ(openError(".\\folder.inf"), ERROR_ACCESS_DENIED);
   EXPECT_EQ(openError("./test.inf"), ERROR_SUCCESS);
-}
-
-TEST_F(Inf, Open_SyntaxError_GivesItsLine) {
   write("; one\n[Version]\n\n[open\n");
   UINT line = 0;
   SetupOpenInfFileA(kFile, nullptr, INF_STYLE_WIN4, &line);
@@ -178,46 +169,36 @@ TEST_F(Inf, StringField_SizesAndBuffers) {
   EXPECT_STREQ(text, "abc");
 }
 
-struct ClassResult {
-  BOOL done;
+TEST_F(Inf, Class_IsNameAndGuidOfTheVersion) {
+  const std::string start = "[Version]\r\nSignature=\"$Windows NT$\"\r\n";
+  const struct {
+    std::string file;
+    const char* name;  // empty for none
+    unsigned guidStart;
+    unsigned guidEnd;
+  } rows[] = {
+      {start + "Class=\"Net\"\r\nClassGuid={4D36E972-E325-11CE-BFC1-08002BE10318}\r\n", "Net",
+       0x4d36e972, 0x18},
+      // Behind the part of the file that is read first.
+      {"[Other]\n" + std::string(9000, ';') + "\n" + kVersion, "Net", 0, 0},
+      {start, "", 0, 0},
+      {start + "Class=\n", "", 0, 0},
+      {start + "ClassGuid={4D36E972}\n", "", 0, 0},
+      {start + "ClassGuid=%guid%\n", "", 0, 0},
+  };
   GUID guid{};
   char name[64] = "";
-};
-
-ClassResult infClass(const char* file = kFile) {
-  ClassResult result;
-  SetLastError(ERROR_SUCCESS);
-  result.done = SetupDiGetINFClassA(file, &result.guid, result.name, sizeof result.name, nullptr);
-  return result;
-}
-
-TEST_F(Inf, Class_ReadsNameAndGuid) {
-  write(
-      "[Version]\r\nSignature=\"$Windows NT$\"\r\nClass=\"Net\"\r\n"
-      "ClassGuid={4D36E972-E325-11CE-BFC1-08002BE10318}\r\n");
-  const ClassResult result = infClass();
-  ASSERT_TRUE(result.done);
-  EXPECT_STREQ(result.name, "Net");
-  EXPECT_EQ(result.guid.Data1, 0x4d36e972U);
-  EXPECT_EQ(result.guid.Data3, 0x11ceU);
-  EXPECT_EQ(result.guid.Data4[7], 0x18U);
-}
-
-TEST_F(Inf, Class_WithoutGuid_LeavesItZero) {
-  // Behind the part of the file that is read first.
-  write("[Other]\n" + std::string(9000, ';') + "\n" + kVersion);
-  const ClassResult result = infClass();
-  ASSERT_TRUE(result.done);
-  EXPECT_STREQ(result.name, "Net");
-  EXPECT_EQ(result.guid.Data1, 0U);
-}
-
-TEST_F(Inf, Class_NoneNamed_Fails) {
-  for (const char* const lines : {"", "Class=\n", "ClassGuid={4D36E972}\n", "ClassGuid=%guid%\n"}) {
-    write(std::string("[Version]\nSignature=\"$Windows NT$\"\n") + lines);
-    EXPECT_FALSE(infClass().done) << lines;
+  for (const auto& row : rows) {
+    write(row.file);
+    guid = {};
+    EXPECT_EQ(SetupDiGetINFClassA(kFile, &guid, name, sizeof name, nullptr) != FALSE,
+              *row.name != 0);
+    if (*row.name == 0) continue;
+    EXPECT_STREQ(name, row.name);
+    EXPECT_EQ(guid.Data1, row.guidStart);
+    EXPECT_EQ(guid.Data4[7], row.guidEnd);
   }
-  EXPECT_FALSE(infClass(".\\none.inf").done);
+  EXPECT_FALSE(SetupDiGetINFClassA(".\\none.inf", &guid, name, sizeof name, nullptr));
   EXPECT_EQ(GetLastError(), ERROR_FILE_NOT_FOUND);
 }
 
@@ -234,4 +215,4 @@ TEST(ClassGuids, KnownAndUnknownNames) {
 }
 
 }  // namespace
-}  // namespace tolvanix
+}  // namespace tolvanix::test

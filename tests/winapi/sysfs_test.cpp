@@ -1,54 +1,69 @@
 // The computers that sysfs trees describe.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <string>
+
 #include "inventory/PciEnumeration.h"
 #include "support/Files.h"
 #include "support/ScopedMachine.h"
-#include "support/SysfsTree.h"
+#include "winapi/posix/Machine.h"
 #include "winapi/posix/PciIds.h"
 
-namespace tolvanix {
+namespace tolvanix::test {
 namespace {
 
-using test::addSysfsDriver;
-using test::addSysfsFunction;
-using test::ScopedMachine;
-using test::TempDir;
-using test::writeFile;
+class SysfsMachine : public testing::Test {
+ protected:
+  void add(const std::string& address,
+           std::initializer_list<std::pair<std::string_view, std::string_view>> files) const {
+    for (const auto& [name, text] : files) {
+      writeFile(root / "bus/pci/devices" / address / name, std::string(text) + '\n');
+    }
+  }
 
-std::string propertyOf(std::size_t device, DWORD property) {
-  const auto value = winapi::presentedMachine().deviceProperty(device, property);
-  if (!value) return "absent";
-  return value->type == REG_SZ ? winapi::textIn(*value) : value->data;
-}
+  static std::string propertyOf(std::size_t device, DWORD property) {
+    const auto value = winapi::presentedMachine().deviceProperty(device, property);
+    if (!value) return "absent";
+    std::string text = value->type == REG_SZ ? winapi::textIn(*value) : value->data;
+    std::replace(text.begin(), text.end(), '\0', '#');
+    return text;
+  }
 
-TEST(SysfsMachine, Function_GetsWhatWindowsWouldGiveIt) {
+  // "<first hardware ID> <driver version>\n" of each device.
+  static std::string enumerated() {
+    DeviceRecord* const first = EnumeratePciDevices(nullptr, nullptr, 6);
+    std::string text;
+    for (const DeviceRecord* d = first; d != nullptr; d = d->next) {
+      text.append(d->hardwareID).append(" ").append(d->driverVersion).append("\n");
+    }
+    FreeDeviceRecords(first);
+    return text;
+  }
+
   const TempDir root;
-  addSysfsDriver(root.path(), "snd_dev-x", "snd_module", "7.5-k");
-  addSysfsFunction(root.path(),
-                   {"0001:0a:1f.3", 0x1DE4, 0x29C0, 0x1028, 0xAB, 0x040300, 0xC, "snd_dev-x"});
+};
+
+TEST_F(SysfsMachine, Function_GetsWhatWindowsWouldGiveIt) {
+  add("0001:0a:1f.3", {{"uevent",
+                        "DRIVER=snd_dev-x\nPCI_CLASS=40300\nPCI_ID=1DE4:29C0\n"
+                        "PCI_SUBSYS_ID=1028:00AB\nPCI_SLOT_NAME=0001:0a:1f.3"},
+                       {"revision", "0x0c"},
+                       {"driver/module/version", "7.5-k"}});
   const ScopedMachine machine(root.path());
-  ASSERT_EQ(winapi::presentedMachine().deviceCount(), 1U);
-  const std::string ids =
-      "PCI\\VEN_1DE4&DEV_29C0&SUBSYS_00AB1028&REV_0C#PCI\\VEN_1DE4&DEV_29C0&SUBSYS_00AB1028#"
-      "PCI\\VEN_1DE4&DEV_29C0&CC_040300#PCI\\VEN_1DE4&DEV_29C0&CC_0403##";
-  std::string list = propertyOf(0, SPDRP_HARDWAREID);
-  std::replace(list.begin(), list.end(), '\0', '#');
-  EXPECT_EQ(list, ids);
+  EXPECT_EQ(propertyOf(0, SPDRP_HARDWAREID),
+            "PCI\\VEN_1DE4&DEV_29C0&SUBSYS_00AB1028&REV_0C#PCI\\VEN_1DE4&DEV_29C0&SUBSYS_00AB1028#"
+            "PCI\\VEN_1DE4&DEV_29C0&CC_040300#PCI\\VEN_1DE4&DEV_29C0&CC_0403##");
   EXPECT_EQ(propertyOf(0, SPDRP_LOCATION_INFORMATION), "PCI bus 266, device 31, function 3");
   EXPECT_EQ(propertyOf(0, SPDRP_DEVICEDESC), "PCI Device");
   EXPECT_EQ(propertyOf(0, SPDRP_FRIENDLYNAME), "absent");
-  DeviceRecord* const record = EnumeratePciDevices(nullptr, nullptr, 6);
-  ASSERT_NE(record, nullptr);
-  EXPECT_STREQ(record->driverVersion, "7.5-k");
-  FreeDeviceRecords(record);
+  EXPECT_EQ(enumerated(), "PCI\\VEN_1DE4&DEV_29C0&SUBSYS_00AB1028&REV_0C 7.5-k\n");
 }
 
-TEST(SysfsMachine, Functions_AreOrderedByAddress) {
-  const TempDir root;
+TEST_F(SysfsMachine, Functions_AreOrderedByAddress) {
   for (const char* const address :
        {"10000:00:00.0", "0000:10:00.0", "0000:02:1f.1", "0000:02:03.0", "0000:02:1f.0"}) {
-    addSysfsFunction(root.path(), {address, 0x1DE4, 1, 0, 0, 0, 0, ""});
+    add(address, {{"vendor", "0x1de4"}, {"device", "0x0001"}});
   }
   const ScopedMachine machine(root.path());
   std::string places;
@@ -61,57 +76,44 @@ TEST(SysfsMachine, Functions_AreOrderedByAddress) {
             "PCI bus 16777216, device 0, function 0\n");
 }
 
-TEST(SysfsMachine, Snapshot_IsReadFromTheFilesItHas) {
-  const TempDir root;
+TEST_F(SysfsMachine, Snapshot_IsReadFromTheFilesItHas) {
+  add("0000:00:01.0", {{"vendor", "0x1de4"},
+                       {"device", "0x0007"},
+                       {"modalias", "pci:v00001DE4d00000007sv00001AF4sd00001100bc02sc80i0A"}});
+  add("0000:00:02.0", {{"uevent", "PCI_ID=1DE4:0008\nDRIVER=made-up"},
+                       {"class", "0x0c0330"},
+                       {"subsystem_vendor", "0x1af4"},
+                       {"subsystem_device", "0x0011"}});
+  // Left out: what has no identifiers, is no function, or has gone.
+  add("0000:00:03.0", {{"irq", "1"}});
+  add("0000:00:04.0", {{"vendor", "nonsense"}});
+  add("not a function", {{"vendor", "0x1de4"}, {"device", "0x0001"}});
   const auto devices = root / "bus/pci/devices";
-  writeFile(devices / "0000:00:01.0" / "vendor", "0x1de4\n");
-  writeFile(devices / "0000:00:01.0" / "device", "0x0007\n");
-  writeFile(devices / "0000:00:01.0" / "modalias",
-            "pci:v00001DE4d00000007sv00001AF4sd00001100bc02sc80i0A\n");
-  writeFile(devices / "0000:00:02.0" / "uevent", "PCI_ID=1DE4:0008\nDRIVER=made-up\n");
-  writeFile(devices / "0000:00:02.0" / "class", "0x0c0330\n");
-  writeFile(devices / "0000:00:02.0" / "subsystem_vendor", "0x1af4\n");
-  writeFile(devices / "0000:00:02.0" / "subsystem_device", "0x0011\n");
-  writeFile(root / "module/made_up/version", "3\n");
-  writeFile(devices / "0000:00:03.0" / "irq", "1\n");
-  writeFile(devices / "0000:00:04.0" / "vendor", "nonsense\n");
-  writeFile(devices / "not a function" / "vendor", "0x1de4\n");
   std::filesystem::create_directory_symlink("../gone", devices / "0000:00:05.0");
+  std::filesystem::create_directory_symlink("../other-driver", devices / "0000:00:01.0/driver");
+  writeFile(root / "module/made_up/version", "3\n");
+  writeFile(root / "module/other_driver/version", "4\n");
   const ScopedMachine machine(root.path());
-  DeviceRecord* const first = EnumeratePciDevices(nullptr, nullptr, 6);
-  ASSERT_NE(first, nullptr);
-  EXPECT_STREQ(first->hardwareID, "PCI\\VEN_1DE4&DEV_0007&SUBSYS_11001AF4&REV_00");
+  EXPECT_EQ(enumerated(),
+            "PCI\\VEN_1DE4&DEV_0007&SUBSYS_11001AF4&REV_00 4\n"
+            "PCI\\VEN_1DE4&DEV_0008&SUBSYS_00111AF4&REV_00 3\n");
   EXPECT_NE(propertyOf(0, SPDRP_HARDWAREID).find("&CC_02800A"), std::string::npos);
-  EXPECT_EQ(propertyOf(0, SPDRP_DRIVER), "absent");
-  ASSERT_NE(first->next, nullptr);
-  EXPECT_STREQ(first->next->hardwareID, "PCI\\VEN_1DE4&DEV_0008&SUBSYS_00111AF4&REV_00");
   EXPECT_NE(propertyOf(1, SPDRP_HARDWAREID).find("&CC_0C0330"), std::string::npos);
-  EXPECT_STREQ(first->next->driverVersion, "3") << "a built-in driver's module";
-  EXPECT_EQ(first->next->next, nullptr) << "functions without their files are left out";
-  FreeDeviceRecords(first);
 }
 
-TEST(SysfsMachine, FolderWithoutPciDevices_IsOneLineAndNoDevices) {
-  const TempDir root;
+TEST_F(SysfsMachine, FolderWithoutPciDevices_IsOneLineAndNoDevices) {
   testing::internal::CaptureStderr();
   const ScopedMachine machine(root.path());
-  EXPECT_EQ(EnumeratePciDevices(nullptr, nullptr, 6), nullptr);
+  EXPECT_EQ(enumerated(), "");
   EXPECT_EQ(testing::internal::GetCapturedStderr(),
             "tolvanix: " + root.path().string() + "/bus/pci/devices: No such file or directory\n");
-}
-
-TEST(SysfsMachine, Version_IsThatOfTheKernel) {
-  const TempDir root;
-  test::makeSysfsTree(root.path(), 20);
-  const ScopedMachine machine(root.path());
-  EXPECT_EQ(winapi::presentedMachine().deviceCount(), 20U);
-  const std::string release = test::readFile("/proc/sys/kernel/osrelease");
+  const std::string release = readFile("/proc/sys/kernel/osrelease");
   OSVERSIONINFOEXA version{};
   version.dwOSVersionInfoSize = sizeof version;
   ASSERT_TRUE(GetVersionExA(reinterpret_cast<OSVERSIONINFOA*>(&version)));
-  const std::string start =
-      std::to_string(version.dwMajorVersion) + '.' + std::to_string(version.dwMinorVersion);
-  EXPECT_TRUE(release.starts_with(start)) << release;
+  EXPECT_TRUE(release.starts_with(std::to_string(version.dwMajorVersion) + '.' +
+                                  std::to_string(version.dwMinorVersion)))
+      << release;
   EXPECT_EQ(version.wServicePackMajor, 0);
 }
 
@@ -133,4 +135,4 @@ TEST(PciIds, Name_IsOfTheSubsystemElseOfTheDevice) {
 }
 
 }  // namespace
-}  // namespace tolvanix
+}  // namespace tolvanix::test
