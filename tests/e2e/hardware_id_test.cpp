@@ -68,6 +68,52 @@ TEST(HardwareId, EveryOutcome_HasItsDocumentAndExitCode) {
   }
 }
 
+// No device of these IDs is present, so what is found leads to that status.
+TEST(HardwareId, Search_LooksWhereverAnIdMayStand) {
+  const std::string id = "PCI\\VEN_1DE4&DEV_1234&SUBSYS_0001ABCD";
+  const std::string model = "[Manufacturer]\nm=M\n[M]\nd=i";  // one, whose IDs may follow
+  const std::string makers =
+      "[Manufacturer]\n%a%=A,NT,NTamd64.6.1\nb=B\n[A]\nx=i,PCI\\1\n[A.NTamd64.6.1]\nx=i,PCI\\2\n"
+      "[B]\nx=i,PCI\\3\n[C]\nx=i,PCI\\4\n";
+  const std::string keyless =
+      "[Manufacturer]\nm=M,NT\n[M]\na=i,PCI\\1\ni,PCI\\2\nb=i,PCI\\3\n[M.NT]\nc=i,PCI\\4\n";
+  std::string decorated = "[Manufacturer]\nm=M";
+  for (int field = 2; field <= 100; ++field) decorated += ",D" + std::to_string(field);
+  decorated += "\n[M.D99]\na=i,PCI\\99\n[M.D100]\na=i,PCI\\100\n";
+  const struct {
+    std::string inf;
+    std::string wanted;
+    bool found;
+  } rows[] = {
+      {model + "," + id, id, true},
+      {model + "," + id + "&REV_02", id, true},
+      {model + ", pci\\ven_1de4&dev_1234", id, true},
+      {model + "," + id, "pci\\ven_1de4&dev_1234", true},
+      {model + ", USB\\OTHER, PCI\\NONE," + id, id, true},
+      {model, id, true},  // no ID counts as an empty one
+      {model + ",x," + std::string(400, 'y') + "," + id, id, true},
+      {model + ", PCI\\VEN_1DE4&DEV_1235", id, false},
+      {model + "," + id + "&rev_02x", id + "&rev_03", false},
+      {model + "," + std::string(300, 'x'), id, false},
+      {makers, "PCI\\1", true},
+      {makers, "PCI\\2", true},
+      {makers, "PCI\\3", true},
+      {makers, "PCI\\4", false},
+      {keyless, "PCI\\3", false},  // the line without a key ends its section
+      {keyless, "PCI\\4", true},
+      {decorated, "PCI\\99", true},
+      {decorated, "PCI\\100", false},  // one more than are searched
+      {"", id, false},
+  };
+  for (const auto& row : rows) {
+    const Package package;
+    package.add("a.inf", "[Version]\nSignature=\"$Windows NT$\"\nClass=System\n" + row.inf);
+    EXPECT_EQ(package.run({"-uhid", "-c", "-w", row.wanted}).exitCode,
+              row.found ? kNoExistingDevice : kCheckedIdNotFound)
+        << row.inf;
+  }
+}
+
 // What differs between computers and folders, in one form: the package's folder is `@`, the place
 // of the device among the present ones `#`.
 std::string normalized(std::string trace) {

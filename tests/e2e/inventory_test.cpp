@@ -2,18 +2,20 @@
 #include <gtest/gtest.h>
 
 #include "support/Package.h"
+#include "support/ResultDocument.h"
 
 namespace tolvanix::test {
 namespace {
 
-// Four devices as they usually are; then many that are not, of which the vendor 1DE5 is not wanted.
+// Four devices as they usually are, and many that are not, with a filter.
 TEST(Inventory, PciDevices_AreInTheDocument) {
-  for (const std::string name : {"four_devices", "odd_devices"}) {
-    std::string expected = readText(fixture("computers/" + name + ".xml"));
-    std::erase(expected, '\n');
-    const Computer computer(fixture("computers/" + name + ".reg"));
+  for (const std::string name : {"computers/four_devices", "computers/odd_devices"}) {
+    const std::string expected = fixtureDocument(name + ".xml");
+    const Computer computer(fixture(name + ".reg"));
     const Package package;
-    package.add("DriverConfiguration.ini", "[Not wanted]\nVendorID=1de5\n");
+    if (name.ends_with("odd_devices")) {
+      package.addCopy("DriverConfiguration.ini", fixture(name + ".ini"));
+    }
     const ProgramResult printed = package.run({"-i"}, computer);
     EXPECT_EQ(printed.exitCode, 0);
     EXPECT_EQ(Computer::withoutOwnDevice(printed.output), expected);

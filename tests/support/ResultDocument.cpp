@@ -1,5 +1,6 @@
 #include "support/ResultDocument.h"
 
+#include <regex>
 #include <set>
 
 #include "app/Status.h"
@@ -37,6 +38,10 @@ std::string statusElement(int status) {
 std::string executionDocument(const std::string& content, int reboot) {
   return R"(<?xml version="1.0" encoding="UTF-8"?><SVMExecution lang="en">)" + content +
          formatText("<RebootRequired>%d</RebootRequired></SVMExecution>", reboot);
+}
+
+std::string fixtureDocument(std::string_view name) {
+  return std::regex_replace(readText(fixture(name)), std::regex(">\n"), ">");
 }
 
 std::string schemaErrors(const std::string& document) {
