@@ -10,8 +10,8 @@ namespace {
 const std::string kDeclaration = R"(<?xml version="1.0" encoding="UTF-8"?>)";
 
 struct Row {
-  Arguments arguments;
   int status;
+  std::vector<Arguments> commandLines;
 };
 
 TEST(CommandLine, Help_PrintsAllLinesAndNoDocument) {
@@ -35,61 +35,51 @@ TEST(CommandLine, Version_PrintsTitleAndNotice) {
 
 TEST(CommandLine, Refused_StatusIsWrittenToStandardOutputOnly) {
   const Row rows[] = {
-      {{}, 2},
-      {{"-bad", "-h"}, 3},
-      {{"-d"}, 3},
-      {{"-i", "-D=1"}, 3},
-      {{"-i", ""}, 3},
-      {{"-c"}, 4},
-      {{"-o", "-i"}, 4},
-      {{"-i", "-u"}, 5},
-      {{"-uhid", "-uhid", "-h"}, 5},
-      {{"-i", "-d=5"}, 6},
-      {{"-i", "-d=10"}, 6},
-      {{"-i", "-d="}, 6},
-      {{"-i", "-o"}, 7},
-      {{"-i", "-e"}, 8},
-      {{"-u", "-p"}, 9},
-      {{"-u", "-n"}, 10},
-      {{"-uhid", "-w"}, 12},
+      {2, {{}}},
+      {3, {{"-bad", "-h"}, {"-d"}, {"-i", "-D=1"}, {"-i", ""}}},
+      {4, {{"-c"}, {"-o", "-i"}}},
+      {5, {{"-i", "-u"}, {"-uhid", "-uhid", "-h"}}},
+      {6, {{"-i", "-d=5"}, {"-i", "-d=10"}, {"-i", "-d="}}},
+      {7, {{"-i", "-o"}}},
+      {8, {{"-i", "-e"}}},
+      {9, {{"-u", "-p"}}},
+      {10, {{"-u", "-n"}}},
+      {12, {{"-uhid", "-w"}}},
   };
-  for (const Row& row : rows) {
-    const Package package;
-    package.add("old.xml", "kept");
-    Arguments arguments = row.arguments;
-    if (!arguments.empty()) arguments.insert(arguments.begin(), {"-o", "old.xml"});
-    const ProgramResult run = package.run(arguments);
-    EXPECT_EQ(run.exitCode, row.status);
-    EXPECT_EQ(run.output, kDeclaration + statusElement(row.status));
-    EXPECT_EQ(readFile(package / "old.xml"), "kept");
-    EXPECT_FALSE(exists(package / "tolvanix_debug.log"));
+  for (const auto& [status, commandLines] : rows) {
+    for (Arguments arguments : commandLines) {
+      const Package package;
+      package.add("old.xml", "kept");
+      if (!arguments.empty()) arguments.insert(arguments.begin(), {"-o", "old.xml"});
+      const ProgramResult run = package.run(arguments);
+      EXPECT_EQ(run.exitCode, status);
+      EXPECT_EQ(run.output, kDeclaration + statusElement(status));
+      EXPECT_EQ(readFile(package / "old.xml"), "kept");
+      EXPECT_FALSE(exists(package / "tolvanix_debug.log"));
+    }
   }
 }
 
 TEST(CommandLine, FileCannotBeUsed_StatusStandsInTheCommandsElement) {
   const Row rows[] = {
-      {{"-i", "-o", "folder"}, 13},
-      {{"-i", "-o", "none/out.xml"}, 13},
-      {{"-uhid", "-o", "folder"}, 13},
-      {{"-i", "-d=1", "-e", "folder"}, 14},
-      {{"-uhid", "-n", "none.inf"}, 15},
-      {{"-uhid", "-n", "folder"}, 15},
-      {{"-u", "-p", "none.xml", "-n", "none.inf"}, 15},
-      {{"-u"}, 16},
-      {{"-u", "-p", "folder"}, 16},
-      {{"-u", "-p", "text"}, 23},
-      {{"-uhid"}, 11},
+      {11, {{"-uhid"}}},
+      {13, {{"-i", "-o", "folder"}, {"-i", "-o", "none/out.xml"}, {"-uhid", "-o", "folder"}}},
+      {14, {{"-i", "-d=1", "-e", "folder"}}},
+      {15, {{"-uhid", "-n", "none.inf"}, {"-uhid", "-n", "folder"}, {"-u", "-n", "none.inf"}}},
+      {16, {{"-u"}, {"-u", "-p", "folder"}}},
+      {23, {{"-u", "-p", "text"}}},
   };
-  for (const Row& row : rows) {
-    const Package package;
-    package.add("folder/in.txt", "");
-    package.add("text", "");
-    const ProgramResult run = package.run(row.arguments);
-    EXPECT_EQ(run.exitCode, row.status);
-    const std::string status = statusElement(row.status);
-    EXPECT_EQ(run.output, row.arguments[0] == "-i" ? kDeclaration + R"(<SVMInventory lang="en">)" +
-                                                         status + "</SVMInventory>"
-                                                   : executionDocument(status));
+  const Package package;
+  package.add("folder/in.txt", "");
+  package.add("text", "");
+  for (const auto& [status, commandLines] : rows) {
+    for (const Arguments& arguments : commandLines) {
+      const ProgramResult run = package.run(arguments);
+      EXPECT_EQ(run.exitCode, status);
+      EXPECT_EQ(run.output, arguments[0] == "-i" ? kDeclaration + R"(<SVMInventory lang="en">)" +
+                                                       statusElement(status) + "</SVMInventory>"
+                                                 : executionDocument(statusElement(status)));
+    }
   }
 }
 

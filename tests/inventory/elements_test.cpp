@@ -36,21 +36,6 @@ TEST(SPXMLApplication, PackageVersion_IsTheLastPackagesAndFillsAMissingVersion) 
           uR"(<Application version="A04"  display="d" ><Package version="A05" ></Package></Application>)"));
 }
 
-TEST(SPXMLData, Children_StandInTheirOrder) {
-  SPXMLData data(SPString("SVMInventory"), SPString("en"), 0x1A);
-  data.addDevice({SPString("A & B"), 0x10DE, 0x103C, 0x0DF8, 0x835E, 2, 0, 1});
-  const SPUString text = data.generateXML();
-  const std::size_t system =
-      text.find(u"<SVMInventory lang=\"en\" ><System systemID=\"001A\" ></System>");
-  const std::size_t operatingSystem =
-      text.find(u"<OperatingSystem osVendor=\"Microsoft\"  osArch=\"x64\"");
-  EXPECT_EQ(system, 0U);
-  EXPECT_LT(operatingSystem, text.find(u"<Device "));
-  EXPECT_TRUE(text.ends_with(u"</Device></SVMInventory>"));
-  const SPUString plain = SPXMLData(SPString("R"), SPString("en"), 0xFFFFFFFF).generateXML();
-  EXPECT_EQ(plain.find(u"<System "), SPUString::npos);
-}
-
 TEST(SPXMLData, Reading_TakesDevicesAtAnyDepthAndTheLastStatus) {
   const SPXMLData data(
       uR"(<R lang="de"><System systemID="1A" systemModel="M"/><x><Device display="1"/></x>)"

@@ -1,4 +1,4 @@
-// What the computer of a registry export answers, beside its devices.
+// The presented computer: names and versions.
 #include <gtest/gtest.h>
 
 #include <optional>
@@ -9,7 +9,7 @@
 #include "support/Files.h"
 #include "support/ScopedMachine.h"
 #include "winapi/posix/IndirectText.h"
-#include "winapi/posix/Machine.h"
+#include "winapi/posix/PciIds.h"
 #include "winapi/posix/kernel32.h"
 
 namespace tolvanix::test {
@@ -50,6 +50,23 @@ TEST(IndirectText, Forms_ResolveAsThePlatformDoes) {
   for (const auto& [stored, text] : rows) {
     EXPECT_EQ(winapi::resolveIndirectText(stored), text) << stored;
   }
+}
+
+TEST(PciIds, Name_IsOfTheSubsystemElseOfTheDevice) {
+  const TempDir folder;
+  const auto file = folder / "pci.ids";
+  writeFile(file,
+            "# comment\n1de9  Late vendor\n\t0001  Late device\n1de4  Vendor\n\t0002  Second\n"
+            "\t\t1028 00ab  Board of second\n# note\n\t\t1028 00ac  Other board\n\t0001  First\n"
+            "C 02  Class\n\t0003  No device\n1df0  Last\n\t0009  Unended");
+  const winapi::PciIds names{winapi::MappedFile(file.c_str())};
+  EXPECT_EQ(names.name(0x1DE4, 2, 0x1028, 0xAC), "Other board");
+  EXPECT_EQ(names.name(0x1DE4, 2, 0x1028, 0xAD), "Second");
+  EXPECT_EQ(names.name(0x1DE4, 1, 0x1028, 0xAB), "First");
+  EXPECT_EQ(names.name(0x1DE9, 1, 0, 0), "Late device");
+  EXPECT_EQ(names.name(0x1DF0, 9, 0, 0), "Unended");
+  EXPECT_EQ(names.name(0x1DE4, 3, 0, 0), "");
+  EXPECT_EQ(winapi::PciIds(winapi::MappedFile("/no/such/list")).name(1, 1, 0, 0), "");
 }
 
 TEST(Version, Values_DecideTheAnswer) {

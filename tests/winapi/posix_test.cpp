@@ -50,6 +50,7 @@ TEST_F(PosixTest, Child_HasOnlyTheStandardDescriptors) {
 }
 
 TEST_F(PosixTest, Child_StartsWithoutOurTreatmentOfSignals) {
+  EXPECT_EQ(std::raise(SIGPIPE), 0) << "a reader that has gone does not end the program";
   const auto before = std::signal(SIGUSR1, SIG_IGN);
   ASSERT_EQ(run("/bin/sh -c \"grep Sig[IB] /proc/self/status >signals.txt\""), 0U);
   std::signal(SIGUSR1, before);
@@ -60,10 +61,6 @@ TEST_F(PosixTest, Child_StartsWithoutOurTreatmentOfSignals) {
     EXPECT_EQ(mask & 0x7FFFFFFF, 0U) << name;  // above: the C library's own
   }
   EXPECT_EQ(count, 2);
-}
-
-TEST_F(PosixTest, ReaderThatHasGone_DoesNotEndTheProgram) {
-  EXPECT_EQ(std::raise(SIGPIPE), 0);
 }
 
 TEST_F(PosixTest, Search_FollowsTheRulesOfDos) {
@@ -96,7 +93,6 @@ TEST_F(PosixTest, NamesThatDifferInCaseAlone_TheExactOneIsFound) {
   writeFile(dir / "NET.INF", "22");
   WIN32_FIND_DATAA data{};
   const FindOwner find(FindFirstFileA("net.inf", &data));
-  ASSERT_TRUE(find);
   EXPECT_STREQ(data.cFileName, "net.inf");
   EXPECT_FALSE(FindNextFileA(find.get(), &data));
 }

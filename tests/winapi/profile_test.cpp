@@ -84,15 +84,5 @@ TEST_F(Profile, EveryEncodingAndLineEnd_IsRead) {
   }
 }
 
-TEST(Mbsicmp, IgnoresTheCaseOfAsciiLetters) {
-  const auto compare = [](const char* left, const char* right) {
-    return _mbsicmp(reinterpret_cast<const unsigned char*>(left),
-                    reinterpret_cast<const unsigned char*>(right));
-  };
-  EXPECT_EQ(compare("PCI\\ven_8086", "pci\\VEN_8086"), 0);
-  EXPECT_LT(compare("a", "B"), 0);
-  EXPECT_GT(compare("ab", "A"), 0);
-}
-
 }  // namespace
 }  // namespace tolvanix::test
