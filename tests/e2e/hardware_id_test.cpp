@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include "app/Status.h"
-#include "support/Helper.h"
 #include "support/Package.h"
 #include "support/ResultDocument.h"
 #include "text/Format.h"

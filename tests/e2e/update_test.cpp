@@ -8,7 +8,6 @@
 #include <sstream>
 
 #include "app/Status.h"
-#include "support/Helper.h"
 #include "support/Package.h"
 #include "support/ResultDocument.h"
 #include "support/ValidationLibrary.h"

@@ -75,6 +75,13 @@ std::string infFile(const std::vector<std::string>& hardwareIds, std::string_vie
   return text;
 }
 
+void placeHelper(const fs::path& program, std::string_view steps) {
+  fs::create_directories(program.parent_path());
+  fs::remove(program);  // the option to overwrite does not work everywhere
+  fs::copy_file(TEST_HELPER_PROGRAM, program);
+  writeFile(fs::path(program).replace_extension(".txt"), steps);
+}
+
 std::string utf16File(std::u16string_view text) {
   std::string bytes = "\xFF\xFE";
   for (const char16_t unit : text) {

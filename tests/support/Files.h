@@ -46,6 +46,9 @@ std::string readText(const std::filesystem::path& file);
 // An INF file for these hardware IDs, with one more line in its [Version].
 std::string infFile(const std::vector<std::string>& hardwareIds, std::string_view version = "");
 
+// Copies the helper program for tests (test_helper.cpp) to that file, and its steps beside it.
+void placeHelper(const std::filesystem::path& program, std::string_view steps);
+
 // UTF-16LE bytes with a byte-order mark.
 std::string utf16File(std::u16string_view text);
 

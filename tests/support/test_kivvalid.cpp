@@ -4,10 +4,9 @@
 //   calls.txt    gets a line for each call, and one when the library is unloaded
 //   package.bin, inventory.bin   the texts that it was given, UTF-16LE
 // WITHOUT_VALIDATE and WITHOUT_FREE leave out an export.
-#include <fstream>
-#include <iterator>
-#include <string>
-#include <string_view>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
 
 #include "kivvalid.h"
 
@@ -15,37 +14,49 @@ namespace {
 
 [[maybe_unused]] KivChar* answer;
 
+void write(const char* file, const char* mode, const void* bytes, std::size_t size) {
+  std::FILE* const out = std::fopen(file, mode);
+  if (out == nullptr || std::fwrite(bytes, 1, size, out) != size) std::abort();
+  std::fclose(out);
+}
+
 void recordCall(const char* line) {
-  std::ofstream("calls.txt", std::ios::app | std::ios::binary) << line << '\n';
+  write("calls.txt", "ab", line, std::strlen(line));
 }
 
 struct Loaded {
   Loaded() = default;
   Loaded(const Loaded&) = delete;
   Loaded& operator=(const Loaded&) = delete;
-  ~Loaded() { recordCall("unloaded"); }
+  ~Loaded() { recordCall("unloaded\n"); }
 } loaded;
 
 [[maybe_unused]] void writeText(const char* file, const KivChar* text) {
-  const std::u16string_view units(text);
-  std::ofstream(file, std::ios::binary)
-      .write(reinterpret_cast<const char*>(text), static_cast<std::streamsize>(2 * units.size()));
+  std::size_t size = 0;
+  while (text[size] != 0) ++size;
+  write(file, "wb", text, size * sizeof *text);
 }
 
 [[maybe_unused]] KivChar* readAnswer() {
-  std::ifstream in("answer.txt", std::ios::binary);
-  std::string bytes{std::istreambuf_iterator<char>(in), {}};
-  if (bytes == "null") return nullptr;
-  const bool wide = bytes.starts_with("\xFF\xFE");
-  const std::size_t step = wide ? 2 : 1;
-  auto* const text = new KivChar[bytes.size() + 1]();
-  KivChar* out = text;
-  for (std::size_t i = wide ? 2 : 0; i + step <= bytes.size(); i += step) {
-    const auto unit = static_cast<unsigned char>(bytes[i]);
-    *out++ =
-        wide ? static_cast<KivChar>(unit | static_cast<unsigned char>(bytes[i + 1]) << 8) : unit;
+  std::FILE* const in = std::fopen("answer.txt", "rb");
+  if (in == nullptr) std::abort();
+  std::fseek(in, 0, SEEK_END);
+  const auto size = static_cast<std::size_t>(std::ftell(in));
+  std::rewind(in);
+  auto* const bytes = static_cast<unsigned char*>(std::malloc(size + 1));
+  auto* const text = static_cast<KivChar*>(std::calloc(size + 1, sizeof(KivChar)));
+  if (std::fread(bytes, 1, size, in) != size) std::abort();
+  std::fclose(in);
+  if (size >= 2 && bytes[0] == 0xFF && bytes[1] == 0xFE) {
+    std::memcpy(text, bytes + 2, size - 2);
+  } else {
+    for (std::size_t i = 0; i < size; ++i) text[i] = bytes[i];
   }
-  return text;
+  const bool isNull = size == 4 && std::memcmp(bytes, "null", 4) == 0;
+  std::free(bytes);
+  if (!isNull) return text;
+  std::free(text);
+  return nullptr;
 }
 
 }  // namespace
@@ -54,7 +65,7 @@ struct Loaded {
 const KivChar* SPValidate(const KivChar* package, const KivChar* inventory, const void* reserved1,
                           const void* reserved2) {
   const bool reserved = reserved1 != nullptr || reserved2 != nullptr;
-  recordCall(reserved ? "validate with more" : "validate");
+  recordCall(reserved ? "validate with more\n" : "validate\n");
   writeText("package.bin", package);
   writeText("inventory.bin", inventory);
   answer = readAnswer();
@@ -64,7 +75,7 @@ const KivChar* SPValidate(const KivChar* package, const KivChar* inventory, cons
 
 #ifndef WITHOUT_FREE
 void SPFreeValidationXML(const KivChar* validation) {
-  recordCall(validation == answer ? "free" : "free another");
-  delete[] answer;
+  recordCall(validation == answer ? "free\n" : "free another\n");
+  std::free(answer);
 }
 #endif

@@ -3,7 +3,7 @@
 
 #include <filesystem>
 #include <string>
-#include <vector>
+#include <utility>
 
 #include "support/Files.h"
 #include "winapi/Owner.h"
@@ -26,15 +26,15 @@ std::string fullPath(const char* name) {
   return buffer;
 }
 
-// All that a search answers, without "." and "..".
-std::vector<std::string> findAll(const char* pattern) {
-  std::vector<std::string> names;
+// All that a search answers, each with a blank behind it, without "." and "..".
+std::string findAll(const char* pattern) {
+  std::string names;
   WIN32_FIND_DATAA data{};
   const FindOwner find(FindFirstFileA(pattern, &data));
   if (!find) return names;
   do {
     const std::string name = data.cFileName;
-    if (name != "." && name != "..") names.push_back(name);
+    if (name != "." && name != "..") names += name + ' ';
   } while (FindNextFileA(find.get(), &data));
   EXPECT_EQ(GetLastError(), ERROR_NO_MORE_FILES);
   return names;
@@ -48,10 +48,7 @@ class FileTest : public ::testing::Test {
 TEST_F(FileTest, GetFullPathName_IsResolvedOnTheTextAlone) {
   const std::string here = currentDirectory();
   const std::string parent = here.substr(0, here.rfind('\\'));
-  const struct {
-    const char* name;
-    std::string path;
-  } rows[] = {
+  const std::pair<const char*, std::string> rows[] = {
       {"net.inf", here + "\\net.inf"},
       {".\\net.inf", here + "\\net.inf"},
       {"./net.inf", here + "\\net.inf"},
@@ -63,7 +60,7 @@ TEST_F(FileTest, GetFullPathName_IsResolvedOnTheTextAlone) {
       {"sub\\", here + "\\sub\\"},
       {"*.inf", here + "\\*.inf"},
   };
-  for (const auto& row : rows) EXPECT_EQ(fullPath(row.name), row.path) << row.name;
+  for (const auto& [name, path] : rows) EXPECT_EQ(fullPath(name), path) << name;
   EXPECT_EQ(fullPath(here.c_str()), here);
 }
 
@@ -111,27 +108,21 @@ TEST_F(FileTest, FindFirst_MatchesWithoutCaseInTheOrderOfUpperCasedNames) {
     writeFile(dir / name, "x");
   }
   std::filesystem::create_directory(dir / "dir.inf");
-  using Names = std::vector<std::string>;
-  const Names all = {"A.INF",        "b.inf", "dir.inf", "noext",
-                     "two.dots.inf", "x.txt", "Z.Inf",   "_c.inf"};
-  const struct {
-    const char* pattern;
-    Names names;
-  } rows[] = {
-      {"*.inf", {"A.INF", "b.inf", "dir.inf", "two.dots.inf", "Z.Inf", "_c.inf"}},
-      {"*", all},
-      {"*.*", all},
-      {"*f", {"A.INF", "b.inf", "dir.inf", "two.dots.inf", "Z.Inf", "_c.inf"}},
-      {"?.inf", {"A.INF", "b.inf", "Z.Inf"}},
-      {"t*.?nf", {"two.dots.inf"}},
-      {"noext.*", {"noext"}},
-      {"t*.*.inf", {"two.dots.inf"}},
-      {"X.TXT", {"x.txt"}},
-      {".\\x.txt", {"x.txt"}},
-      {"DIR.inf", {"dir.inf"}},
-      {"*.none", {}},
+  const std::pair<const char*, const char*> rows[] = {
+      {"*.inf", "A.INF b.inf dir.inf two.dots.inf Z.Inf _c.inf "},
+      {"*", "A.INF b.inf dir.inf noext two.dots.inf x.txt Z.Inf _c.inf "},
+      {"*.*", "A.INF b.inf dir.inf noext two.dots.inf x.txt Z.Inf _c.inf "},
+      {"*f", "A.INF b.inf dir.inf two.dots.inf Z.Inf _c.inf "},
+      {"?.inf", "A.INF b.inf Z.Inf "},
+      {"t*.?nf", "two.dots.inf "},
+      {"noext.*", "noext "},
+      {"t*.*.inf", "two.dots.inf "},
+      {"X.TXT", "x.txt "},
+      {".\\x.txt", "x.txt "},
+      {"DIR.inf", "dir.inf "},
+      {"*.none", ""},
   };
-  for (const auto& row : rows) EXPECT_EQ(findAll(row.pattern), row.names) << row.pattern;
+  for (const auto& [pattern, names] : rows) EXPECT_EQ(findAll(pattern), names) << pattern;
 }
 
 TEST_F(FileTest, Failures_HaveTheirErrors) {

@@ -8,7 +8,6 @@
 #include <string>
 
 #include "support/Files.h"
-#include "support/Helper.h"
 #include "winapi/Owner.h"
 #include "winapi/winapi.h"
 
@@ -97,13 +96,17 @@ TEST_F(PosixTest, NamesThatDifferInCaseAlone_TheExactOneIsFound) {
   EXPECT_FALSE(FindNextFileA(find.get(), &data));
 }
 
-TEST_F(PosixTest, ClosedHandle_IsTold) {
+TEST_F(PosixTest, HandleOfAnotherFamilyOrClosed_IsInvalid) {
   WIN32_FIND_DATAA data{};
   const HANDLE find = FindFirstFileA("*", &data);
-  EXPECT_FALSE(CloseHandle(find));  // is of another family
+  EXPECT_FALSE(CloseHandle(find));
   EXPECT_TRUE(FindClose(find));
   EXPECT_FALSE(FindClose(find));
   EXPECT_EQ(GetLastError(), ERROR_INVALID_HANDLE);
+  const HDEVINFO set = SetupDiCreateDeviceInfoList(nullptr, nullptr);
+  EXPECT_EQ(static_cast<DWORD>(RegCloseKey(set)), ERROR_INVALID_HANDLE);
+  EXPECT_TRUE(SetupDiDestroyDeviceInfoList(set));
+  EXPECT_FALSE(SetupDiDestroyDeviceInfoList(set));
 }
 
 }  // namespace

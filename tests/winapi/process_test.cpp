@@ -8,7 +8,6 @@
 #include <string>
 
 #include "support/Files.h"
-#include "support/Helper.h"
 #include "winapi/Owner.h"
 #include "winapi/winapi.h"
 
