@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <string>
+#include <utility>
+
 #include "text/Conversion.h"
 #include "text/SPString.h"
 #include "text/SPUString.h"

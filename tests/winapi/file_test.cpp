@@ -74,6 +74,7 @@ TEST_F(FileTest, BufferBoundary_IsTheZero) {
   EXPECT_EQ(GetFullPathNameA("net.inf", length + 1, buffer, &part), length);
   EXPECT_EQ(buffer, path);
   EXPECT_STREQ(part, "net.inf");
+  EXPECT_EQ(GetFullPathNameA("", sizeof buffer, buffer, nullptr), 0U);
   EXPECT_EQ(GetCurrentDirectoryA(length - 8, buffer), length - 7);
   EXPECT_EQ(GetCurrentDirectoryA(0, nullptr), length - 7);
 }

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <optional>
 #include <string>
 
@@ -122,6 +121,7 @@ TEST_F(ProcessTest, Pipe_TellsWhatIsThereAndBreaksAtTheEnd) {
   EXPECT_EQ(GetLastError(), ERROR_BROKEN_PIPE);
   EXPECT_FALSE(PeekNamedPipe(readHandle, nullptr, 0, nullptr, &available, nullptr));
   EXPECT_EQ(GetLastError(), ERROR_BROKEN_PIPE);
+  EXPECT_EQ(GetStdHandle(7), INVALID_HANDLE_VALUE);
   EXPECT_FALSE(CloseHandle(nullptr));
   EXPECT_EQ(GetLastError(), ERROR_INVALID_HANDLE);
 }

@@ -4,7 +4,7 @@
 
 #include <random>
 #include <string>
-#include <vector>
+#include <utility>
 
 namespace tolvanix::test {
 namespace {
