@@ -72,8 +72,8 @@ TEST(Conversion, ToXmlUtf8_IsAlwaysUtf8ThatXmlAllows) {
       {u"\u00E7\u00BD", "\xC3\xA7\xC2\xBD"},                                  // cut-off UTF-8
       {u"\u00C0\u0080", "\xC3\x80\xC2\x80"},                                  // overlong
       {u"\u00ED\u00A0\u0080", "\xC3\xAD\xC2\xA0\xC2\x80"},  // a surrogate in UTF-8
-      {u"\U0001F600", "\xF0\x9F\x98\x80"},
-      {{u'a', char16_t(0xD83D)}, "a\xEF\xBF\xBD"},
+      {{u'a', char16_t(0xD83D), char16_t(0xD83D), char16_t(0xDE00)},
+       "a\xEF\xBF\xBD\xF0\x9F\x98\x80"},
       {{char16_t(0xDE00), u'/'}, "\xEF\xBF\xBD/"},
       {{char16_t(1), u'\t', u'\n', char16_t(0xFFFE)}, "\xEF\xBF\xBD\t\n\xEF\xBF\xBD"},
   };

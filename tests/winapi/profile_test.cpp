@@ -46,8 +46,8 @@ TEST_F(Profile, NoSuchFile_GivesNoNamesAndTheDefault) {
 }
 
 TEST_F(Profile, Sections_AreListedInFileOrderWithDuplicates) {
-  write("k=0\n[B]\n[ A a ] junk\n;[no]\n[unclosed\n[]\n[b]\n");
-  EXPECT_EQ(names(), std::string("B\0A a\0b\0", 8));
+  write("k=0\n[B]\n[ A a ] junk\n;[no]\n[unclosed\n[]\n[x] y] z\n[b]\n");
+  EXPECT_EQ(names(), std::string("B\0A a\0x] y\0b\0", 13));
   EXPECT_EQ(GetLastError(), ERROR_SUCCESS);
 }
 

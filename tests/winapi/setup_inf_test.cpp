@@ -105,6 +105,7 @@ TEST_F(Inf, Lines_AreReadAsDocumented) {
       {"[S]\nk = a,\\\n  b,\\ ; comment\r\n c\nl=d\n", "k=a|b|c\nl=d\n"},
       {"[S]\nk=\"a\\\"\nl=b\\c\n", "k=a\\\nl=b\\c\n"},
       {"[S]\nk = a \\", "k=a\n"},
+      {"[S]\nk = a ; b \\\n[T]\nl=c\n", "k=a\n"},
       {"[S]\nk = a,\\\n[T]\nl=b\n", "k=a|[T]\nl=b\n"},
       // Sections of one name are one, without regard to case.
       {"[s]\na=1\n[T]\nb=2\n[S]\n[S ]\nd=4\n[S]\nc=3\n", "a=1\nc=3\n"},
