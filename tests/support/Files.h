@@ -27,6 +27,8 @@ class TempDir {
 class CurrentTempDir : public TempDir {
  public:
   CurrentTempDir();
+  CurrentTempDir(const CurrentTempDir&) = delete;
+  CurrentTempDir& operator=(const CurrentTempDir&) = delete;
   ~CurrentTempDir();
 
  private:
