@@ -1,12 +1,5 @@
-#!/bin/sh
-# Measures updates (-u -c) of large packages: update_package.sh <folder with the built programs>
-# Prints rows for run.sh, "what;measured;at most". Takes the validation library for tests, which
+# Part of run.sh: updates (-u -c) of large packages. Takes the validation library for tests, which
 # answers with the document beside it.
-set -eu
-bin=$(cd "$1" && pwd)
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-export TOLVANIX_MACHINE="$(cd "$(dirname "$0")/.." && pwd)/sdk/sample/computer.reg"
 
 # package <name> <devices> <distinct IDs> <INF files>: each file lists 50 IDs; no device is
 # present, so that the search goes through all files.
@@ -37,24 +30,21 @@ package() {
   }'
 }
 
-# Seconds of processor time of an update with that package.
-seconds() {
-  hyperfine -N --ignore-failure --warmup 1 --runs 5 --export-csv "$work/time.csv" \
-    "$work/$1/tolvanix -u -c -o $work/$1/out.xml" >/dev/null 2>&1
-  awk -F, 'NR == 2 { print $(NF - 3) + $(NF - 2) }' "$work/time.csv"
-}
-row() { printf '%s;%s;%s\n' "$1" "$(awk -v a="$2" -v b="$3" 'BEGIN { printf "%.2f", a / b }')" "$4"; }
+update() { median "$work/$1/tolvanix -u -c -o $work/$1/out.xml"; }
 
 package base 1000 1000 20
 package devices 4000 4000 20
 package files 1000 1000 80
-base=$(seconds base)
-row 'update (-u -c), 20 INF files: 4,000 devices : 1,000' "$(seconds devices)" "$base" 5
-row 'update, 1,000 devices: 80 INF files : 20' "$(seconds files)" "$base" 5
+base=$(update base)
+row 'update (-u -c), 20 INF files: 4,000 devices : 1,000' \
+  "$(ratio "$(update devices)" "$base")" 4.8
+row 'update, 1,000 devices: 80 INF files : 20' "$(ratio "$(update files)" "$base")" 4.8
 
 # The document apart: what the devices cost when there is no INF file to search.
 package one 1 1 20
 package same 10000 1 20
 package document 10000 1 0
-row 'update, 10,000 times the same device : one device and the document' "$(seconds same)" \
-  "$(awk -v a="$(seconds one)" -v b="$(seconds document)" 'BEGIN { print a + b }')" 2
+alone=$(awk -v one="$(update one)" -v document="$(update document)" \
+  'BEGIN { print one + document }')
+row 'update, 10,000 times the same device : one device and the document' \
+  "$(ratio "$(update same)" "$alone")" 2

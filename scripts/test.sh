@@ -1,6 +1,7 @@
 #!/bin/sh
 # Builds the program for Linux and for Windows and runs every test: on Linux as shipped and under
-# the sanitizers, for Windows under Wine. Fails when anything fails.
+# the sanitizers, for Windows under Wine. Then compares what the two builds did. Fails when anything
+# fails.
 set -eu
 cd "$(dirname "$0")/.."
 
@@ -30,6 +31,10 @@ mkdir -p build
 stage release build_and_test release
 stage asan build_and_test asan
 stage windows build_and_test windows
+stage parity python3 tests/checks/check_parity.py build/release/runs build/windows/runs
+# Real files, where there are some, are read too.
+stage answers python3 tests/checks/check_answers.py build/release build/windows \
+  "${TOLVANIX_CORPUS:-../shared/corpus}"
 stage reproducible tests/checks/check_reproducible.sh . "$PWD/build/windows/bin/tolvanix.exe"
 
 [ -z "$failed" ] || { echo "FAILED:$failed"; exit 1; }

@@ -91,8 +91,8 @@ int KivWrapper::checkUpdateFiles() {
   return kSuccess;
 }
 
-int KivWrapper::refuseOptions(int status) {
-  traceError("validateCLIOptionsAndDefaults: %s\n", XMLWriter::getMessage(status));
+int KivWrapper::refuseOptions(int status) const {
+  traceError("validateCLIOptionsAndDefaults: %s\n", xmlWriter->getMessage(status));
   return status;
 }
 

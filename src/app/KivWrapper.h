@@ -79,7 +79,7 @@ class KivWrapper {
  private:
   int bindValidationLibrary();
   // Traces the text of a failed check's status and answers the status.
-  static int refuseOptions(int status);
+  int refuseOptions(int status) const;
   int checkUpdateFiles();
   void writeExecutionFailure(int status);
 

@@ -1,13 +1,8 @@
 #include "app/Status.h"
 
-#include <array>
-
 namespace tolvanix {
 
-namespace {
-
-// The text of each status stands at its index.
-constexpr std::array<const char*, kStatusCount> kTexts = {
+const std::array<const char*, kStatusCount> kStatusTexts = {
     "Operation successful.",
     "Operation failed. Failed while trying to initialize objects.",
     "Command line error: No command line arguments were specified. "
@@ -68,12 +63,5 @@ constexpr std::array<const char*, kStatusCount> kTexts = {
     "Operation failed.  TolvanixHelper failed to complete update.",
     "Operation failed.  Cannot find existing device for a discovered Hardware id.",
 };
-
-}  // namespace
-
-const char* statusText(int status) {
-  if (status < 0 || status >= kStatusCount) return nullptr;
-  return kTexts[static_cast<std::size_t>(status)];
-}
 
 }  // namespace tolvanix

@@ -2,6 +2,8 @@
 // result speak in, and the texts that belong to them.
 #pragma once
 
+#include <array>
+
 namespace tolvanix {
 
 enum Status : int {
@@ -54,8 +56,8 @@ enum Status : int {
 
 constexpr int kStatusCount = 41;
 
-// The text of a status; null for a number outside 0 to 40. The texts hold no markup: they stand in
-// the result document as they are.
-const char* statusText(int status);
+// The text of each status, by its number. The texts hold no markup: they stand in the result
+// document as they are.
+extern const std::array<const char*, kStatusCount> kStatusTexts;
 
 }  // namespace tolvanix

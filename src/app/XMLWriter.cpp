@@ -8,8 +8,22 @@
 #include "app/Status.h"
 #include "log/DebugWriter.h"
 #include "text/Format.h"
+#include "winapi/winapi.h"
 
 namespace tolvanix {
+
+namespace {
+
+// Past the C runtime, which on one of the platforms would change line ends, and keep the fragment
+// back; what it keeps already comes before.
+void writeToStandardOutput(std::string_view text) {
+  std::fflush(stdout);
+  DWORD written = 0;
+  WriteFile(GetStdHandle(STD_OUTPUT_HANDLE), text.data(), static_cast<DWORD>(text.size()), &written,
+            nullptr);
+}
+
+}  // namespace
 
 void XMLWriter::writeXMLDeclaration() {
   write(R"(<?xml version="1.0" encoding="UTF-8"?>)", OpenMode::kTruncate);
@@ -65,8 +79,9 @@ void XMLWriter::writeDeviceResult(const DeviceResult& result) {
         OpenMode::kAppend);
 }
 
-const char* XMLWriter::getMessage(int messageId) {
-  return statusText(messageId);
+const char* XMLWriter::getMessage(int messageId) const {
+  if (messageId < 0 || messageId >= kStatusCount) return nullptr;
+  return messages[static_cast<std::size_t>(messageId)];
 }
 
 int XMLWriter::removeOSElementFromXMLString(std::string& text) {
@@ -100,7 +115,7 @@ void XMLWriter::write(std::string fragment, OpenMode mode) {
 
 void XMLWriter::print(OpenMode mode) {
   if (outputFileName == nullptr) {
-    std::fwrite(pendingText.data(), 1, pendingText.size(), stdout);
+    writeToStandardOutput(pendingText);
     return;
   }
   std::ofstream file(outputFileName, mode == OpenMode::kTruncate ? std::ios::trunc : std::ios::app);

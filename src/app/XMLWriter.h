@@ -2,8 +2,11 @@
 // The file is opened and closed for every fragment, so others may read what is there meanwhile.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
+
+#include "app/Status.h"
 
 namespace tolvanix {
 
@@ -54,7 +57,7 @@ class XMLWriter {
   void writeDeviceResult(const DeviceResult& result);
 
   // The text of a status; null outside 0 to 40.
-  static const char* getMessage(int messageId);
+  const char* getMessage(int messageId) const;
 
   // Cuts the first `OperatingSystem` element out of the text.
   static int removeOSElementFromXMLString(std::string& text);
@@ -65,6 +68,7 @@ class XMLWriter {
 
   const char* outputFileName = nullptr;
   std::string pendingText;
+  const std::array<const char*, kStatusCount>& messages = kStatusTexts;
 };
 
 }  // namespace tolvanix

@@ -1,4 +1,5 @@
 // The entry point: the program works in its own folder, whoever starts it from wherever.
+#include <algorithm>
 #include <cstdio>
 #include <memory>
 #include <new>
@@ -14,8 +15,9 @@ namespace {
 void makeOwnFolderCurrent() {
   char path[MAX_PATH] = "";
   const DWORD length = GetModuleFileNameA(nullptr, path, sizeof path);
-  if (length == 0 || length >= sizeof path) return;
-  std::string folder(path);
+  if (length == 0) return;
+  // Of a longer path the beginning, which may still hold the whole folder.
+  std::string folder(path, std::min<DWORD>(length, sizeof path - 1));
   const std::size_t end = folder.rfind('\\');
   if (end != std::string::npos) folder.resize(end);
   SetCurrentDirectoryA(folder.c_str());

@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "app/KivWrapper.h"
@@ -24,6 +25,11 @@ struct DeviceRecordsDeleter {
   void operator()(DeviceRecord* first) const { FreeDeviceRecords(first); }
 };
 using DeviceRecords = std::unique_ptr<DeviceRecord, DeviceRecordsDeleter>;
+
+// What follows the first record, which is freed: its memory serves the document.
+DeviceRecords withoutFirst(DeviceRecords records) {
+  return DeviceRecords(std::exchange(records->next, nullptr));
+}
 
 constexpr std::string_view kWhiteSpace = " \t\n\v\f\r";
 
@@ -70,8 +76,7 @@ SPXMLDevice describeDevice(const DeviceRecord& record) {
 int KivWrapper::GetInventory(const char* language) {
   traceStep("GetInventory: Entered function.\n");
   try {
-    const DeviceRecords records(
-        EnumeratePciDevices(nullptr, nullptr, DIGCF_PRESENT | DIGCF_ALLCLASSES));
+    DeviceRecords records(EnumeratePciDevices(nullptr, nullptr, DIGCF_PRESENT | DIGCF_ALLCLASSES));
     constexpr std::uint32_t kNoSystemID = 0xFFFFFFFF;
     SPXMLData document(SPString("SVMInventory"), SPString(language), kNoSystemID);
     traceStep("GetInventory: List of hardware IDs on system is:\n\n");
@@ -80,9 +85,9 @@ int KivWrapper::GetInventory(const char* language) {
     std::vector<VendorFilter> entries;
     configuration.GetConfigFileEntries(entries);
 
-    for (const DeviceRecord* record = records.get(); record != nullptr; record = record->next) {
-      traceStep("%s\n", record->hardwareID);
-      if (!FilterDeviceInventory(*record, entries)) document.addDevice(describeDevice(*record));
+    for (; records != nullptr; records = withoutFirst(std::move(records))) {
+      traceStep("%s\n", records->hardwareID);
+      if (!FilterDeviceInventory(*records, entries)) document.addDevice(describeDevice(*records));
     }
     traceStep("GetInventory: At end of list of hardware IDs.\n");
 

@@ -42,15 +42,12 @@ void SPXMLData::parseXML(std::u16string_view text) {
   const xmlquery::AttributeReader system(text, u"System");
   systemID = system.value(u"systemID");
   systemModel = system.value(u"systemModel");
-  std::u16string_view lastSystem;
-  xmlquery::forEachElement(text, u"OperatingSystem", [&](std::u16string_view element) {
-    lastSystem = element;
-    return true;
-  });
-  osInfo.parseXML(lastSystem);
+  osInfo.parseXML(xmlquery::lastElement(text, u"OperatingSystem"));
   xmlquery::readElements(text, u"Device", devices);
   if (devices.empty()) xmlquery::readElements(text, u"Validation", validations);
-  xmlquery::readLastElement(text, u"SPStatus", status);
+  if (const auto last = xmlquery::lastElement(text, u"SPStatus"); !last.empty()) {
+    status = SPXMLStatus(last);
+  }
 }
 
 }  // namespace tolvanix

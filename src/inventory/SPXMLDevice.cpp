@@ -76,7 +76,7 @@ void SPXMLDevice::appendXML(std::u16string& out) const {
   appendStartTag(out, kElementName, writtenAttributes());
   for (const SPXMLApplication& application : applications) application.appendXML(out);
   for (const SPXMLValidation& validation : validations) out += validation.generateXML();
-  out += status.generateXML();
+  for (const SPXMLStatus& outcome : status) out += outcome.generateXML();
   appendEndTag(out, kElementName);
 }
 
@@ -102,7 +102,9 @@ void SPXMLDevice::parseXML(std::u16string_view text) {
   }
   xmlquery::readElements(text, u"Validation", validations);
   xmlquery::readElements(text, u"Application", applications);
-  xmlquery::readLastElement(text, u"SPStatus", status);
+  if (const auto last = xmlquery::lastElement(text, u"SPStatus"); !last.empty()) {
+    status.assign(1, SPXMLStatus(last));
+  }
 }
 
 }  // namespace tolvanix

@@ -55,7 +55,7 @@ class SPXMLDevice : public SPXMLGenerator {
   SPXMLAttribute bus{u"bus"};  // the place: decimal
   SPXMLAttribute device{u"device"};
   SPXMLAttribute function{u"function"};
-  SPXMLStatus status;
+  std::vector<SPXMLStatus> status;  // at most one; hardly a device has one
   std::vector<SPXMLApplication> applications;
   std::vector<SPXMLValidation> validations;
 };

@@ -38,7 +38,10 @@ bool goesToFile(int target) {
     writeTo(file.get());
   }
   if ((theLog.target & kTargetStandardError) != 0) writeTo(stderr);
-  if ((theLog.target & kTargetStandardOutput) != 0) writeTo(stdout);
+  if ((theLog.target & kTargetStandardOutput) != 0) {
+    writeTo(stdout);
+    std::fflush(stdout);
+  }
   return written;
 }
 

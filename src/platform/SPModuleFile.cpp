@@ -1,9 +1,10 @@
 #include "platform/SPModuleFile.h"
 
 #include <cstdint>
-#include <cstring>
+#include <memory>
+#include <new>
 #include <string>
-#include <vector>
+#include <string_view>
 
 #include "app/SPException.h"
 #include "platform/SPMessageFile.h"
@@ -14,11 +15,7 @@ namespace tolvanix {
 
 namespace {
 
-bool beginsWithByteOrderMark(const std::vector<char>& bytes) {
-  return bytes.size() >= 2 && bytes[0] == '\xFF' && bytes[1] == '\xFE';
-}
-
-std::u16string fromLittleEndian(const std::vector<char>& bytes) {
+std::u16string fromLittleEndian(std::string_view bytes) {
   std::u16string units(bytes.size() / 2, u'\0');
   for (std::size_t i = 0; i < units.size(); ++i) {
     const auto low = static_cast<unsigned char>(bytes[2 * i]);
@@ -43,16 +40,18 @@ SPModuleFile::SPModuleFile(const char* filePath) : SPModule(filePath) {
   readText(file.get(), static_cast<std::size_t>(size));
 }
 
-// A file that has become shorter since its size was asked for gives no text.
+// A file that has become shorter since its size was asked for, or that no memory can hold, gives no
+// text.
 void SPModuleFile::readText(std::FILE* file, std::size_t size) {
-  std::vector<char> bytes(size);
-  if (std::fread(bytes.data(), 1, size, file) != size) return;
-  isUnicode = beginsWithByteOrderMark(bytes);
+  const std::unique_ptr<char[]> bytes(new (std::nothrow) char[size + 1]);
+  if (bytes == nullptr || std::fread(bytes.get(), 1, size, file) != size) return;
+  const std::string_view content(bytes.get(), size);
+  isUnicode = content.starts_with("\xFF\xFE");
   if (isUnicode) {
-    text = fromLittleEndian(bytes);
+    text = fromLittleEndian(content);
   } else {
-    bytes.push_back('\0');
-    text = bytes.data();
+    bytes[size] = '\0';
+    text = bytes.get();
   }
 }
 

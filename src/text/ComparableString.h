@@ -48,7 +48,10 @@ class ComparableString : public std::basic_string<Char> {
     return this->size() < other.size() ? -1 : 1;
   }
 
-  bool operator==(const Derived& other) const { return compare(other, compareMode) == 0; }
+  // By the left one's mode.
+  friend bool operator==(const Derived& left, const Derived& right) {
+    return left.compare(right, left.getCompareMode()) == 0;
+  }
 
   // `count` characters from `start`, all to the end for -1; takes this string's mode.
   Derived substr(std::size_t start, int count = -1) const {

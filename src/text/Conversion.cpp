@@ -80,6 +80,18 @@ Character characterAt(std::u16string_view text) {
   return {unit, 1};
 }
 
+// Printable ASCII, most of every document: a byte for each unit.
+bool isPlain(char16_t unit) {
+  return unit >= 0x20 && unit < 0x80;
+}
+
+void appendPlain(std::string& out, std::u16string_view text) {
+  const std::size_t size = out.size();
+  out.resize(size + text.size());
+  std::transform(text.begin(), text.end(), &out[size],
+                 [](char16_t unit) { return static_cast<char>(unit); });
+}
+
 }  // namespace
 
 std::u16string widen(std::string_view text) {
@@ -99,18 +111,16 @@ std::string narrow(std::u16string_view text) {
 std::string toXmlUtf8(std::u16string_view text) {
   std::string out;
   out.reserve(text.size());
-  for (std::size_t i = 0; i < text.size();) {
-    const char16_t unit = text[i];
-    if (unit >= 0x20 && unit < 0x80) {
-      out += static_cast<char>(unit);
-      ++i;
-      continue;
-    }
-    const Character character = characterAt(text.substr(i));
+  for (;;) {
+    const auto* const special = std::find_if_not(text.begin(), text.end(), isPlain);
+    const auto plain = static_cast<std::size_t>(special - text.begin());
+    appendPlain(out, text.substr(0, plain));
+    text.remove_prefix(plain);
+    if (text.empty()) return out;
+    const Character character = characterAt(text);
     appendUtf8(out, isXmlCharacter(character.value) ? character.value : kReplacement);
-    i += character.units;
+    text.remove_prefix(character.units);
   }
-  return out;
 }
 
 }  // namespace tolvanix

@@ -32,11 +32,11 @@ char16_t* SPString::toWide(char16_t* buffer, std::size_t capacity) const {
 }
 
 SPString operator+(const SPString& left, const SPString& right) {
-  return left + right.c_str();
+  return SPString(static_cast<const std::string&>(left) + static_cast<const std::string&>(right));
 }
 
 SPString operator+(const SPString& left, const char* right) {
-  std::string joined(left);
+  std::string joined(left.c_str(), left.size());
   joined += right;
   return SPString(std::move(joined));
 }

@@ -13,7 +13,7 @@ int KivWrapper::LoadValidationLibrary() {
   traceStep("LoadValidationLibrary: Loading the validation DLL and getting proc addresses.\n");
   const int status = bindValidationLibrary();
   if (status != kSuccess) {
-    traceError("LoadValidationLibrary: %s\n", XMLWriter::getMessage(status));
+    traceError("LoadValidationLibrary: %s\n", xmlWriter->getMessage(status));
   }
   return status;
 }

@@ -47,6 +47,7 @@ using FARPROC = std::intptr_t (*)();
 constexpr BOOL FALSE = 0;
 constexpr BOOL TRUE = 1;
 constexpr DWORD MAX_PATH = 260;
+// NOLINTNEXTLINE(performance-no-int-to-ptr): a number, as published
 inline const HANDLE INVALID_HANDLE_VALUE = reinterpret_cast<HANDLE>(static_cast<ULONG_PTR>(-1));
 
 struct GUID {
@@ -235,6 +236,8 @@ BOOL CreatePipe(HANDLE* readPipe, HANDLE* writePipe, SECURITY_ATTRIBUTES* attrib
 BOOL DuplicateHandle(HANDLE sourceProcess, HANDLE source, HANDLE targetProcess, HANDLE* target,
                      DWORD desiredAccess, BOOL inheritHandle, DWORD options);
 BOOL ReadFile(HANDLE file, void* buffer, DWORD bytesToRead, DWORD* bytesRead, void* overlapped);
+BOOL WriteFile(HANDLE file, const void* buffer, DWORD bytesToWrite, DWORD* bytesWritten,
+               void* overlapped);
 BOOL PeekNamedPipe(HANDLE pipe, void* buffer, DWORD size, DWORD* bytesRead, DWORD* bytesAvailable,
                    DWORD* bytesLeft);
 BOOL CloseHandle(HANDLE handle);
@@ -254,6 +257,7 @@ DWORD GetPrivateProfileSectionNamesA(char* buffer, DWORD size, const char* fileN
 DWORD GetPrivateProfileStringA(const char* section, const char* key, const char* defaultValue,
                                char* buffer, DWORD size, const char* fileName);
 // From the C runtime: compares without regard to the case of ASCII letters; text is UTF-8.
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the published name
 int _mbsicmp(const unsigned char* left, const unsigned char* right);
 
 // ---- The system's version and language: version.cpp ----
@@ -322,6 +326,7 @@ LANGID GetSystemDefaultLangID();
 
 // ---- Registry, read only: registry.cpp ----
 
+// NOLINTNEXTLINE(performance-no-int-to-ptr): a number, as published
 inline const HKEY HKEY_LOCAL_MACHINE = reinterpret_cast<HKEY>(static_cast<ULONG_PTR>(0x80000002));
 constexpr REGSAM KEY_QUERY_VALUE = 0x0001;
 constexpr DWORD REG_SZ = 1;

@@ -66,7 +66,7 @@ SPUString SPXMLObject::getElementText(const SPUString& name) const {
 
 SPUString SPXMLObject::getElementCData(const SPUString& text, const SPUString& name) {
   constexpr View kOpen = u"<![CDATA[";
-  const SPUString inner = getElementText(text, name);
+  SPUString inner = getElementText(text, name);
   const std::size_t open = inner.find(kOpen);
   if (open == SPUString::npos) return inner;
   const std::size_t first = open + kOpen.size();

@@ -205,6 +205,15 @@ std::optional<Element> element(View text, View name, std::size_t start) {
                  next + closeTag.size()};
 }
 
+View lastElement(View text, View name) {
+  View last;
+  forEachElement(text, name, [&](View element) {
+    last = element;
+    return true;
+  });
+  return last;
+}
+
 View attributePair(View elementText, View attribute) {
   const std::size_t first = findText(elementText, {{}, attribute, {}}, 0);
   if (first == kNotFound) return {};

@@ -43,6 +43,9 @@ void forEachElement(View text, View name, Visit visit) {
   }
 }
 
+// The text of the last element of that name; empty when there is none.
+View lastElement(View text, View name);
+
 // name="value" of one element's text; empty when the element has no such text.
 View attributePair(View elementText, View attribute);
 
@@ -71,17 +74,6 @@ void readElements(View text, View name, List& list) {
     list.emplace_back(element);
     return true;
   });
-}
-
-// The last element of that name replaces `object`; without one it stays.
-template <typename Class>
-void readLastElement(View text, View name, Class& object) {
-  View last;
-  forEachElement(text, name, [&](View element) {
-    last = element;
-    return true;
-  });
-  if (!last.empty()) object = Class(last);
 }
 
 }  // namespace tolvanix::xmlquery

@@ -14,13 +14,14 @@ namespace {
 
 TEST(Status, EveryNumber_HasItsText) {
   std::istringstream texts(readText(fixture("messages.txt")));
+  const XMLWriter writer;
   for (int status = 0; status < kStatusCount; ++status) {
     std::string expected;
     std::getline(texts, expected);
-    EXPECT_EQ(statusText(status), expected);
+    EXPECT_EQ(writer.getMessage(status), expected);
   }
-  EXPECT_EQ(statusText(-1), nullptr);
-  EXPECT_EQ(statusText(kStatusCount), nullptr);
+  EXPECT_EQ(writer.getMessage(-1), nullptr);
+  EXPECT_EQ(writer.getMessage(kStatusCount), nullptr);
 }
 
 TEST(KivWrapper, MapDeviceStatus_KnowsItsTableAndCallsTheRestUnspecified) {

@@ -70,7 +70,7 @@ class UpdatePackage : public Package {
   }
 
   ProgramResult update(Arguments arguments = {}) const {
-    static const Computer computer(fixture("computers/two_devices.reg"));
+    const Computer computer(fixture("computers/two_devices.reg"));
     arguments.insert(arguments.begin(), "-u");
     return run(std::move(arguments), computer);
   }
@@ -210,7 +210,7 @@ TEST(Update, LibraryCannotBeUsed_StatusSaysWhy) {
     EXPECT_EQ(readText(package / "trace.log"),
               std::string("loglevel=2\nlogtarget=1\nlogpathfile=trace.log\n"
                           "LoadValidationLibrary: ") +
-                  statusText(24) + '\n');
+                  kStatusTexts.at(24) + '\n');
   }
   EXPECT_FALSE(exists(package / "calls.txt"));
 }

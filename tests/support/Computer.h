@@ -1,4 +1,4 @@
-// A computer for whole runs, from a registry export (".reg", version 5.00).
+// A computer for whole runs, from a registry export (".reg").
 #pragma once
 
 #include <filesystem>
@@ -10,8 +10,7 @@ namespace tolvanix::test {
 
 // For the life of the object, a program that runs with `environment` sees the export's devices,
 // driver versions and version of the system. Off Windows the layer reads the export; under Wine
-// it is imported, where a device needs a ClassGUID, texts must be resolved ones, and devices
-// are enumerated in the order of their names.
+// it is imported, and devices are enumerated in the order of their names.
 class Computer {
  public:
   explicit Computer(const std::filesystem::path& registryExport);

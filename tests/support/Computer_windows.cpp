@@ -9,6 +9,7 @@
 #include "support/Computer.h"
 #include "support/Files.h"
 #include "support/Program.h"
+#include "winapi/posix/IndirectText.h"
 
 namespace tolvanix::test {
 
@@ -42,14 +43,34 @@ std::string readExport(const std::filesystem::path& file) {
 }
 
 // The key of a section's line when it is a device or a driver: the rest would change the system
-// that Wine presents.
+// that Wine presents. Wine's two control sets are not the same.
 std::string deviceOrDriverKey(const std::string& line) {
   static const std::regex pattern(
-      R"(\[HKEY_LOCAL_MACHINE\\(SYSTEM\\(?:CurrentControlSet|ControlSet001)\\)"
-      R"((?:Enum\\[^\\]+\\[^\\]+\\.+|Control\\Class\\[^\\]+\\\d{4}.*))\]\r?)",
+      R"(\[-?HKEY_LOCAL_MACHINE\\SYSTEM\\(?:CurrentControlSet|ControlSet001)\\)"
+      R"((Enum\\[^\\]+\\[^\\]+.*|Control\\Class\\[^\\]+\\\d{4}.*)\]\s*)",
       std::regex::icase);
   std::smatch match;
-  return std::regex_match(line, match, pattern) ? match[1].str() : "";
+  if (!std::regex_match(line, match, pattern)) return "";
+  return R"(SYSTEM\CurrentControlSet\)" + match[1].str();
+}
+
+// Gives a device's texts the form that Windows gives them to programs; Wine leaves them as stored.
+void resolveTexts(const std::string& key) {
+  for (const char* const name : {"DeviceDesc", "FriendlyName", "LocationInformation"}) {
+    char stored[1000] = "";
+    DWORD size = sizeof stored;
+    if (RegGetValueA(HKEY_LOCAL_MACHINE, key.c_str(), name,
+                     RRF_RT_REG_SZ | RRF_RT_REG_EXPAND_SZ | RRF_NOEXPAND, nullptr, stored,
+                     &size) != ERROR_SUCCESS) {
+      continue;
+    }
+    if (const auto text = winapi::resolveIndirectText(stored)) {
+      RegSetKeyValueA(HKEY_LOCAL_MACHINE, key.c_str(), name, REG_SZ, text->c_str(),
+                      static_cast<DWORD>(text->size() + 1));
+    } else {
+      RegDeleteKeyValueA(HKEY_LOCAL_MACHINE, key.c_str(), name);
+    }
+  }
 }
 
 // Wine's name for the export's version of the system; "" when the export has none.
@@ -67,7 +88,10 @@ void importKeys(const std::string& text) {
   const TempDir folder;
   const auto file = folder / "import.reg";
   const std::wstring wide = widen(text);
-  writeFile(file, utf16File({reinterpret_cast<const char16_t*>(wide.data()), wide.size()}));
+  const bool narrowForm = text.starts_with("REGEDIT4");
+  writeFile(file, narrowForm
+                      ? text
+                      : utf16File({reinterpret_cast<const char16_t*>(wide.data()), wide.size()}));
   const ProgramResult result = runProgram(
       {.program = R"(C:\windows\system32\reg.exe)", .arguments = {"import", file.string()}});
   if (result.exitCode != 0) throw std::runtime_error("reg import: " + result.errors);
@@ -77,21 +101,27 @@ void importKeys(const std::string& text) {
 
 Computer::Computer(const std::filesystem::path& registryExport) {
   const std::string text = readExport(registryExport);
-  if (!text.starts_with("Windows Registry Editor Version 5.00")) {
-    throw std::runtime_error(registryExport.string() + " is no registry export, version 5.00");
+  std::string kept = text.substr(0, text.find_first_of("\r\n")) + "\n\n";
+  if (kept != "Windows Registry Editor Version 5.00\n\n" && kept != "REGEDIT4\n\n") {
+    throw std::runtime_error(registryExport.string() + " is no registry export");
   }
-  std::string kept = "Windows Registry Editor Version 5.00\n\n";
   std::istringstream lines(text);
   bool keep = false;
   for (std::string line; std::getline(lines, line);) {
     if (line.starts_with('[')) {
       const std::string key = deviceOrDriverKey(line);
       keep = !key.empty();
-      if (keep) importedKeys.push_back(key);
+      if (!keep) continue;
+      importedKeys.push_back(key);
+      const bool deleted = line[1] == '-';
+      line = (deleted ? "[-HKEY_LOCAL_MACHINE\\" : "[HKEY_LOCAL_MACHINE\\") + key + ']';
+      // Wine wants it of a device; the export's own comes behind it.
+      if (!deleted) line += "\n\"ClassGUID\"=\"{00000000-0000-0000-0000-000000000000}\"";
     }
     if (keep) kept += line + '\n';
   }
   importKeys(kept);
+  for (const std::string& key : importedKeys) resolveTexts(key);
   if (const std::string version = windowsVersion(text); !version.empty()) {
     RegSetKeyValueA(HKEY_CURRENT_USER, kProgramSettings, "Version", REG_SZ, version.c_str(),
                     static_cast<DWORD>(version.size() + 1));

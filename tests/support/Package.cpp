@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
 
 #include "support/ResultDocument.h"
 
@@ -13,6 +14,40 @@ namespace fs = std::filesystem;
 namespace {
 
 const fs::path kBuiltProgram = TOLVANIX_PROGRAM;
+
+// The folder that TOLVANIX_RECORD_RUNS names, without the records of earlier tests; empty for none.
+const fs::path& recordsFolder() {
+  static const fs::path folder = [] {
+    const char* const name = std::getenv("TOLVANIX_RECORD_RUNS");
+    if (name != nullptr) fs::remove_all(name);
+    return fs::path(name != nullptr ? name : "");
+  }();
+  return folder;
+}
+
+// For the comparison of the platforms (tests/checks/check_parity.py): what the run was asked, what
+// it answered and what stands in the package now, but for programs and what is very large.
+void record(const ProgramCall& call, const ProgramResult& result, const fs::path& package) {
+  if (recordsFolder().empty()) return;
+  const auto* const test = testing::UnitTest::GetInstance()->current_test_info();
+  const auto ofTest = recordsFolder() / (std::string(test->test_suite_name()) + '.' + test->name());
+  int number = 1;
+  while (exists(ofTest / std::to_string(number))) ++number;
+  const auto folder = ofTest / std::to_string(number);
+  std::string arguments;
+  for (const std::string& argument : call.arguments) arguments += argument + '\n';
+  writeFile(folder / "arguments", arguments);
+  writeFile(folder / "exit code", std::to_string(result.exitCode));
+  writeFile(folder / "output", result.output);
+  writeFile(folder / "errors", result.errors);
+  for (const auto& entry : fs::recursive_directory_iterator(package)) {
+    const auto type = entry.path().extension();
+    const bool program = type.empty() || type == ".exe" || type == ".dll";
+    if (!entry.is_regular_file() || program || entry.file_size() > 1'000'000) continue;
+    writeFile(folder / "package" / entry.path().lexically_relative(package),
+              readFile(entry.path()));
+  }
+}
 
 }  // namespace
 
@@ -45,6 +80,7 @@ ProgramResult Package::run(Arguments arguments, const Computer& computer) const 
 
 ProgramResult Package::runAndCheck(const ProgramCall& call) const {
   ProgramResult result = runProgram(call);
+  record(call, result, path());
   const auto& arguments = call.arguments;
   const auto has = [&arguments](std::string_view option) {
     return std::any_of(arguments.begin(), arguments.end(),

@@ -27,7 +27,8 @@ std::string runXmllint(const std::string& document) {
 }  // namespace
 
 std::string messageElement(int status) {
-  return formatText(R"(<Message id="%d">%s</Message>)", status, statusText(status));
+  return formatText(R"(<Message id="%d">%s</Message>)", status,
+                    kStatusTexts.at(static_cast<std::size_t>(status)));
 }
 
 std::string statusElement(int status) {

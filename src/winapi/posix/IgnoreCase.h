@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <string_view>
 
-namespace tolvanix {
+namespace tolvanix::winapi {
 
 inline bool equalIgnoringCase(std::string_view left, std::string_view right) {
   return left.size() == right.size() && strncasecmp(left.data(), right.data(), left.size()) == 0;
@@ -22,4 +22,4 @@ inline std::uint32_t hashIgnoringCase(std::string_view text) {
   return hash;
 }
 
-}  // namespace tolvanix
+}  // namespace tolvanix::winapi

@@ -7,7 +7,7 @@
 #include <bit>
 #include <cstdint>
 
-namespace tolvanix {
+namespace tolvanix::winapi {
 
 namespace {
 
@@ -42,4 +42,4 @@ void InfDividers::scan() {
   scanned += kBlock;
 }
 
-}  // namespace tolvanix
+}  // namespace tolvanix::winapi

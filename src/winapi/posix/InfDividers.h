@@ -5,7 +5,7 @@
 #include <array>
 #include <cstddef>
 
-namespace tolvanix {
+namespace tolvanix::winapi {
 
 // A line feed, a comma, an equals sign, a quote or a semicolon.
 class InfDividers {
@@ -43,4 +43,4 @@ class InfDividers {
   std::array<const char*, kBlock> places;
 };
 
-}  // namespace tolvanix
+}  // namespace tolvanix::winapi

@@ -9,13 +9,13 @@
 #include "winapi/posix/IgnoreCase.h"
 #include "winapi/posix/TextFile.h"
 
-namespace tolvanix {
+namespace tolvanix::winapi {
 
 namespace {
 
 // Published limits (MAX_SECT_NAME_LEN, MAX_INF_STRING_LENGTH and that of a replaced string),
 // without the terminating zero.
-constexpr std::size_t kLongestSectionName = 254;
+constexpr std::size_t kLongestSectionName = 255;
 constexpr std::size_t kLongestField = 4095;
 constexpr std::size_t kLongestString = 511;
 
@@ -206,4 +206,4 @@ std::string_view InfFile::replaceStrings(std::string_view field) {
   return replaced;
 }
 
-}  // namespace tolvanix
+}  // namespace tolvanix::winapi

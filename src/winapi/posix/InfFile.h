@@ -13,7 +13,7 @@
 #include "winapi/posix/InfStrings.h"
 #include "winapi/winapi.h"
 
-namespace tolvanix {
+namespace tolvanix::winapi {
 
 // A place in the file; a section here is one of perhaps several of the same name.
 struct InfPosition {
@@ -94,4 +94,4 @@ class InfFile {
   std::string replaced;
 };
 
-}  // namespace tolvanix
+}  // namespace tolvanix::winapi

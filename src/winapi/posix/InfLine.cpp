@@ -5,7 +5,7 @@
 #include <cstring>
 #include <limits>
 
-namespace tolvanix {
+namespace tolvanix::winapi {
 
 namespace {
 
@@ -149,4 +149,4 @@ const char* InfLine::splitDecoding(const char* begin, const char* limit) {
   return lineEnd;
 }
 
-}  // namespace tolvanix
+}  // namespace tolvanix::winapi

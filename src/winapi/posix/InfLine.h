@@ -11,7 +11,7 @@
 
 #include "winapi/posix/InfDividers.h"
 
-namespace tolvanix {
+namespace tolvanix::winapi {
 
 // Blanks are the control characters too, the carriage return before a line's end among them.
 inline bool isInfBlank(char c) {
@@ -79,4 +79,4 @@ class InfLine {
   std::string decoded;
 };
 
-}  // namespace tolvanix
+}  // namespace tolvanix::winapi

@@ -5,7 +5,7 @@
 
 #include "winapi/posix/IgnoreCase.h"
 
-namespace tolvanix {
+namespace tolvanix::winapi {
 
 void InfStrings::clear() {
   sections.clear();
@@ -45,4 +45,4 @@ void InfStrings::buildIndex() {
   }
 }
 
-}  // namespace tolvanix
+}  // namespace tolvanix::winapi

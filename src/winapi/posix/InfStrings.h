@@ -8,7 +8,7 @@
 
 #include "winapi/posix/InfLine.h"
 
-namespace tolvanix {
+namespace tolvanix::winapi {
 
 class InfStrings {
  public:
@@ -42,4 +42,4 @@ class InfStrings {
   InfLine line;
 };
 
-}  // namespace tolvanix
+}  // namespace tolvanix::winapi

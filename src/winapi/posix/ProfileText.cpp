@@ -4,7 +4,7 @@
 
 #include "winapi/posix/IgnoreCase.h"
 
-namespace tolvanix {
+namespace tolvanix::winapi {
 
 namespace {
 
@@ -68,4 +68,4 @@ std::optional<std::string_view> profileValue(std::string_view text, std::string_
   return std::nullopt;
 }
 
-}  // namespace tolvanix
+}  // namespace tolvanix::winapi

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace tolvanix {
+namespace tolvanix::winapi {
 
 // The names of the sections in the order of the file, each with a terminating zero. A name that
 // comes again is listed again.
@@ -16,4 +16,4 @@ std::string profileSectionNames(std::string_view text);
 std::optional<std::string_view> profileValue(std::string_view text, std::string_view section,
                                              std::string_view key);
 
-}  // namespace tolvanix
+}  // namespace tolvanix::winapi

@@ -7,7 +7,7 @@
 
 #include "winapi/winapi.h"
 
-namespace tolvanix {
+namespace tolvanix::winapi {
 
 // Reads the file of that name ('\' and '/' alike), at most its first `limit` bytes, into `text`,
 // whose memory is used again. Text with a UTF-16 byte-order mark becomes UTF-8, other bytes stay as
@@ -16,4 +16,4 @@ namespace tolvanix {
 DWORD readTextFile(const char* fileName, std::string& text,
                    std::size_t limit = std::numeric_limits<std::size_t>::max());
 
-}  // namespace tolvanix
+}  // namespace tolvanix::winapi

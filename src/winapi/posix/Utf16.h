@@ -1,12 +1,21 @@
-// UTF-16LE bytes as UTF-8 text.
+// UTF-16 bytes as UTF-8 text. A lone surrogate becomes U+FFFD.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
 namespace tolvanix::winapi {
 
-// A lone surrogate becomes U+FFFD; an odd byte at the end is left out.
+enum class ByteOrder { kLittleEndian, kBigEndian };
+
+// Writes behind the first `length` bytes of `text`, which grows as needed, and counts them in
+// `length`. The count of bytes that were taken: half a unit, or a high surrogate, at their end
+// waits for more.
+std::size_t appendUtf8(std::string_view bytes, ByteOrder order, std::string& text,
+                       std::size_t& length);
+
+// The whole of little-endian bytes; an odd byte at the end is left out.
 std::string utf16ToUtf8(std::string_view bytes);
 
 }  // namespace tolvanix::winapi

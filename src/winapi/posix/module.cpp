@@ -23,11 +23,12 @@ namespace fs = std::filesystem;
 // As the program was started, absolute; a symbolic link is not resolved.
 fs::path findProgram() {
   std::error_code error;
+  // NOLINTNEXTLINE(performance-no-int-to-ptr): the kernel hands over addresses as numbers
   const auto* const startedAs = reinterpret_cast<const char*>(getauxval(AT_EXECFN));
   if (startedAs != nullptr) {
-    const fs::path absolute = fs::absolute(startedAs, error);
+    fs::path absolute = fs::absolute(startedAs, error);
     // ".." behind a link to a folder does not cancel out.
-    const fs::path normal = absolute.lexically_normal();
+    fs::path normal = absolute.lexically_normal();
     if (!error && fs::equivalent(normal, absolute, error)) return normal;
     if (fs::exists(absolute, error)) return absolute;
   }
@@ -91,7 +92,7 @@ fs::path findLibrary(const char* libFileName) {
     return findIgnoringCase(path.parent_path(), path.filename().string());
   }
   for (const fs::path& folder : {programPath().parent_path(), fs::path("./")}) {
-    const fs::path found = findIgnoringCase(folder, name);
+    fs::path found = findIgnoringCase(folder, name);
     if (!found.empty()) return found;
   }
   return {};

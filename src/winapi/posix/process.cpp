@@ -339,6 +339,23 @@ BOOL ReadFile(HANDLE file, void* buffer, DWORD bytesToRead, DWORD* bytesRead, vo
   return TRUE;
 }
 
+BOOL WriteFile(HANDLE file, const void* buffer, DWORD bytesToWrite, DWORD* bytesWritten,
+               void* overlapped) {
+  if (overlapped != nullptr) return fail(ERROR_NOT_SUPPORTED);
+  *bytesWritten = 0;
+  const auto* const stream = handleObject<Stream>(file);
+  if (stream == nullptr) return FALSE;
+  const auto* const bytes = static_cast<const char*>(buffer);
+  while (*bytesWritten < bytesToWrite) {
+    const ssize_t count =
+        write(stream->descriptor.get(), bytes + *bytesWritten, bytesToWrite - *bytesWritten);
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) return fail(errnoError(errno));
+    *bytesWritten += static_cast<DWORD>(count);
+  }
+  return TRUE;
+}
+
 BOOL PeekNamedPipe(HANDLE pipe, void* buffer, DWORD /*size*/, DWORD* bytesRead,
                    DWORD* bytesAvailable, DWORD* bytesLeft) {
   if (buffer != nullptr) return fail(ERROR_NOT_SUPPORTED);

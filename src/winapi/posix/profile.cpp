@@ -15,7 +15,7 @@ namespace {
 // A name without a folder means a file of the system's own folder, and this system has none.
 DWORD readProfile(const char* fileName, std::string& text) {
   if (fileName == nullptr || std::strpbrk(fileName, "\\/") == nullptr) return ERROR_FILE_NOT_FOUND;
-  return tolvanix::readTextFile(fileName, text);
+  return tolvanix::winapi::readTextFile(fileName, text);
 }
 
 }  // namespace
@@ -28,11 +28,11 @@ DWORD GetPrivateProfileSectionNamesA(char* buffer, DWORD size, const char* fileN
   std::string text;
   const DWORD error = readProfile(fileName, text);
   const std::string names =
-      error == ERROR_SUCCESS ? tolvanix::profileSectionNames(text) : std::string();
+      error == ERROR_SUCCESS ? tolvanix::winapi::profileSectionNames(text) : std::string();
   const bool fits = names.size() < size;
   const std::size_t length = fits ? names.size() : size - 2;
-  std::memcpy(buffer, names.data(), length);
-  std::memset(buffer + length, '\0', fits && !names.empty() ? 1 : 2);
+  char* const end = std::copy_n(names.data(), length, buffer);
+  std::fill_n(end, fits && !names.empty() ? 1 : 2, '\0');
   SetLastError(error);
   return static_cast<DWORD>(length);
 }
@@ -47,7 +47,8 @@ DWORD GetPrivateProfileStringA(const char* section, const char* key, const char*
   DWORD error = readProfile(fileName, text);
   std::optional<std::string_view> value;
   if (error == ERROR_SUCCESS) {
-    value = tolvanix::profileValue(text, section, key);
+    value = tolvanix::winapi::profileValue(text, section, key);
+    if (value) value = value->substr(0, value->find('\0'));
     if (!value) error = ERROR_FILE_NOT_FOUND;
   }
   if (!value) {

@@ -15,8 +15,8 @@
 
 namespace {
 
-using tolvanix::equalIgnoringCase;
-using tolvanix::profileValue;
+using tolvanix::winapi::equalIgnoringCase;
+using tolvanix::winapi::profileValue;
 
 struct SetupClass {
   const char* name;
@@ -127,12 +127,12 @@ DWORD readVersion(const char* infName, std::string& text, VersionValues& values)
   constexpr std::size_t kBeginning = 4096;
   if (infName == nullptr) return ERROR_INVALID_PARAMETER;
   if (std::strpbrk(infName, "\\/") == nullptr) return ERROR_FILE_NOT_FOUND;
-  DWORD error = tolvanix::readTextFile(infName, text, kBeginning);
+  DWORD error = tolvanix::winapi::readTextFile(infName, text, kBeginning);
   if (error != ERROR_SUCCESS) return error;
   // The last line may be cut.
   values = versionValues(std::string_view(text).substr(0, text.rfind('\n') + 1));
   if (values.signature && values.classGuid && values.className) return ERROR_SUCCESS;
-  error = tolvanix::readTextFile(infName, text);
+  error = tolvanix::winapi::readTextFile(infName, text);
   values = versionValues(text);
   return error;
 }

@@ -8,15 +8,15 @@
 
 namespace {
 
-using tolvanix::InfFile;
-using tolvanix::InfLine;
-using tolvanix::InfPosition;
+using tolvanix::winapi::InfFile;
+using tolvanix::winapi::InfLine;
+using tolvanix::winapi::InfPosition;
 
 constinit std::vector<std::unique_ptr<InfFile>> openFiles;
 
 // A closed file of ordinary size is kept for the next one: reading a folder of them then takes no
 // memory anew.
-constexpr std::size_t kLargestSpare = 1024 * 1024;
+constexpr std::size_t kLargestSpare = std::size_t{1024} * 1024;
 
 constinit std::unique_ptr<InfFile> spareFile;
 

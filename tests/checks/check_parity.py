@@ -1,0 +1,102 @@
+"""The Windows build does what the Linux build does: check_parity.py <Linux runs> <Wine runs>
+
+Compares, byte for byte, what the whole-run tests recorded of each run of the program (`record` in
+tests/support/Package.cpp): arguments, exit code, standard output and error, and the files of the
+package afterwards, so also result documents, traces, and what helper programs and validation
+libraries were given. `comparable` says what may differ.
+"""
+
+import difflib
+import pathlib
+import re
+import sys
+
+LEAST_RUNS = 40
+COMMANDS = {"-i", "-u", "-uhid"}  # and the command lines that are refused, by their exit codes
+REFUSED = {str(status) for status in range(2, 16)}
+
+NOT_COMPARED = {
+    "SamplePackage.Update_BringsTheNewDriversAndThenHasNothingToDo":
+        "installs with the Linux helper of the sample",
+}
+
+# Wine itself has this display adapter, and it enumerates devices by their names, where a registry
+# export has an order of its own.
+DEVICE = r'<Device vendorID="\w{4}"  .*?</Device>'
+DEVICE_TRACE = r'PCI\\.*\n(?:KivWrapper::FilterDeviceInventory.*\n)*"driver" .*\n'
+WINE_ADAPTER = re.compile(r'<Device vendorID="0000"  |PCI\\VEN_0000&DEV_0000')
+
+ALLOWED = (
+    # Text files and text on the console have the line ends of the platform.
+    ("\r\n", "\n"),
+    # The temporary folders of tests. Off Windows the folder that a helper runs in has its own name.
+    (r'(?:[A-Z]:)?[\\/][^\s"=]*[\\/]tolvanix-\d+[\\/]?', r"@\\"),
+    # The place of a device among the present ones, of which Wine has some itself.
+    (r"(FindExistingDevice: Found Hardware ID = .*)\. i = \d+", r"\1"),
+    # These count the characters of the inventory, also those of Wine's adapter.
+    (r"(removeOSElementFromXMLString: (?:string|right)Len) = \d+", r"\1"),
+    # A program in a folder that does not exist: Windows reports the path (3), Wine the file (2).
+    (r"(ExecCmd, line = \d+, error code = )[23],((?:.*\n)*?.*exit code from exec.* = )[23]\n",
+     r"\1,\2\n"),
+    # The system's own words for an error; its number is compared.
+    (r"(error code = \d*, error msg = ).*", r"\1"),
+)
+
+
+def in_order(pattern, text):
+    def sort(match):
+        found = re.findall(pattern, match[0])
+        return "".join(sorted(f for f in found if not WINE_ADAPTER.match(f)))
+
+    return re.sub(f"(?:{pattern})+", sort, text)
+
+
+def comparable(file):
+    data = file.read_bytes()
+    # What a validation library was given are UTF-16 units.
+    wide = file.suffix == ".bin"
+    text = data.decode("utf-16-le", "surrogatepass") if wide else data.decode("utf-8", "surrogateescape")
+    for pattern, replacement in ALLOWED:
+        text = re.sub(pattern, replacement, text)
+    return in_order(DEVICE_TRACE, in_order(DEVICE, text))
+
+
+def read_runs(folder):
+    """The files of each run, by its test and number."""
+    return {
+        f"{run.parent.name}/{run.name}": {
+            str(f.relative_to(run)): comparable(f) for f in run.rglob("*") if f.is_file()
+        }
+        for run in folder.glob("*/*")
+        if run.parent.name not in NOT_COMPARED
+    }
+
+
+def differences(name, left, right):
+    if left is None or right is None:
+        return [f"{name}: only {'Linux' if right is None else 'Wine'} has it"]
+    lines = difflib.unified_diff(left.splitlines(), right.splitlines(), "Linux", "Wine", n=0)
+    return [f"{name} differs", *(line.rstrip("\n")[:1000] for line in lines)] if left != right else []
+
+
+def main():
+    linux, wine = (read_runs(pathlib.Path(folder)) for folder in sys.argv[1:])
+    findings = []
+    for run in sorted(linux.keys() | wine.keys()):
+        left, right = linux.get(run, {}), wine.get(run, {})
+        for file in sorted(left.keys() | right.keys()):
+            findings += differences(f"{run}/{file}", left.get(file), right.get(file))
+    paired = [linux[run] for run in linux.keys() & wine.keys()]
+    if len(paired) < LEAST_RUNS:
+        findings.append(f"only {len(paired)} runs on both platforms")
+    arguments = {argument for run in paired for argument in run["arguments"].splitlines()}
+    statuses = {run["exit code"] for run in paired}
+    if not COMMANDS <= arguments or not REFUSED <= statuses:
+        findings.append(f"never run: {COMMANDS - arguments}, statuses {REFUSED - statuses}")
+    print("\n".join(findings))
+    files = sum(len(run) for run in paired)
+    print(f"{len(paired)} runs with {files} files compared, {len(findings)} lines of findings")
+    sys.exit(1 if findings else 0)
+
+
+main()
