@@ -5,7 +5,7 @@
 #include <cstring>
 #include <exception>
 
-#include "support/SysfsTree.h"
+#include "SysfsTree.h"
 
 int main(int argc, char** argv) {
   std::size_t count = 0;

@@ -16,10 +16,6 @@ COMMANDS = {"-i", "-u", "-uhid"}  # and the command lines that are refused, by t
 REFUSED = {str(status) for status in range(2, 16)}
 
 NOT_COMPARED = {
-    "FullDevice.OutputFile_FragmentsAreLostAndStatusStays": "/dev/full is of Linux",
-    "HardwareId.NamedInfThatTheSearchDoesNotFind_IsReported": "a backslash in a name is of Linux",
-    "Inventory.ComputerGone_ItsDevicesAreGone": "shows the very computer that it runs on",
-    "Locale.AnyLocale_GivesTheSameBytes": "LC_ALL is of Linux",
     "SamplePackage.Update_BringsTheNewDriversAndThenHasNothingToDo":
         "installs with the Linux helper of the sample",
 }

@@ -2,8 +2,8 @@
 #include <gtest/gtest.h>
 
 #include "app/Status.h"
-#include "support/Helper.h"
 #include "support/Package.h"
+#include "support/ResultDocument.h"
 #include "text/Format.h"
 
 namespace tolvanix::test {
@@ -11,142 +11,110 @@ namespace {
 
 const std::string kPresent = R"(PCI\VEN_8086&DEV_1502&SUBSYS_04931028)";
 const std::string kAbsent = R"(PCI\VEN_8086&DEV_FFFF&SUBSYS_04931028)";
-
-std::string infFile(const std::string& hardwareId) {
-  return formatText(
-      "[Version]\r\nSignature=\"$Windows NT$\"\r\nClass=Net\r\n"
-      "ClassGuid={4d36e972-e325-11ce-bfc1-08002be10318}\r\n"
-      "[Manufacturer]\r\n%%Maker%%=Models,NTamd64\r\n"
-      "[Models.NTamd64]\r\n%%Device%%=Install,%s\r\n"
-      "[Strings]\r\nMaker=\"The maker\"\r\nDevice=\"A device\"\r\n",
-      hardwareId.c_str());
-}
-
-std::string documentOf(int status, bool reboot) {
-  return formatText(R"(<?xml version="1.0" encoding="UTF-8"?><SVMExecution lang="en">)"
-                    R"(<SPStatus result = "%s"><Message id="%d">%s</Message></SPStatus>)"
-                    "<RebootRequired>%d</RebootRequired></SVMExecution>",
-                    status == kSuccess ? "true" : "false", status,
-                    kStatusTexts.at(static_cast<std::size_t>(status)), reboot ? 1 : 0);
-}
-
-// The helper, unless `steps` is empty, in a folder with a blank.
-struct Installation {
-  const char* what;
-  std::vector<std::pair<std::string, std::string>> files;
-  std::string steps;
-  Arguments arguments;
-  int deviceStatus;
-  int exitCode;
-};
-
-const std::vector<Installation> kRuns = {
-    {"no INF file", {}, "", {"-w", kPresent}, -6, kNoInfFiles},
-    {"the ID is in no file", {{"a.inf", infFile(kAbsent)}}, "", {"-w", kPresent}, 5, kIdInNoInf},
-    {"check, in no file",
-     {{"a.inf", infFile(kAbsent)}},
-     "",
-     {"-c", "-w", kPresent},
-     4,
-     kCheckedIdNotFound},
-    {"check, in a file",
-     {{"a.inf", infFile(kAbsent)}, {"b.inf", infFile(kPresent + "&REV_07")}},
-     "",
-     {"-w", kPresent + "&REV_04", "-c"},
-     3,
-     kCheckedIdFound},
-    {"check, in another file",
-     {{"a.inf", infFile(kPresent)}, {"b.inf", infFile(kAbsent)}},
-     "",
-     {"-w", kPresent, "-c", "-n", "b.inf"},
-     4,
-     kCheckedIdNotFound},
-    {"the revision is cut in upper case alone",
-     {{"a.inf", infFile(kPresent)}},
-     "",
-     {"-c", "-w", "PCI\\VEN_8086&DEV_1502&SUBSYS_04931028&rev_07"},
-     9,
-     kNoExistingDevice},
-    {"no such device",
-     {{"a.inf", infFile(kAbsent)}},
-     "exit 0",
-     {"-w", kAbsent},
-     9,
-     kNoExistingDevice},
-    {"the last file is no INF file",
-     {{"a.inf", infFile(kAbsent)}, {"b.inf", "text"}},
-     "",
-     {"-w", kPresent},
-     6,
-     kInfNotOpened},
-    {"installed",
-     {{"a.inf", infFile(kPresent)}},
-     "print 4000\nexit 0",
-     {"-w", kPresent},
-     0,
-     kSuccess},
-    {"restart needed", {{"a.inf", infFile(kPresent)}}, "exit 1", {"-w", kPresent}, -2, kSuccess},
-    {"helper failed", {{"a.inf", infFile(kPresent)}}, "exit 2", {"-w", kPresent}, 8, kHelperFailed},
-    {"no helper", {{"a.inf", infFile(kPresent)}}, "", {"-w", kPresent}, 8, kHelperFailed},
-    {"a helper that fails lets the search go on",
-     {{"a.inf", infFile(kPresent)}, {"b.inf", infFile(kAbsent)}},
-     "exit 77",
-     {"-w", kPresent},
-     5,
-     kIdInNoInf},
-};
+constexpr char kHelper[] = "tolvanixhelper64/tolvanixhelper64.exe";
 
 TEST(HardwareId, EveryOutcome_HasItsDocumentAndExitCode) {
+  using Files = std::vector<std::pair<std::string, std::string>>;
+  const std::string has = infFile({kPresent});
+  const std::string hasNot = infFile({kAbsent});
+  const Files present = {{"a.inf", has}};
+  const Files absent = {{"a.inf", hasNot}};
+  const Files second = {{"a.inf", hasNot}, {"b.inf", has}};
+  const Files both = {{"a.inf", has}, {"b.inf", hasNot}};
+  const struct {
+    const char* what;
+    Files files;
+    std::string helper;  // its steps; empty for no helper program
+    Arguments arguments;
+    int deviceStatus;
+    int exitCode;
+  } rows[] = {
+      {"no INF file", {}, "", {kPresent}, -6, kNoInfFiles},
+      {"in no file", absent, "", {kPresent}, 5, kIdInNoInf},
+      {"check, in no file", absent, "", {kPresent, "-c"}, 4, kCheckedIdNotFound},
+      {"check, in a file", second, "", {kPresent + "&REV_04", "-c"}, 3, kCheckedIdFound},
+      {"check, in another", both, "", {kPresent, "-c", "-n", "b.inf"}, 4, kCheckedIdNotFound},
+      {"revision in lower case", present, "", {kPresent + "&rev_07", "-c"}, 9, kNoExistingDevice},
+      {"no such device", absent, "exit 0", {kAbsent}, 9, kNoExistingDevice},
+      {"part of an ID", present, "exit 0", {kPresent.substr(0, 30)}, 9, kNoExistingDevice},
+      {"no text", present, "exit 0", {""}, 9, kNoExistingDevice},
+      {"no INF file at last", {{"a.inf", has}, {"b.inf", "x"}}, "", {kPresent}, 6, kInfNotOpened},
+      {"folder", {{"a.inf/x", ""}}, "", {kPresent}, 6, kInfNotOpened},
+      {"only in a folder", {{"a/a.inf", has}}, "", {kPresent, "-n", "a/a.inf"}, 6, kInfNotOpened},
+      {"installed", present, "print 4000\nexit 0", {kPresent}, 0, kSuccess},
+      {"restart needed", present, "exit 1", {kPresent}, -2, kSuccess},
+      {"helper failed", present, "exit 2", {kPresent}, 8, kHelperFailed},
+      {"no helper", present, "", {kPresent}, 8, kHelperFailed},
+      {"search goes on after a failure", both, "exit 77", {kPresent}, 5, kIdInNoInf},
+      {"and ends with a success", both, "exit 0", {kPresent}, 0, kSuccess},
+  };
   const Computer computer(fixture("computers/four_devices.reg"));
-  for (const Installation& run : kRuns) {
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.what);
     const Package package;
-    for (const auto& [name, text] : run.files) package.add(name, text);
-    if (!run.steps.empty()) {
-      placeHelper(package / "tolvanixhelper64/tolvanixhelper64.exe", run.steps);
-    }
-    Arguments arguments = {"-uhid", "-d=4", "-e", "trace.log"};
-    arguments.insert(arguments.end(), run.arguments.begin(), run.arguments.end());
+    for (const auto& [name, text] : row.files) package.add(name, text);
+    if (!row.helper.empty()) placeHelper(package / kHelper, row.helper);
+    Arguments arguments = {"-uhid", "-d=4", "-e", "trace.log", "-w"};
+    arguments.insert(arguments.end(), row.arguments.begin(), row.arguments.end());
     const ProgramResult result = package.run(arguments, computer);
-    EXPECT_EQ(result.exitCode, run.exitCode) << run.what;
-    EXPECT_EQ(result.output, documentOf(run.exitCode, run.deviceStatus == -2)) << run.what;
+    EXPECT_EQ(result.exitCode, row.exitCode);
+    EXPECT_EQ(result.output,
+              executionDocument(statusElement(row.exitCode), row.deviceStatus == -2 ? 1 : 0));
     const std::string trace = readText(package / "trace.log");
-    EXPECT_NE(trace.find(formatText("deviceStatus from DriverUpdate() = %d\n", run.deviceStatus)),
+    EXPECT_NE(trace.find(formatText("deviceStatus from DriverUpdate() = %d\n", row.deviceStatus)),
               std::string::npos)
-        << run.what << '\n'
         << trace;
   }
 }
 
-// Everything of a run behind the banner, where `@` stands for the package's folder.
-constexpr char kInstallationTrace[] = R"(actionUpdateHardwareID: Entered function.
-DriverUpdate: Entered function.
-DriverUpdate: Hardware ID = pci\ven_8086&DEV_1502&SUBSYS_04931028
-DriverUpdate: check INF   = 0
-DriverUpdate: INF file    = <NULL>
-DriverUpdate: Found INF file = @\a.inf
-Win2kInstall: Entered function.
-EnumManufacturers->EnumDevices for mfg 1, The maker:Models.
-EnumDevices for model, Models: no devices found.
-EnumManufacturers->EnumDevices for mfg 2, The maker:Models.NTamd64.
-EnumDevices for model, A device:Install
-Search for HwID pci\ven_8086&DEV_1502&SUBSYS_04931028: found. i = 0
-FindExistingDevice: Entered function.
-FindExistingDevice: Found Hardware ID = pci\ven_8086&DEV_1502&SUBSYS_04931028. i = #
-UpdateDriver: Entered function.
-UpdateDriver: 64-bit helper program.
-ExecCmd: @\tolvanixhelper64\tolvanixhelper64.exe "pci\ven_8086&DEV_1502&SUBSYS_04931028" "@\a.inf"
-ExecCmd: Using pDir; strWorkDir = @\tolvanixhelper64
-UpdateDriver: return code (0) from exec of helper program = @\tolvanixhelper64\tolvanixhelper64.exe "pci\ven_8086&DEV_1502&SUBSYS_04931028" "@\a.inf"
-UpdateDriver: exit code from exec of helper program = 1
-Win2kInstall: status from UpdateDriver() = 0
-DriverUpdate: status from Win2kInstall() = 1
-actionUpdateHardwareID: deviceStatus from DriverUpdate() = -2
-actionUpdateHardwareID: mappedDeviceStatus = 0
-runKiv: status from takeAction() = 0
-)";
+// No device of these IDs is present, so what is found leads to that status.
+TEST(HardwareId, Search_LooksWhereverAnIdMayStand) {
+  const std::string id = "PCI\\VEN_1DE4&DEV_1234&SUBSYS_0001ABCD";
+  const std::string model = "[Manufacturer]\nm=M\n[M]\nd=i";  // one, whose IDs may follow
+  const std::string makers =
+      "[Manufacturer]\n%a%=A,NT,NTamd64.6.1\nb=B\n[A]\nx=i,PCI\\1\n[A.NTamd64.6.1]\nx=i,PCI\\2\n"
+      "[B]\nx=i,PCI\\3\n[C]\nx=i,PCI\\4\n";
+  const std::string keyless =
+      "[Manufacturer]\nm=M,NT\n[M]\na=i,PCI\\1\ni,PCI\\2\nb=i,PCI\\3\n[M.NT]\nc=i,PCI\\4\n";
+  std::string decorated = "[Manufacturer]\nm=M";
+  for (int field = 2; field <= 100; ++field) decorated += ",D" + std::to_string(field);
+  decorated += "\n[M.D99]\na=i,PCI\\99\n[M.D100]\na=i,PCI\\100\n";
+  const struct {
+    std::string inf;
+    std::string wanted;
+    bool found;
+  } rows[] = {
+      {model + "," + id, id, true},
+      {model + "," + id + "&REV_02", id, true},
+      {model + ", pci\\ven_1de4&dev_1234", id, true},
+      {model + "," + id, "pci\\ven_1de4&dev_1234", true},
+      {model + ", USB\\OTHER, PCI\\NONE," + id, id, true},
+      {model, id, true},  // no ID counts as an empty one
+      {model + ",x," + std::string(400, 'y') + "," + id, id, true},
+      {model + ", PCI\\VEN_1DE4&DEV_1235", id, false},
+      {model + "," + id + "&rev_02x", id + "&rev_03", false},
+      {model + "," + std::string(300, 'x'), id, false},
+      {makers, "PCI\\1", true},
+      {makers, "PCI\\2", true},
+      {makers, "PCI\\3", true},
+      {makers, "PCI\\4", false},
+      {keyless, "PCI\\3", false},  // the line without a key ends its section
+      {keyless, "PCI\\4", true},
+      {decorated, "PCI\\99", true},
+      {decorated, "PCI\\100", false},  // one more than are searched
+      {"", id, false},
+  };
+  for (const auto& row : rows) {
+    const Package package;
+    package.add("a.inf", "[Version]\nSignature=\"$Windows NT$\"\nClass=System\n" + row.inf);
+    EXPECT_EQ(package.run({"-uhid", "-c", "-w", row.wanted}).exitCode,
+              row.found ? kNoExistingDevice : kCheckedIdNotFound)
+        << row.inf;
+  }
+}
 
-// What differs between computers and folders, in one form: the package's folder, the place of the
-// device among the present ones.
+// What differs between computers and folders, in one form: the package's folder is `@`, the place
+// of the device among the present ones `#`.
 std::string normalized(std::string trace) {
   const std::string mark = "Found INF file = ";
   const std::size_t start = trace.find(mark) + mark.size();
@@ -160,16 +128,21 @@ std::string normalized(std::string trace) {
   return trace.substr(trace.find("actionUpdateHardwareID: Entered"));
 }
 
-TEST(HardwareId, Installation_TracesEveryStep) {
+TEST(HardwareId, Installation_TracesEveryStepAndGivesTheHelperIdAndFile) {
   const Computer computer(fixture("computers/four_devices.reg"));
   const Package package;
-  package.add("a.inf", infFile(kPresent));
-  placeHelper(package / "tolvanixhelper64/tolvanixhelper64.exe", "print 10\nexit 1");
+  package.add("a.inf", infFile({kPresent}));
+  placeHelper(package / kHelper, "record args.txt\nprint 10\nexit 1");
   const ProgramResult result = package.run(
       {"-uhid", "-w", R"(pci\ven_8086&DEV_1502&SUBSYS_04931028&REV_04)", "-d=4", "-e", "trace.log"},
       computer);
-  EXPECT_EQ(result.output, documentOf(kSuccess, true));
-  EXPECT_EQ(normalized(readText(package / "trace.log")), kInstallationTrace);
+  EXPECT_EQ(result.output, executionDocument(statusElement(kSuccess), 1));
+  EXPECT_EQ(normalized(readText(package / "trace.log")),
+            readText(fixture("traces/installation.txt")));
+  const std::string given = readText(package / "tolvanixhelper64/args.txt");
+  EXPECT_TRUE(given.starts_with("pci\\ven_8086&DEV_1502&SUBSYS_04931028\n")) << given;
+  EXPECT_NE(given.find("\\a.inf\n"), std::string::npos) << given;
+  EXPECT_TRUE(given.ends_with("tolvanixhelper64\n")) << given;
 }
 
 }  // namespace

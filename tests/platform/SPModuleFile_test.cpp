@@ -1,41 +1,17 @@
-#include "platform/SPModuleFile.h"
-
 #include <gtest/gtest.h>
 
 #include <string>
 
 #include "app/SPException.h"
 #include "platform/SPMessageFile.h"
+#include "platform/SPModuleFile.h"
 #include "support/Files.h"
 
-namespace tolvanix {
+namespace tolvanix::test {
 namespace {
 
-TEST(SPModuleFile, Text_FollowsTheByteOrderMark) {
-  const test::TempDir folder;
-  const struct {
-    std::string bytes;
-    std::u16string text;
-    bool isUnicode;
-  } cases[] = {
-      {test::utf16File(u"a\u7F51"), u"\uFEFFa\u7F51", true},
-      {test::utf16File(u"a") + "x", u"\uFEFFa", true},  // an odd byte at the end
-      {"\xFF\xFE", u"\uFEFF", true},
-      {"a\xC3\xA9\r\n", u"a\u00C3\u00A9\r\n", false},
-      {std::string("a\0b", 3), u"a", false},
-      {"\xFF", u"\u00FF", false},
-      {"", u"", false},
-  };
-  for (const auto& c : cases) {
-    test::writeFile(folder / "file", c.bytes);
-    const SPModuleFile file((folder / "file").string().c_str());
-    EXPECT_EQ(std::u16string(file.getText()), c.text);
-    EXPECT_EQ(file.getIsUnicode(), c.isUnicode);
-  }
-}
-
 TEST(SPModuleFile, MissingFileOrFolder_ThrowsNotFound) {
-  const test::TempDir folder;
+  const TempDir folder;
   for (const std::string& path : {(folder / "absent").string(), folder.path().string()}) {
     try {
       const SPModuleFile file(path.c_str());
@@ -62,4 +38,4 @@ TEST(SPMessageFile, LanguageCode_MatchesWholeWithoutRegardToCase) {
 }
 
 }  // namespace
-}  // namespace tolvanix
+}  // namespace tolvanix::test

@@ -21,12 +21,11 @@ TempDir::~TempDir() {
   fs::remove_all(folder, ignored);
 }
 
-ScopedCurrentDirectory::ScopedCurrentDirectory(const fs::path& folder)
-    : before(fs::current_path()) {
-  fs::current_path(folder);
+CurrentTempDir::CurrentTempDir() : before(fs::current_path()) {
+  fs::current_path(path());
 }
 
-ScopedCurrentDirectory::~ScopedCurrentDirectory() {
+CurrentTempDir::~CurrentTempDir() {
   std::error_code ignored;
   fs::current_path(before, ignored);
 }
@@ -61,6 +60,26 @@ std::string readFile(const fs::path& file) {
 
 std::string readText(const fs::path& file) {
   return readAll(file, std::ios::in);
+}
+
+std::string infFile(const std::vector<std::string>& hardwareIds, std::string_view version) {
+  std::string text =
+      "[Version]\r\nSignature=\"$Windows NT$\"\r\nClass=System\r\n"
+      "ClassGuid={4d36e97d-e325-11ce-bfc1-08002be10318}\r\n";
+  text.append(version).append(
+      "\r\n[Manufacturer]\r\n%Maker%=Models,NTamd64\r\n"
+      "[Strings]\r\nMaker=\"The maker\"\r\nDevice=\"A device\"\r\n[Models.NTamd64]\r\n");
+  for (const std::string& id : hardwareIds) {
+    text.append("%Device%=Install,").append(id).append("\r\n");
+  }
+  return text;
+}
+
+void placeHelper(const fs::path& program, std::string_view steps) {
+  fs::create_directories(program.parent_path());
+  fs::remove(program);  // the option to overwrite does not work everywhere
+  fs::copy_file(TEST_HELPER_PROGRAM, program);
+  writeFile(fs::path(program).replace_extension(".txt"), steps);
 }
 
 std::string utf16File(std::u16string_view text) {

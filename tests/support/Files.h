@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tolvanix::test {
 
@@ -22,13 +23,13 @@ class TempDir {
   std::filesystem::path folder;
 };
 
-// Makes a folder current until the end of the scope.
-class ScopedCurrentDirectory {
+// One that is the current folder until the end of the scope.
+class CurrentTempDir : public TempDir {
  public:
-  explicit ScopedCurrentDirectory(const std::filesystem::path& folder);
-  ScopedCurrentDirectory(const ScopedCurrentDirectory&) = delete;
-  ScopedCurrentDirectory& operator=(const ScopedCurrentDirectory&) = delete;
-  ~ScopedCurrentDirectory();
+  CurrentTempDir();
+  CurrentTempDir(const CurrentTempDir&) = delete;
+  CurrentTempDir& operator=(const CurrentTempDir&) = delete;
+  ~CurrentTempDir();
 
  private:
   std::filesystem::path before;
@@ -43,6 +44,12 @@ std::string readFile(const std::filesystem::path& file);
 
 // As the C library reads a text file here: "\n" for the platform's line ends.
 std::string readText(const std::filesystem::path& file);
+
+// An INF file for these hardware IDs, with one more line in its [Version].
+std::string infFile(const std::vector<std::string>& hardwareIds, std::string_view version = "");
+
+// Copies the helper program for tests (test_helper.cpp) to that file, and its steps beside it.
+void placeHelper(const std::filesystem::path& program, std::string_view steps);
 
 // UTF-16LE bytes with a byte-order mark.
 std::string utf16File(std::u16string_view text);

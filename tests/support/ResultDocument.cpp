@@ -1,9 +1,12 @@
 #include "support/ResultDocument.h"
 
+#include <regex>
 #include <set>
 
+#include "app/Status.h"
 #include "support/Files.h"
 #include "support/Program.h"
+#include "text/Format.h"
 
 namespace tolvanix::test {
 
@@ -22,6 +25,25 @@ std::string runXmllint(const std::string& document) {
 }
 
 }  // namespace
+
+std::string messageElement(int status) {
+  return formatText(R"(<Message id="%d">%s</Message>)", status,
+                    kStatusTexts.at(static_cast<std::size_t>(status)));
+}
+
+std::string statusElement(int status) {
+  return formatText(R"(<SPStatus result = "%s">%s</SPStatus>)",
+                    status == kSuccess ? "true" : "false", messageElement(status).c_str());
+}
+
+std::string executionDocument(const std::string& content, int reboot) {
+  return R"(<?xml version="1.0" encoding="UTF-8"?><SVMExecution lang="en">)" + content +
+         formatText("<RebootRequired>%d</RebootRequired></SVMExecution>", reboot);
+}
+
+std::string fixtureDocument(std::string_view name) {
+  return std::regex_replace(readText(fixture(name)), std::regex(">\n"), ">");
+}
 
 std::string schemaErrors(const std::string& document) {
   static std::set<std::string> valid;  // many runs write the same one

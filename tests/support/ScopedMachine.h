@@ -1,15 +1,13 @@
-// The computer that the platform layer presents inside a test's process.
+// The computer that a test's own process sees.
 #pragma once
 
 #include <filesystem>
 #include <memory>
 
-#include "winapi/posix/Machine.h"
-
 namespace tolvanix::test {
 
-// Presents the computer that a registry export or a sysfs tree describes, as TOLVANIX_MACHINE
-// would, until the end of the scope. Device sets are closed before it.
+// Until the end of the scope, the computer of a registry export (under Wine as `Computer` says) or,
+// off Windows, of a sysfs tree. Device sets are closed before it.
 class ScopedMachine {
  public:
   explicit ScopedMachine(const std::filesystem::path& machine);
@@ -18,7 +16,8 @@ class ScopedMachine {
   ~ScopedMachine();
 
  private:
-  std::unique_ptr<winapi::Machine> before;
+  struct State;
+  std::unique_ptr<State> state;
 };
 
 }  // namespace tolvanix::test

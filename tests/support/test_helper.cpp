@@ -2,7 +2,6 @@
 // with ".txt"; the steps, one a line, in order:
 //   record FILE   append the arguments, one a line each, and the working folder, to that file
 //   print N       write N bytes to standard output
-//   error TEXT    write the text to standard error
 //   sleep MS
 //   linger MS     start a copy that keeps standard output open for that long, and go on
 //   raise N       send itself the signal
@@ -24,14 +23,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-void record(const fs::path& file, int argc, char** argv) {
-  std::ofstream out(file, std::ios::app | std::ios::binary);
-  for (int i = 1; i < argc; ++i) out << argv[i] << '\n';
-  out << fs::current_path().string() << '\n';
-}
-
-void sleepFor(int milliseconds) {
-  std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+void sleepFor(const std::string& milliseconds) {
+  std::this_thread::sleep_for(std::chrono::milliseconds(std::stoi(milliseconds)));
 }
 
 void startLingeringCopy(const std::string& program, const std::string& milliseconds) {
@@ -50,7 +43,7 @@ void startLingeringCopy(const std::string& program, const std::string& milliseco
 
 int main(int argc, char** argv) {
   if (argc == 3 && std::string(argv[1]) == "linger") {
-    sleepFor(std::atoi(argv[2]));
+    sleepFor(argv[2]);
     return 0;
   }
   fs::path stepsFile = argv[0];
@@ -64,14 +57,14 @@ int main(int argc, char** argv) {
     std::string value;
     words >> step >> value;
     if (step == "record") {
-      record(folder / value, argc, argv);
+      std::ofstream out(folder / value, std::ios::app | std::ios::binary);
+      for (int i = 1; i < argc; ++i) out << argv[i] << '\n';
+      out << fs::current_path().string() << '\n';
     } else if (step == "print") {
       std::fputs(std::string(std::stoul(value), 'x').c_str(), stdout);
       std::fflush(stdout);
-    } else if (step == "error") {
-      std::fputs(value.c_str(), stderr);
     } else if (step == "sleep") {
-      sleepFor(std::stoi(value));
+      sleepFor(value);
     } else if (step == "linger") {
       startLingeringCopy(argv[0], value);
     } else if (step == "raise") {

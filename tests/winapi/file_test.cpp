@@ -3,18 +3,14 @@
 
 #include <filesystem>
 #include <string>
-#include <vector>
+#include <utility>
 
 #include "support/Files.h"
 #include "winapi/Owner.h"
 #include "winapi/winapi.h"
 
-namespace tolvanix {
+namespace tolvanix::test {
 namespace {
-
-using test::ScopedCurrentDirectory;
-using test::TempDir;
-using test::writeFile;
 
 std::string currentDirectory() {
   char buffer[MAX_PATH] = "";
@@ -30,15 +26,15 @@ std::string fullPath(const char* name) {
   return buffer;
 }
 
-// All that a search answers, without "." and "..".
-std::vector<std::string> findAll(const char* pattern) {
-  std::vector<std::string> names;
+// All that a search answers, each with a blank behind it, without "." and "..".
+std::string findAll(const char* pattern) {
+  std::string names;
   WIN32_FIND_DATAA data{};
   const FindOwner find(FindFirstFileA(pattern, &data));
   if (!find) return names;
   do {
     const std::string name = data.cFileName;
-    if (name != "." && name != "..") names.push_back(name);
+    if (name != "." && name != "..") names += name + ' ';
   } while (FindNextFileA(find.get(), &data));
   EXPECT_EQ(GetLastError(), ERROR_NO_MORE_FILES);
   return names;
@@ -46,17 +42,13 @@ std::vector<std::string> findAll(const char* pattern) {
 
 class FileTest : public ::testing::Test {
  protected:
-  TempDir dir;
-  ScopedCurrentDirectory inDir{dir.path()};
+  CurrentTempDir dir;
 };
 
 TEST_F(FileTest, GetFullPathName_IsResolvedOnTheTextAlone) {
   const std::string here = currentDirectory();
   const std::string parent = here.substr(0, here.rfind('\\'));
-  const struct {
-    const char* name;
-    std::string path;
-  } rows[] = {
+  const std::pair<const char*, std::string> rows[] = {
       {"net.inf", here + "\\net.inf"},
       {".\\net.inf", here + "\\net.inf"},
       {"./net.inf", here + "\\net.inf"},
@@ -68,11 +60,11 @@ TEST_F(FileTest, GetFullPathName_IsResolvedOnTheTextAlone) {
       {"sub\\", here + "\\sub\\"},
       {"*.inf", here + "\\*.inf"},
   };
-  for (const auto& row : rows) EXPECT_EQ(fullPath(row.name), row.path) << row.name;
+  for (const auto& [name, path] : rows) EXPECT_EQ(fullPath(name), path) << name;
   EXPECT_EQ(fullPath(here.c_str()), here);
 }
 
-TEST_F(FileTest, GetFullPathName_BufferBoundary) {
+TEST_F(FileTest, BufferBoundary_IsTheZero) {
   const std::string path = currentDirectory() + "\\net.inf";
   const auto length = static_cast<DWORD>(path.size());
   char buffer[MAX_PATH] = "unchanged";
@@ -82,42 +74,29 @@ TEST_F(FileTest, GetFullPathName_BufferBoundary) {
   EXPECT_EQ(GetFullPathNameA("net.inf", length + 1, buffer, &part), length);
   EXPECT_EQ(buffer, path);
   EXPECT_STREQ(part, "net.inf");
-  EXPECT_NE(GetFullPathNameA("sub\\", sizeof buffer, buffer, &part), 0U);
-  EXPECT_EQ(part, nullptr);
-}
-
-TEST_F(FileTest, GetFullPathName_EmptyName_Fails) {
-  char buffer[MAX_PATH];
   EXPECT_EQ(GetFullPathNameA("", sizeof buffer, buffer, nullptr), 0U);
+  EXPECT_EQ(GetCurrentDirectoryA(length - 8, buffer), length - 7);
+  EXPECT_EQ(GetCurrentDirectoryA(0, nullptr), length - 7);
 }
 
 TEST_F(FileTest, CurrentDirectory_IsAnsweredInTheFormThatItIsSetWith) {
   const std::string here = currentDirectory();
   std::filesystem::create_directory("sub dir");
-  const std::string sub = here + "\\sub dir";
-  char buffer[MAX_PATH] = "";
-  ASSERT_TRUE(SetCurrentDirectoryA(sub.c_str()));
-  EXPECT_EQ(currentDirectory(), sub);
-  const auto length = static_cast<DWORD>(sub.size());
-  EXPECT_EQ(GetCurrentDirectoryA(length, buffer), length + 1);
-  EXPECT_EQ(GetCurrentDirectoryA(0, nullptr), length + 1);
+  ASSERT_TRUE(SetCurrentDirectoryA((here + "\\sub dir").c_str()));
+  EXPECT_EQ(currentDirectory(), here + "\\sub dir");
   ASSERT_TRUE(SetCurrentDirectoryA("..\\"));
   EXPECT_EQ(currentDirectory(), here);
 }
 
-TEST_F(FileTest, SetCurrentDirectory_Failures) {
-  writeFile(dir / "file", "x");
-  const struct {
-    const char* path;
-    DWORD error;
-  } rows[] = {{"none", ERROR_FILE_NOT_FOUND},
-              {"none\\sub", ERROR_PATH_NOT_FOUND},
-              {"file", ERROR_DIRECTORY},
-              {"", ERROR_INVALID_NAME}};
-  for (const auto& row : rows) {
-    EXPECT_FALSE(SetCurrentDirectoryA(row.path)) << row.path;
-    EXPECT_EQ(GetLastError(), row.error) << row.path;
-  }
+TEST_F(FileTest, Attributes_TellFilesFromDirectories) {
+  writeFile(dir / "sub/file.txt", "12345");
+  WIN32_FIND_DATAA found{};
+  ASSERT_TRUE(FindOwner(FindFirstFileA("sub/*.txt", &found)));
+  EXPECT_STREQ(found.cFileName, "file.txt");
+  EXPECT_EQ(found.nFileSizeLow, 5U);
+  EXPECT_EQ(found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY, 0U);
+  ASSERT_TRUE(FindOwner(FindFirstFileA("sub", &found)));
+  EXPECT_NE(found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY, 0U);
 }
 
 TEST_F(FileTest, FindFirst_MatchesWithoutCaseInTheOrderOfUpperCasedNames) {
@@ -125,53 +104,52 @@ TEST_F(FileTest, FindFirst_MatchesWithoutCaseInTheOrderOfUpperCasedNames) {
     writeFile(dir / name, "x");
   }
   std::filesystem::create_directory(dir / "dir.inf");
-  using Names = std::vector<std::string>;
-  const Names all = {"A.INF",        "b.inf", "dir.inf", "noext",
-                     "two.dots.inf", "x.txt", "Z.Inf",   "_c.inf"};
-  const struct {
-    const char* pattern;
-    Names names;
-  } rows[] = {
-      {"*.inf", {"A.INF", "b.inf", "dir.inf", "two.dots.inf", "Z.Inf", "_c.inf"}},
-      {"*", all},
-      {"*.*", all},
-      {"*f", {"A.INF", "b.inf", "dir.inf", "two.dots.inf", "Z.Inf", "_c.inf"}},
-      {"?.inf", {"A.INF", "b.inf", "Z.Inf"}},
-      {"t*.?nf", {"two.dots.inf"}},
-      {"noext.*", {"noext"}},
-      {"t*.*.inf", {"two.dots.inf"}},
-      {"X.TXT", {"x.txt"}},
-      {".\\x.txt", {"x.txt"}},
-      {"DIR.inf", {"dir.inf"}},
-      {"*.none", {}},
+  const std::pair<const char*, const char*> rows[] = {
+      {"*.inf", "A.INF b.inf dir.inf two.dots.inf Z.Inf _c.inf "},
+      {"*", "A.INF b.inf dir.inf noext two.dots.inf x.txt Z.Inf _c.inf "},
+      {"*.*", "A.INF b.inf dir.inf noext two.dots.inf x.txt Z.Inf _c.inf "},
+      {"*f", "A.INF b.inf dir.inf two.dots.inf Z.Inf _c.inf "},
+      {"?.inf", "A.INF b.inf Z.Inf "},
+      {"t*.?nf", "two.dots.inf "},
+      {"noext.*", "noext "},
+      {"t*.*.inf", "two.dots.inf "},
+      {"X.TXT", "x.txt "},
+      {".\\x.txt", "x.txt "},
+      {"DIR.inf", "dir.inf "},
+      {"*.none", ""},
   };
-  for (const auto& row : rows) EXPECT_EQ(findAll(row.pattern), row.names) << row.pattern;
+  for (const auto& [pattern, names] : rows) EXPECT_EQ(findAll(pattern), names) << pattern;
 }
 
-TEST_F(FileTest, FindFirst_InAnotherFolder_AnswersTheBareName) {
-  writeFile(dir / "sub/only.inf", "1234567");
-  WIN32_FIND_DATAA data{};
-  const FindOwner find(FindFirstFileA("sub/*.inf", &data));
-  ASSERT_TRUE(find);
-  EXPECT_STREQ(data.cFileName, "only.inf");
-  EXPECT_EQ(data.nFileSizeLow, 7U);
-  EXPECT_EQ(data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY, 0U);
-}
-
-TEST_F(FileTest, FindFirst_Failures) {
-  writeFile(dir / "file", "x");
+TEST_F(FileTest, Failures_HaveTheirErrors) {
+  using Call = bool (*)(const char* path);
+  const Call enter = [](const char* path) { return SetCurrentDirectoryA(path) != FALSE; };
+  const Call find = [](const char* path) {
+    WIN32_FIND_DATAA data{};
+    return static_cast<bool>(FindOwner(FindFirstFileA(path, &data)));
+  };
   const struct {
-    const char* pattern;
+    Call call;
+    const char* path;
     DWORD error;
-  } rows[] = {{"*.inf", ERROR_FILE_NOT_FOUND},   {"none", ERROR_FILE_NOT_FOUND},
-              {".\\", ERROR_FILE_NOT_FOUND},     {"none\\*.inf", ERROR_PATH_NOT_FOUND},
-              {"none\\x", ERROR_PATH_NOT_FOUND}, {"", ERROR_PATH_NOT_FOUND}};
-  WIN32_FIND_DATAA data{};
+  } rows[] = {
+      {enter, "none", ERROR_FILE_NOT_FOUND},
+      {enter, "none\\sub", ERROR_PATH_NOT_FOUND},
+      {enter, "file", ERROR_DIRECTORY},
+      {enter, "", ERROR_INVALID_NAME},
+      {find, "*.inf", ERROR_FILE_NOT_FOUND},
+      {find, "none", ERROR_FILE_NOT_FOUND},
+      {find, ".\\", ERROR_FILE_NOT_FOUND},
+      {find, "none\\*.inf", ERROR_PATH_NOT_FOUND},
+      {find, "none\\x", ERROR_PATH_NOT_FOUND},
+      {find, "", ERROR_PATH_NOT_FOUND},
+  };
+  writeFile(dir / "file", "x");
   for (const auto& row : rows) {
-    EXPECT_EQ(FindFirstFileA(row.pattern, &data), INVALID_HANDLE_VALUE) << row.pattern;
-    EXPECT_EQ(GetLastError(), row.error) << row.pattern;
+    EXPECT_FALSE(row.call(row.path)) << row.path;
+    EXPECT_EQ(GetLastError(), row.error) << row.path;
   }
 }
 
 }  // namespace
-}  // namespace tolvanix
+}  // namespace tolvanix::test

@@ -1,148 +1,36 @@
-// The computers that registry exports describe.
+// The presented computer: names and versions.
 #include <gtest/gtest.h>
 
-#include <cstring>
+#include <optional>
 #include <sstream>
+#include <string>
+#include <utility>
 
-#include "inventory/PciEnumeration.h"
 #include "support/Files.h"
 #include "support/ScopedMachine.h"
 #include "winapi/posix/IndirectText.h"
+#include "winapi/posix/PciIds.h"
 #include "winapi/posix/kernel32.h"
 
-namespace tolvanix {
+namespace tolvanix::test {
 namespace {
 
-using test::ScopedMachine;
-using test::TempDir;
-using test::utf16File;
-using test::writeFile;
-
-constexpr char kHeader[] = "Windows Registry Editor Version 5.00\n\n";
-const std::filesystem::path kMachines = test::fixture("machines");
-
-// A line for each PCI device: hardware ID, place, name, driver version.
-std::string describeDevices() {
-  DeviceRecord* const first =
-      EnumeratePciDevices(nullptr, nullptr, DIGCF_PRESENT | DIGCF_ALLCLASSES);
-  std::ostringstream text;
-  for (const DeviceRecord* d = first; d != nullptr; d = d->next) {
-    text << d->hardwareID << '|' << d->bus << '.' << d->device << '.' << d->function << '|'
-         << d->name << '|' << d->driverVersion << '\n';
+// The presented system: its version, build and service pack; "none" when it answers nothing.
+std::string describeSystem() {
+  OSVERSIONINFOEXA version{};
+  version.dwOSVersionInfoSize = sizeof version;
+  if (GetVersionExA(reinterpret_cast<OSVERSIONINFOA*>(&version)) == FALSE) {
+    EXPECT_EQ(GetLastError(), ERROR_INVALID_DATA);
+    return "none";
   }
-  FreeDeviceRecords(first);
+  std::ostringstream text;
+  text << version.dwMajorVersion << '.' << version.dwMinorVersion << '.' << version.dwBuildNumber
+       << ' ' << version.wServicePackMajor << version.szCSDVersion;
   return text.str();
 }
 
-OSVERSIONINFOEXA versionOf(BOOL& answered) {
-  OSVERSIONINFOEXA version{};
-  version.dwOSVersionInfoSize = sizeof version;
-  answered = GetVersionExA(reinterpret_cast<OSVERSIONINFOA*>(&version));
-  return version;
-}
-
-// What a machine file with these bytes says on standard error; it must have no devices.
-std::string complaintAbout(const std::string& bytes) {
-  const TempDir folder;
-  const auto file = folder / "m.reg";
-  writeFile(file, bytes);
-  testing::internal::CaptureStderr();
-  const ScopedMachine machine(file);
-  EXPECT_EQ(describeDevices(), "");
-  std::string said = testing::internal::GetCapturedStderr();
-  const std::size_t name = said.find(file.string());
-  return name == std::string::npos ? said : said.erase(name, file.string().size());
-}
-
-TEST(RegistryMachine, AllEncodingsAndValueForms_GiveTheSameComputer) {
-  for (const char* const name :
-       {"forms_utf16.reg", "forms_utf8.reg", "forms_utf8_bom.reg", "forms_regedit4.reg"}) {
-    SCOPED_TRACE(name);
-    const ScopedMachine machine(kMachines / name);
-    EXPECT_EQ(describeDevices(),
-              "PCI\\VEN_1DE4&DEV_0001&SUBSYS_00AA1DE4&REV_01|2.3.4|"
-              "Quoted \"x\" \\ caf\u00e9 \u7f51|1.2.3.4\n"
-              "PCI\\VEN_1DE4&DEV_0002&SUBSYS_00BB1DE4|0.31.3|Expanded \u7f51|5.6.7.8\n");
-    BOOL answered = FALSE;
-    const OSVERSIONINFOEXA version = versionOf(answered);
-    EXPECT_TRUE(answered);
-    EXPECT_EQ(version.dwMajorVersion, 6U);
-    EXPECT_EQ(version.dwMinorVersion, 1U);
-    EXPECT_EQ(version.dwBuildNumber, 7601U);
-    EXPECT_EQ(version.wServicePackMajor, 1);
-    EXPECT_STREQ(version.szCSDVersion, "Service Pack 1");
-    EXPECT_EQ(GetSystemDefaultLangID(), 0x0407);
-  }
-}
-
-TEST(RegistryMachine, Export_CountsAsItIsAfterAnImport) {
-  const ScopedMachine machine(kMachines / "import_rules.reg");
-  EXPECT_EQ(describeDevices(),
-            "PCI\\VEN_1DE4&DEV_0001|7.0.0|kept|\n"
-            "PCI\\VEN_1DE4&DEV_0002|0.0.0|default|\n"
-            "PCI\\VEN_1DE4&DEV_0003|0.0.0|default|\n"
-            "PCI\\VEN_1DE4&DEV_0005|0.0.0|default|\n");
-  const winapi::Machine& presented = winapi::presentedMachine();
-  ASSERT_EQ(presented.deviceCount(), 5U) << "a device without hardware IDs is one";
-  EXPECT_STREQ(presented.deviceProperty(0, SPDRP_DEVICEDESC)->data.c_str(), "new");
-  EXPECT_STREQ(presented.deviceProperty(4, SPDRP_FRIENDLYNAME)->data.c_str(), "two\r\nlines");
-  EXPECT_FALSE(presented.hasKey("system\\currentcontrolset\\enum\\pci\\gone"));
-  EXPECT_TRUE(presented.hasKey("SYSTEM\\CurrentControlSet\\Enum\\PCI\\B"));
-}
-
-TEST(RegistryMachine, MalformedExport_IsOneLineAndNoDevices) {
-  const std::string device =
-      "[HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Enum\\PCI\\A\\1]\n\"HardwareID\"=";
-  const struct {
-    std::string bytes;
-    const char* complaint;
-  } cases[] = {
-      {"", "tolvanix: :1: the file is empty\n"},
-      {"PCI 1\n", "tolvanix: :1: this is no header of a registry export\n"},
-      {std::string(5000, '\xA5'), "tolvanix: :1: this is no header of a registry export\n"},
-      {"\xFE\xFF", "tolvanix: :1: this is no header of a registry export\n"},
-      {utf16File(u"REGEDIT4\n\n") + "x", "tolvanix: :3: the file ends in half a UTF-16 unit\n"},
-      {kHeader + std::string("hello\n"), "tolvanix: :3: this is neither a key nor a value\n"},
-      {kHeader + std::string("\0", 1), "tolvanix: :3: this is neither a key nor a value\n"},
-      {kHeader + std::string("[HKEY_LOCAL_MACHINE\\SY"),
-       "tolvanix: :3: the key has no closing bracket\n"},
-      {kHeader + std::string("[]\n"), "tolvanix: :3: the key has no name\n"},
-      {kHeader + std::string("[a] b\n"), "tolvanix: :3: there is text behind the key\n"},
-      {kHeader + std::string("\"a\"=\"b\"\n"),
-       "tolvanix: :3: this value stands before the first key\n"},
-      {kHeader + device, "tolvanix: :4: this is no form of data\n"},
-      {kHeader + device + "1\n", "tolvanix: :4: this is no form of data\n"},
-      {kHeader + device + "\"PCI\n\n", "tolvanix: :4: the text has no closing quote\n"},
-      {kHeader + device + "\"PCI\"x\n", "tolvanix: :4: there is text behind the value\n"},
-      {kHeader + device + "hex(7):50,00,\\", "tolvanix: :4: the value ends in the middle\n"},
-      {kHeader + device + "hex(7):50,00,\\\n", "tolvanix: :5: a byte is missing in the value\n"},
-      {kHeader + device + "hex(7):50,00,\n", "tolvanix: :4: a byte is missing in the value\n"},
-      {kHeader + device + "hex(7:50\n",
-       "tolvanix: :4: the type of the value is not followed by \"):\"\n"},
-      {kHeader + device + "dword:123456789\n",
-       "tolvanix: :4: one to eight hexadecimal digits needed\n"},
-      {kHeader + std::string("[a]\n\"b\"\n"),
-       "tolvanix: :4: the value's name is not followed by an equals sign\n"},
-  };
-  for (const auto& c : cases) EXPECT_EQ(complaintAbout(c.bytes), c.complaint);
-}
-
-TEST(RegistryMachine, MissingFile_IsOneLineAndNoDevices) {
-  testing::internal::CaptureStderr();
-  const ScopedMachine machine("no/such/machine.reg");
-  EXPECT_EQ(describeDevices(), "");
-  BOOL answered = FALSE;
-  EXPECT_EQ(versionOf(answered).dwMajorVersion, 0U);
-  EXPECT_TRUE(answered);
-  EXPECT_EQ(testing::internal::GetCapturedStderr(),
-            "tolvanix: no/such/machine.reg: No such file or directory\n");
-}
-
 TEST(IndirectText, Forms_ResolveAsThePlatformDoes) {
-  const struct {
-    const char* stored;
-    std::optional<std::string> text;
-  } cases[] = {
+  const std::pair<const char*, std::optional<std::string>> rows[] = {
       {"plain", "plain"},
       {"@oem4.inf,%e1502%;Text; with (all) of it", "Text; with (all) of it"},
       {"@oem4.inf,%a;b%;Text", "Text"},
@@ -159,45 +47,53 @@ TEST(IndirectText, Forms_ResolveAsThePlatformDoes) {
       {"@home, sweet", "@home, sweet"},
       {"@a,", "@a,"},
   };
-  for (const auto& c : cases) EXPECT_EQ(winapi::resolveIndirectText(c.stored), c.text) << c.stored;
+  for (const auto& [stored, text] : rows) {
+    EXPECT_EQ(winapi::resolveIndirectText(stored), text) << stored;
+  }
+}
+
+TEST(PciIds, Name_IsOfTheSubsystemElseOfTheDevice) {
+  const TempDir folder;
+  const auto file = folder / "pci.ids";
+  writeFile(file,
+            "# comment\n1de9  Late vendor\n\t0001  Late device\n1de4  Vendor\n\t0002  Second\n"
+            "\t\t1028 00ab  Board of second\n# note\n\t\t1028 00ac  Other board\n\t0001  First\n"
+            "C 02  Class\n\t0003  No device\n1df0  Last\n\t0009  Unended");
+  const winapi::PciIds names{winapi::MappedFile(file.c_str())};
+  EXPECT_EQ(names.name(0x1DE4, 2, 0x1028, 0xAC), "Other board");
+  EXPECT_EQ(names.name(0x1DE4, 2, 0x1028, 0xAD), "Second");
+  EXPECT_EQ(names.name(0x1DE4, 1, 0x1028, 0xAB), "First");
+  EXPECT_EQ(names.name(0x1DE9, 1, 0, 0), "Late device");
+  EXPECT_EQ(names.name(0x1DF0, 9, 0, 0), "Unended");
+  EXPECT_EQ(names.name(0x1DE4, 3, 0, 0), "");
+  EXPECT_EQ(winapi::PciIds(winapi::MappedFile("/no/such/list")).name(1, 1, 0, 0), "");
 }
 
 TEST(Version, Values_DecideTheAnswer) {
-  const struct {
-    const char* values;
-    BOOL answered;
-    DWORD major;
-    DWORD minor;
-  } cases[] = {
-      {"", TRUE, 0, 0},
-      {"\"CurrentVersion\"=\"6.3\"\n\"CurrentMajorVersionNumber\"=dword:a\n", TRUE, 10, 0},
-      {"\"CurrentVersion\"=\"6.2\"\n", TRUE, 6, 2},
-      {"\"CurrentVersion\"=\"six\"\n", FALSE, 0, 0},
-      {"\"CurrentVersion\"=dword:6\n", FALSE, 0, 0},
-      {"\"CurrentMajorVersionNumber\"=\"10\"\n", FALSE, 0, 0},
-      {"\"CurrentVersion\"=\"6.1\"\n\"CurrentBuild\"=\"x\"\n", FALSE, 0, 0},
+  const std::string key =
+      "Windows Registry Editor Version 5.00\n\n"
+      "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion]\n";
+  const std::pair<const char*, const char*> rows[] = {
+      {"", "0.0.0 0"},
+      {"\"CurrentVersion\"=\"6.3\"\n\"CurrentMajorVersionNumber\"=dword:a\n", "10.0.0 0"},
+      {"\"CurrentVersion\"=\"6.2\"\n", "6.2.0 0"},
+      {"\"CurrentVersion\"=\"six\"\n", "none"},
+      {"\"CurrentVersion\"=dword:6\n", "none"},
+      {"\"CurrentMajorVersionNumber\"=\"10\"\n", "none"},
+      {"\"CurrentVersion\"=\"6.1\"\n\"CurrentBuild\"=\"x\"\n", "none"},
   };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.values);
-    const TempDir folder;
-    writeFile(folder / "m.reg",
-              std::string(kHeader)
-                  .append("[HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion]\n")
-                  .append(c.values));
+  const TempDir folder;
+  for (const auto& [values, system] : rows) {
+    writeFile(folder / "m.reg", key + values);
     const ScopedMachine machine(folder / "m.reg");
-    BOOL answered = FALSE;
-    const OSVERSIONINFOEXA version = versionOf(answered);
-    EXPECT_EQ(answered, c.answered);
-    if (answered == FALSE) {
-      EXPECT_EQ(GetLastError(), ERROR_INVALID_DATA);
-    }
-    EXPECT_EQ(version.dwMajorVersion, c.major);
-    EXPECT_EQ(version.dwMinorVersion, c.minor);
+    EXPECT_EQ(describeSystem(), system) << values;
   }
 }
 
 TEST(Version, Verification_IsTruthfulAndForEqualityAlone) {
-  const ScopedMachine machine(kMachines / "forms_utf8.reg");
+  const ScopedMachine machine(fixture("machines/forms_utf8.reg"));
+  EXPECT_EQ(describeSystem(), "6.1.7601 1Service Pack 1");
+  EXPECT_EQ(GetSystemDefaultLangID(), 0x0407);
   constexpr DWORD kBoth = VER_MAJORVERSION | VER_MINORVERSION;
   const DWORDLONG equal = VerSetConditionMask(0, kBoth, VER_EQUAL);
   OSVERSIONINFOEXW wanted{};
@@ -219,17 +115,5 @@ TEST(Version, Verification_IsTruthfulAndForEqualityAlone) {
   EXPECT_FALSE(GetVersionExA(&basic));
 }
 
-TEST(Handles, OfAnotherFamilyOrClosed_AreInvalid) {
-  const ScopedMachine machine(kMachines / "forms_utf8.reg");
-  HDEVINFO set = SetupDiGetClassDevsA(nullptr, nullptr, nullptr, DIGCF_PRESENT | DIGCF_ALLCLASSES);
-  EXPECT_EQ(RegCloseKey(set), static_cast<LSTATUS>(ERROR_INVALID_HANDLE));
-  EXPECT_TRUE(SetupDiDestroyDeviceInfoList(set));
-  EXPECT_FALSE(SetupDiDestroyDeviceInfoList(set));
-  EXPECT_EQ(GetLastError(), ERROR_INVALID_HANDLE);
-  int notAHandle = 0;
-  EXPECT_EQ(RegQueryValueExA(&notAHandle, "x", nullptr, nullptr, nullptr, nullptr),
-            static_cast<LSTATUS>(ERROR_INVALID_HANDLE));
-}
-
 }  // namespace
-}  // namespace tolvanix
+}  // namespace tolvanix::test

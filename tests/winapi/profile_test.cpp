@@ -7,13 +7,8 @@
 #include "support/Files.h"
 #include "winapi/winapi.h"
 
-namespace tolvanix {
+namespace tolvanix::test {
 namespace {
-
-using test::ScopedCurrentDirectory;
-using test::TempDir;
-using test::utf16File;
-using test::writeFile;
 
 constexpr char kFile[] = ".\\test.ini";
 
@@ -36,33 +31,32 @@ class Profile : public testing::Test {
   }
 
  private:
-  TempDir folder;
-  ScopedCurrentDirectory scope{folder.path()};
+  CurrentTempDir folder;
 };
 
-TEST_F(Profile, MissingFile_GivesNoNamesAndTheDefault) {
+TEST_F(Profile, NoSuchFile_GivesNoNamesAndTheDefault) {
   EXPECT_EQ(names(), "");
   EXPECT_EQ(GetLastError(), ERROR_FILE_NOT_FOUND);
   EXPECT_EQ(value("A", "k"), "default");
   EXPECT_EQ(GetLastError(), ERROR_FILE_NOT_FOUND);
-}
-
-TEST_F(Profile, NameWithoutFolder_IsNotLookedForInTheCurrentOne) {
   write("[A]\nk=v\n");
   char buffer[16];
-  EXPECT_EQ(GetPrivateProfileSectionNamesA(buffer, sizeof buffer, "test.ini"), 0U);
+  EXPECT_EQ(GetPrivateProfileSectionNamesA(buffer, sizeof buffer, "test.ini"), 0U)
+      << "without a folder the name is not one in the current folder";
 }
 
 TEST_F(Profile, Sections_AreListedInFileOrderWithDuplicates) {
-  write("k=0\n[B]\n[ A a ] junk\n;[no]\n[unclosed\n[]\n[b]\n");
-  EXPECT_EQ(names(), std::string("B\0A a\0b\0", 8));
+  write("k=0\n[B]\n[ A a ] junk\n;[no]\n[unclosed\n[]\n[x] y] z\n[b]\n");
+  EXPECT_EQ(names(), std::string("B\0A a\0x] y\0b\0", 13));
   EXPECT_EQ(GetLastError(), ERROR_SUCCESS);
 }
 
-TEST_F(Profile, NamesLongerThanTheBuffer_AreCutWithTwoZeros) {
-  write("[abc]\n[def]\n");
+TEST_F(Profile, LongerThanTheBuffer_IsCut) {
+  write("[abc]\nk=abcdef\n[def]\n");
   EXPECT_EQ(names(10), std::string("abc\0def\0", 8));
   EXPECT_EQ(names(8), std::string("abc\0de", 6));
+  EXPECT_EQ(value("abc", "k", 7), "abcdef");
+  EXPECT_EQ(value("abc", "k", 6), "abcde");
 }
 
 TEST_F(Profile, Values) {
@@ -79,12 +73,6 @@ TEST_F(Profile, Values) {
   for (const auto& row : rows) EXPECT_EQ(value(row[0], row[1]), row[2]) << row[0] << row[1];
 }
 
-TEST_F(Profile, ValueLongerThanTheBuffer_IsCut) {
-  write("[A]\nk=abcdef\n");
-  EXPECT_EQ(value("A", "k", 7), "abcdef");
-  EXPECT_EQ(value("A", "k", 6), "abcde");
-}
-
 TEST_F(Profile, EveryEncodingAndLineEnd_IsRead) {
   for (const std::string& bytes :
        {std::string("[A]\r\nk=v\r\n"), std::string("[A]\rk=v"), std::string("\xEF\xBB\xBF[A]\nk=v"),
@@ -96,15 +84,5 @@ TEST_F(Profile, EveryEncodingAndLineEnd_IsRead) {
   }
 }
 
-TEST(Mbsicmp, IgnoresTheCaseOfAsciiLetters) {
-  const auto compare = [](const char* left, const char* right) {
-    return _mbsicmp(reinterpret_cast<const unsigned char*>(left),
-                    reinterpret_cast<const unsigned char*>(right));
-  };
-  EXPECT_EQ(compare("PCI\\ven_8086", "pci\\VEN_8086"), 0);
-  EXPECT_LT(compare("a", "B"), 0);
-  EXPECT_GT(compare("ab", "A"), 0);
-}
-
 }  // namespace
-}  // namespace tolvanix
+}  // namespace tolvanix::test

@@ -1,115 +1,104 @@
+// Device sets and the driver keys of their devices, to the documented behaviour.
 #include <gtest/gtest.h>
 
-#include "support/ScopedRegistry.h"
+#include <string>
+
+#include "support/Files.h"
+#include "support/ScopedMachine.h"
 #include "winapi/Owner.h"
 #include "winapi/winapi.h"
 
-namespace tolvanix {
+namespace tolvanix::test {
 namespace {
 
-using test::deviceKey;
-using test::listOf;
-using test::ScopedRegistry;
-using test::textOf;
+class DeviceSet : public testing::Test {
+ protected:
+  DeviceSet() { device.cbSize = sizeof device; }
 
-constexpr char kFirstId[] = "PCI\\VEN_1DE4&DEV_7001&REV_01";
-
-DeviceSetOwner presentDevices() {
-  return DeviceSetOwner(
-      SetupDiGetClassDevsA(nullptr, nullptr, nullptr, DIGCF_PRESENT | DIGCF_ALLCLASSES));
-}
-
-SP_DEVINFO_DATA emptyElement() {
-  SP_DEVINFO_DATA device{};
-  device.cbSize = sizeof device;
-  return device;
-}
-
-// The device whose first hardware ID is kFirstId.
-SP_DEVINFO_DATA findTestDevice(const DeviceSetOwner& set) {
-  SP_DEVINFO_DATA device = emptyElement();
-  for (DWORD i = 0; SetupDiEnumDeviceInfo(set.get(), i, &device); ++i) {
-    char id[200] = {};
-    if (SetupDiGetDeviceRegistryPropertyA(set.get(), &device, SPDRP_HARDWAREID, nullptr,
-                                          reinterpret_cast<BYTE*>(id), sizeof id, nullptr) &&
-        std::string(id) == kFirstId) {
-      return device;
+  // Makes the present device with this first hardware ID the one that is asked for.
+  void find(const std::string& hardwareId) {
+    for (DWORD i = 0; SetupDiEnumDeviceInfo(set.get(), i, &device); ++i) {
+      char id[200] = {};
+      if (property(SPDRP_HARDWAREID, id, sizeof id) && id == hardwareId) return;
     }
+    FAIL() << hardwareId << " is not among the present devices";
   }
-  ADD_FAILURE() << "the test's device is not among the present ones";
-  return device;
-}
+  bool property(DWORD number, char* text, DWORD room) {
+    return SetupDiGetDeviceRegistryPropertyA(set.get(), &device, number, &type,
+                                             reinterpret_cast<BYTE*>(text), room, &size) != FALSE;
+  }
 
-TEST(DeviceSet, PropertySizeQuery_TellsSizeAndType) {
-  const ScopedRegistry keys(
-      {deviceKey("PCI\\TEST7001\\1", {listOf("HardwareID", {kFirstId, "PCI\\VEN_1DE4"}),
-                                      textOf("DeviceDesc", "Name")})});
-  const DeviceSetOwner set = presentDevices();
-  SP_DEVINFO_DATA device = findTestDevice(set);
+  const ScopedMachine machine{fixture("computers/four_devices.reg")};
+  const DeviceSetOwner set{
+      SetupDiGetClassDevsA(nullptr, nullptr, nullptr, DIGCF_PRESENT | DIGCF_ALLCLASSES)};
+  SP_DEVINFO_DATA device{};
   DWORD type = 0;
-  DWORD needed = 0;
-  EXPECT_FALSE(SetupDiGetDeviceRegistryPropertyA(set.get(), &device, SPDRP_HARDWAREID, &type,
-                                                 nullptr, 0, &needed));
-  EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_INSUFFICIENT_BUFFER));
-  EXPECT_EQ(type, static_cast<DWORD>(REG_MULTI_SZ));
-  const std::string whole = listOf("", {kFirstId, "PCI\\VEN_1DE4"}).bytes;
-  ASSERT_EQ(needed, whole.size());
-
-  std::string buffer(needed, '#');
-  auto* const bytes = reinterpret_cast<BYTE*>(buffer.data());
-  EXPECT_FALSE(SetupDiGetDeviceRegistryPropertyA(set.get(), &device, SPDRP_HARDWAREID, nullptr,
-                                                 bytes, needed - 1, nullptr));
-  EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_INSUFFICIENT_BUFFER));
-  EXPECT_EQ(buffer, std::string(needed, '#')) << "one byte short leaves the buffer alone";
-  EXPECT_TRUE(SetupDiGetDeviceRegistryPropertyA(set.get(), &device, SPDRP_HARDWAREID, nullptr,
-                                                bytes, needed, nullptr));
-  EXPECT_EQ(buffer, whole);
-}
-
-TEST(DeviceSet, AbsentProperty_IsInvalidData) {
-  const ScopedRegistry keys({deviceKey(
-      "PCI\\TEST7001\\1", {listOf("HardwareID", {kFirstId}), textOf("FriendlyName", "")})});
-  const DeviceSetOwner set = presentDevices();
-  SP_DEVINFO_DATA device = findTestDevice(set);
-  char text[10] = "#########";
   DWORD size = 0;
-  EXPECT_FALSE(SetupDiGetDeviceRegistryPropertyA(set.get(), &device, SPDRP_DRIVER, nullptr,
-                                                 reinterpret_cast<BYTE*>(text), sizeof text,
-                                                 nullptr));
-  EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_INVALID_DATA));
-  EXPECT_TRUE(SetupDiGetDeviceRegistryPropertyA(set.get(), &device, SPDRP_FRIENDLYNAME, nullptr,
-                                                reinterpret_cast<BYTE*>(text), sizeof text, &size))
-      << "an empty text is present";
-  EXPECT_EQ(size, 1U);
+};
+
+TEST_F(DeviceSet, Property_TellsItsSizeAndTypeAndNeedsAllOfItsRoom) {
+  find("PCI\\VEN_8086&DEV_1502&SUBSYS_04931028&REV_04");
+  const std::string ids(
+      "PCI\\VEN_8086&DEV_1502&SUBSYS_04931028&REV_04\0PCI\\VEN_8086&DEV_1502&SUBSYS_04931028\0",
+      83);
+  EXPECT_FALSE(property(SPDRP_HARDWAREID, nullptr, 0));
+  EXPECT_EQ(GetLastError(), ERROR_INSUFFICIENT_BUFFER);
+  EXPECT_EQ(type, REG_MULTI_SZ);
+  ASSERT_EQ(size, ids.size() + 1);
+  std::string buffer(size, '#');
+  EXPECT_FALSE(property(SPDRP_HARDWAREID, buffer.data(), size - 1));
+  EXPECT_EQ(GetLastError(), ERROR_INSUFFICIENT_BUFFER);
+  EXPECT_EQ(buffer, std::string(size, '#')) << "one byte short leaves the buffer alone";
+  EXPECT_TRUE(property(SPDRP_HARDWAREID, buffer.data(), size));
+  EXPECT_EQ(buffer, ids + '\0');
+  find("PCI\\VEN_8086&DEV_1E3A&SUBSYS_04931028&REV_04");
+  EXPECT_FALSE(property(SPDRP_FRIENDLYNAME, buffer.data(), 10)) << "it has none";
+  EXPECT_EQ(GetLastError(), ERROR_INVALID_DATA);
 }
 
-TEST(DeviceSet, Enumeration_EndsWithNoMoreItemsAndChecksItsArguments) {
-  const DeviceSetOwner set = presentDevices();
-  SP_DEVINFO_DATA device = emptyElement();
-  EXPECT_FALSE(SetupDiEnumDeviceInfo(set.get(), 1000000, &device));
-  EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_NO_MORE_ITEMS));
+TEST_F(DeviceSet, DriverKey_AnswersWhatFits) {
+  HKEY opened = nullptr;
+  const std::string path =
+      R"(SYSTEM\CurrentControlSet\Control\Class\{4d36e972-e325-11ce-bfc1-08002be10318}\000)";
+  const auto open = [&](const char* last) {
+    return static_cast<DWORD>(
+        RegOpenKeyExA(HKEY_LOCAL_MACHINE, (path + last).c_str(), 0, KEY_QUERY_VALUE, &opened));
+  };
+  EXPECT_EQ(open("2"), ERROR_FILE_NOT_FOUND);
+  ASSERT_EQ(open("1"), ERROR_SUCCESS);
+  const RegistryKeyOwner key(opened);
+  char version[12] = "#";
+  const auto query = [&](const char* name, DWORD room) {
+    size = room;
+    return static_cast<DWORD>(
+        RegQueryValueExA(key.get(), name, nullptr, &type, reinterpret_cast<BYTE*>(version), &size));
+  };
+  EXPECT_EQ(query("None", 12), ERROR_FILE_NOT_FOUND);
+  EXPECT_EQ(query("driverVersion", 10), ERROR_MORE_DATA);
+  EXPECT_EQ(size, 11U);
+  EXPECT_STREQ(version, "#") << "one byte short leaves the buffer alone";
+  EXPECT_EQ(query("driverVersion", 12), ERROR_SUCCESS);
+  EXPECT_EQ(type, REG_SZ);
+  EXPECT_STREQ(version, "12.15.22.6");
+}
+
+TEST_F(DeviceSet, Misuse_HasItsError) {
+  const GUID guid{};
+  const DeviceSetOwner none(SetupDiCreateDeviceInfoList(&guid, nullptr));
+  ASSERT_TRUE(none);
+  EXPECT_FALSE(SetupDiEnumDeviceInfo(none.get(), 0, &device));
+  EXPECT_EQ(GetLastError(), ERROR_NO_MORE_ITEMS);
+  EXPECT_FALSE(SetupDiEnumDeviceInfo(INVALID_HANDLE_VALUE, 0, &device));
+  EXPECT_EQ(GetLastError(), ERROR_INVALID_HANDLE);
   device.cbSize = 0;
   EXPECT_FALSE(SetupDiEnumDeviceInfo(set.get(), 0, &device));
-  EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_INVALID_USER_BUFFER));
-  EXPECT_FALSE(SetupDiEnumDeviceInfo(INVALID_HANDLE_VALUE, 0, &device));
-  EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_INVALID_HANDLE));
-  EXPECT_FALSE(SetupDiDestroyDeviceInfoList(INVALID_HANDLE_VALUE));
-  EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_INVALID_HANDLE));
-}
-
-TEST(DeviceSet, MadeEmpty_HasNoDevices) {
-  const GUID guid{};
-  const DeviceSetOwner set(SetupDiCreateDeviceInfoList(&guid, nullptr));
-  ASSERT_TRUE(set);
-  SP_DEVINFO_DATA device = emptyElement();
-  EXPECT_FALSE(SetupDiEnumDeviceInfo(set.get(), 0, &device));
-  EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_NO_MORE_ITEMS));
-}
-
-TEST(DeviceSet, NoClassWithoutAllClasses_IsRefused) {
+  EXPECT_EQ(GetLastError(), ERROR_INVALID_USER_BUFFER);
   EXPECT_EQ(SetupDiGetClassDevsA(nullptr, nullptr, nullptr, DIGCF_PRESENT), INVALID_HANDLE_VALUE);
-  EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_INVALID_PARAMETER));
+  EXPECT_EQ(GetLastError(), ERROR_INVALID_PARAMETER);
+  EXPECT_EQ(SetupDiGetClassDevsExA(nullptr, nullptr, nullptr, DIGCF_PRESENT | DIGCF_ALLCLASSES,
+                                   nullptr, "\\\\other", nullptr),
+            INVALID_HANDLE_VALUE);
 }
 
 }  // namespace
-}  // namespace tolvanix
+}  // namespace tolvanix::test

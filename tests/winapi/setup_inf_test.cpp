@@ -3,18 +3,14 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "support/Files.h"
 #include "winapi/Owner.h"
 
-namespace tolvanix {
+namespace tolvanix::test {
 namespace {
-
-using test::ScopedCurrentDirectory;
-using test::TempDir;
-using test::utf16File;
-using test::writeFile;
 
 constexpr char kFile[] = ".\\test.inf";
 constexpr char kVersion[] = "[Version]\nSignature=\"$Windows NT$\"\nClass=Net\n";
@@ -27,16 +23,6 @@ std::optional<std::string> field(INFCONTEXT& line, DWORD index) {
   return text;
 }
 
-// "key=value|value", "-" for a line without a key.
-std::string describe(INFCONTEXT& line) {
-  std::string text = field(line, 0).value_or("-") + "=";
-  for (DWORD i = 1; i <= SetupGetFieldCount(&line); ++i) {
-    if (i > 1) text += '|';
-    text += field(line, i).value_or("?");
-  }
-  return text;
-}
-
 class Inf : public testing::Test {
  protected:
   void write(std::string_view bytes) const { writeFile(folder / "test.inf", bytes); }
@@ -46,27 +32,24 @@ class Inf : public testing::Test {
     return inf ? ERROR_SUCCESS : GetLastError();
   }
 
-  // The lines of section S, in a file that has a usable [Version] and the text.
-  std::vector<std::string> lines(const std::string& text) const {
-    write(kVersion + text);
-    return linesOfFile();
-  }
-
-  static std::vector<std::string> linesOfFile() {
-    std::vector<std::string> found;
+  // The lines of section S: "key=value|value\n", with "-" for no key.
+  static std::string linesOfFile() {
+    std::string found;
     const InfOwner inf(SetupOpenInfFileA(kFile, nullptr, INF_STYLE_WIN4, nullptr));
     INFCONTEXT line{};
-    if (SetupFindFirstLineA(inf.get(), "s", nullptr, &line) == FALSE) return found;
-    do found.push_back(describe(line));
-    while (SetupFindNextLine(&line, &line) != FALSE);
+    for (BOOL more = SetupFindFirstLineA(inf.get(), "s", nullptr, &line); more != FALSE;
+         more = SetupFindNextLine(&line, &line)) {
+      found += field(line, 0).value_or("-");
+      for (DWORD i = 1; i <= SetupGetFieldCount(&line); ++i) {
+        found += (i == 1 ? '=' : '|') + field(line, i).value_or("?");
+      }
+      found += '\n';
+    }
     return found;
   }
 
-  const TempDir folder;
-  const ScopedCurrentDirectory scope{folder.path()};
+  const CurrentTempDir folder;
 };
-
-using Lines = std::vector<std::string>;
 
 TEST_F(Inf, Open_UnusableFiles_EachHaveTheirError) {
   const std::string longName(300, 'n');
@@ -99,72 +82,54 @@ TEST_F(Inf, Open_NamesThatAreNoFile) {
   std::filesystem::create_directory(folder / "folder.inf");
   EXPECT_EQ(openError(".\\folder.inf"), ERROR_ACCESS_DENIED);
   EXPECT_EQ(openError("./test.inf"), ERROR_SUCCESS);
-}
-
-TEST_F(Inf, Open_SyntaxError_GivesItsLine) {
   write("; one\n[Version]\n\n[open\n");
   UINT line = 0;
   SetupOpenInfFileA(kFile, nullptr, INF_STYLE_WIN4, &line);
   EXPECT_EQ(line, 4U);
 }
 
-TEST_F(Inf, Fields) {
-  EXPECT_EQ(lines("[S]\nk = a, b\n"), Lines{"k=a|b"});
-  EXPECT_EQ(lines("[S]\nk=\nk=,\nk=a,\nk=a,,b\n"), (Lines{"k=", "k=|", "k=a|", "k=a||b"}));
-  EXPECT_EQ(lines("[S]\nalone\na, b\na=b=c, d\n"), (Lines{"alone=alone", "-=a|b", "a=b=c|d"}));
-  EXPECT_EQ(lines("[S]\n\"k\" = \"a, b;c\", \" x \", a \"q\"\"b\" c\n"),
-            Lines{"k=a, b;c| x |a q\"b c"});
-  EXPECT_EQ(lines("[S]\nk = \"open, end\nl='a, b'\n"), (Lines{"k=open, end", "l='a|b'"}));
-  EXPECT_EQ(lines("[S]\n;x\n  k = a ; b, c\n#l = a\n\n;\n"), (Lines{"k=a", "#l=a"}));
-}
-
-TEST_F(Inf, LineEndsAndEncodings) {
-  for (const std::string& bytes :
-       {std::string("[S]\r\nk = a, b\r\nl=c\r\n"), std::string("[S]\nk=a,b\nl=c"),
-        std::string("[S] junk\r\n\tk\t=a\t,b\r\n\r\n  l=c\r\n\r\n")}) {
-    EXPECT_EQ(lines(bytes), (Lines{"k=a|b", "l=c"}));
-  }
-  write(utf16File(u"[Version]\r\nSignature=\"$Windows NT$\"\r\n[S]\r\nk=a,b\r\nl=c"));
-  EXPECT_EQ(linesOfFile(), (Lines{"k=a|b", "l=c"}));
-}
-
-TEST_F(Inf, Continuation_JoinsLines) {
-  EXPECT_EQ(lines("[S]\nk = a,\\\n  b,\\ ; comment\r\n c\nl=d\n"), (Lines{"k=a|b|c", "l=d"}));
-  EXPECT_EQ(lines("[S]\nk=\"a\\\"\nl=b\\c\n"), (Lines{"k=a\\", "l=b\\c"}));
-  EXPECT_EQ(lines("[S]\nk = a \\"), Lines{"k=a"});
-  EXPECT_EQ(lines("[S]\nk = a,\\\n[T]\nl=b\n"), (Lines{"k=a|[T]", "l=b"}));
-}
-
-TEST_F(Inf, SectionsOfOneName_AreOneWithoutRegardToCase) {
-  EXPECT_EQ(lines("[s]\na=1\n[T]\nb=2\n[S]\n[S ]\nd=4\n[S]\nc=3\n"), (Lines{"a=1", "c=3"}));
-}
-
-TEST_F(Inf, Strings_AreReplacedOnce) {
+TEST_F(Inf, Lines_AreReadAsDocumented) {
   const std::string strings =
       "[Strings]\nname = \"Text, with \"\"quotes\"\"\"\nother=%name%\nname=second\nwith "
       "blank=y ; c\n\"quoted\"=z\n";
-  EXPECT_EQ(lines("[S]\n%Name%=%NAME%,a%other%b,\"%with blank%\",%quoted%\n" + strings),
-            Lines{"Text, with \"quotes\"=Text, with \"quotes\"|a%name%b|y|z"});
-  EXPECT_EQ(lines("[S]\nk=%none%,100%%,%,%name\n" + strings), Lines{"k=%none%|100%|%|%name"});
-  EXPECT_EQ(lines("[S]\nk=%a%\n"), Lines{"k=%a%"});
-}
-
-TEST_F(Inf, MissingSectionOrLine_GivesAnErrorOfTheirs) {
-  write(std::string(kVersion) + "[S]\nk=v\n[Empty]\n");
-  const InfOwner inf(SetupOpenInfFileA(kFile, nullptr, INF_STYLE_WIN4, nullptr));
-  INFCONTEXT line{};
-  for (const char* const section : {"none", "Empty"}) {
-    EXPECT_FALSE(SetupFindFirstLineA(inf.get(), section, nullptr, &line)) << section;
-    EXPECT_GE(GetLastError(), ERROR_SECTION_NOT_FOUND);
+  const std::pair<std::string, std::string> rows[] = {
+      {"[S]\nk=\nk=,\nk=a,\nk=a,,b\n", "k=\nk=|\nk=a|\nk=a||b\n"},
+      {"[S]\nalone\na, b\na=b=c, d\n", "alone=alone\n-=a|b\na=b=c|d\n"},
+      {"[S]\n\"k\" = \"a, b;c\", \" x \", a \"q\"\"b\" c\n", "k=a, b;c| x |a q\"b c\n"},
+      {"[S]\nk = \"open, end\nl='a, b'\n", "k=open, end\nl='a|b'\n"},
+      {"[S]\n;x\n  k = a ; b, c\n#l = a\n\n;\n", "k=a\n#l=a\n"},
+      {"[S]\r\nk = a, b\r\nl=c\r\n", "k=a|b\nl=c\n"},
+      {"[S]\nk=a,b\nl=c", "k=a|b\nl=c\n"},
+      {"[S] junk\r\n\tk\t=a\t,b\r\n\r\n  l=c\r\n\r\n", "k=a|b\nl=c\n"},
+      // A backslash at its end continues a line.
+      {"[S]\nk = a,\\\n  b,\\ ; comment\r\n c\nl=d\n", "k=a|b|c\nl=d\n"},
+      {"[S]\nk=\"a\\\"\nl=b\\c\n", "k=a\\\nl=b\\c\n"},
+      {"[S]\nk = a \\", "k=a\n"},
+      {"[S]\nk = a ; b \\\n[T]\nl=c\n", "k=a\n"},
+      {"[S]\nk = a,\\\n[T]\nl=b\n", "k=a|[T]\nl=b\n"},
+      // Sections of one name are one, without regard to case.
+      {"[s]\na=1\n[T]\nb=2\n[S]\n[S ]\nd=4\n[S]\nc=3\n", "a=1\nc=3\n"},
+      // Strings are replaced once.
+      {"[S]\n%Name%=%NAME%,a%other%b,\"%with blank%\",%quoted%\n" + strings,
+       "Text, with \"quotes\"=Text, with \"quotes\"|a%name%b|y|z\n"},
+      {"[S]\nk=%none%,100%%,%,%name\n" + strings, "k=%none%|100%|%|%name\n"},
+      {"[S]\nk=%a%\n", "k=%a%\n"},
+      {"[T]\nk=v\n[S]\n", ""},
+  };
+  for (const auto& [text, lines] : rows) {
+    write(kVersion + text);
+    EXPECT_EQ(linesOfFile(), lines) << text;
   }
-  ASSERT_TRUE(SetupFindFirstLineA(inf.get(), "S", nullptr, &line));
-  EXPECT_FALSE(SetupFindNextLine(&line, &line));
+  write(utf16File(u"[Version]\r\nSignature=\"$Windows NT$\"\r\n[S]\r\nk=a,b\r\nl=c"));
+  EXPECT_EQ(linesOfFile(), "k=a|b\nl=c\n");
 }
 
 TEST_F(Inf, StringField_SizesAndBuffers) {
   write(std::string(kVersion) + "[S]\nk=%s%\n[Strings]\ns=abc\n");
   const InfOwner inf(SetupOpenInfFileA(kFile, nullptr, INF_STYLE_WIN4, nullptr));
   INFCONTEXT line{};
+  EXPECT_FALSE(SetupFindFirstLineA(inf.get(), "none", nullptr, &line));
+  EXPECT_GE(GetLastError(), ERROR_SECTION_NOT_FOUND);
   ASSERT_TRUE(SetupFindFirstLineA(inf.get(), "S", nullptr, &line));
   EXPECT_TRUE(SetupGetStringFieldA(&line, 1, nullptr, 0, nullptr));
   EXPECT_FALSE(SetupGetStringFieldA(&line, 2, nullptr, 0, nullptr));
@@ -178,60 +143,38 @@ TEST_F(Inf, StringField_SizesAndBuffers) {
   EXPECT_STREQ(text, "abc");
 }
 
-struct ClassResult {
-  BOOL done;
+TEST_F(Inf, Class_IsNameAndGuidOfTheVersion) {
+  const std::string start = "[Version]\r\nSignature=\"$Windows NT$\"\r\n";
+  const struct {
+    std::string file;
+    const char* name;  // empty for none
+    unsigned guidStart;
+    unsigned guidEnd;
+  } rows[] = {
+      {start + "Class=\"Net\"\r\nClassGuid={4D36E972-E325-11CE-BFC1-08002BE10318}\r\n", "Net",
+       0x4d36e972, 0x18},
+      // Behind the part of the file that is read first.
+      {"[Other]\n" + std::string(9000, ';') + "\n" + kVersion, "Net", 0, 0},
+      {start, "", 0, 0},
+      {start + "Class=\n", "", 0, 0},
+      {start + "ClassGuid={4D36E972}\n", "", 0, 0},
+      {start + "ClassGuid=%guid%\n", "", 0, 0},
+  };
   GUID guid{};
   char name[64] = "";
-};
-
-ClassResult infClass(const char* file = kFile) {
-  ClassResult result;
-  SetLastError(ERROR_SUCCESS);
-  result.done = SetupDiGetINFClassA(file, &result.guid, result.name, sizeof result.name, nullptr);
-  return result;
-}
-
-TEST_F(Inf, Class_ReadsNameAndGuid) {
-  write(
-      "[Version]\r\nSignature=\"$Windows NT$\"\r\nClass=\"Net\"\r\n"
-      "ClassGuid={4D36E972-E325-11CE-BFC1-08002BE10318}\r\n");
-  const ClassResult result = infClass();
-  ASSERT_TRUE(result.done);
-  EXPECT_STREQ(result.name, "Net");
-  EXPECT_EQ(result.guid.Data1, 0x4d36e972U);
-  EXPECT_EQ(result.guid.Data3, 0x11ceU);
-  EXPECT_EQ(result.guid.Data4[7], 0x18U);
-}
-
-TEST_F(Inf, Class_WithoutGuid_LeavesItZero) {
-  // Behind the part of the file that is read first.
-  write("[Other]\n" + std::string(9000, ';') + "\n" + kVersion);
-  const ClassResult result = infClass();
-  ASSERT_TRUE(result.done);
-  EXPECT_STREQ(result.name, "Net");
-  EXPECT_EQ(result.guid.Data1, 0U);
-}
-
-TEST_F(Inf, Class_NoneNamed_Fails) {
-  for (const char* const lines : {"", "Class=\n", "ClassGuid={4D36E972}\n", "ClassGuid=%guid%\n"}) {
-    write(std::string("[Version]\nSignature=\"$Windows NT$\"\n") + lines);
-    EXPECT_FALSE(infClass().done) << lines;
+  for (const auto& row : rows) {
+    write(row.file);
+    guid = {};
+    EXPECT_EQ(SetupDiGetINFClassA(kFile, &guid, name, sizeof name, nullptr) != FALSE,
+              *row.name != 0);
+    if (*row.name == 0) continue;
+    EXPECT_STREQ(name, row.name);
+    EXPECT_EQ(guid.Data1, row.guidStart);
+    EXPECT_EQ(guid.Data4[7], row.guidEnd);
   }
-  EXPECT_FALSE(infClass(".\\none.inf").done);
+  EXPECT_FALSE(SetupDiGetINFClassA(".\\none.inf", &guid, name, sizeof name, nullptr));
   EXPECT_EQ(GetLastError(), ERROR_FILE_NOT_FOUND);
 }
 
-TEST(ClassGuids, KnownAndUnknownNames) {
-  GUID guid{};
-  DWORD count = 9;
-  EXPECT_TRUE(SetupDiClassGuidsFromNameA("dIsPlAy", &guid, 1, &count));
-  EXPECT_EQ(count, 1U);
-  EXPECT_EQ(guid.Data1, 0x4d36e968U);
-  EXPECT_TRUE(SetupDiClassGuidsFromNameA("no such class", &guid, 1, &count));
-  EXPECT_EQ(count, 0U);
-  EXPECT_FALSE(SetupDiClassGuidsFromNameA("Display", &guid, 0, &count));
-  EXPECT_EQ(GetLastError(), ERROR_INSUFFICIENT_BUFFER);
-}
-
 }  // namespace
-}  // namespace tolvanix
+}  // namespace tolvanix::test

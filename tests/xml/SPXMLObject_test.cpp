@@ -2,11 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <random>
 #include <string>
-#include <vector>
+#include <utility>
 
-namespace tolvanix {
+namespace tolvanix::test {
 namespace {
 
 SPUString wide(const char16_t* text) {
@@ -14,10 +13,7 @@ SPUString wide(const char16_t* text) {
 }
 
 TEST(SPXMLObject, RootName_IsTheFirstElementThatIsNoInstruction) {
-  const struct {
-    const char16_t* text;
-    const char16_t* name;
-  } cases[] = {
+  const std::pair<const char16_t*, const char16_t*> rows[] = {
       {uR"(<?xml version="1.0"?><SVMInventory lang="en">)", u"SVMInventory"},
       {u"", u""},
       {uR"(<?xml version="1.0"?>)", u""},
@@ -26,22 +22,22 @@ TEST(SPXMLObject, RootName_IsTheFirstElementThatIsNoInstruction) {
       {u"<a\tb>", u"a\tb"},  // only a blank ends a name
       {u"</a>", u""},
   };
-  for (const auto& c : cases) {
-    EXPECT_TRUE(SPXMLObject::getElementName(wide(c.text)) == wide(c.name))
-        << SPUString(c.text).size();
+  for (const auto& [text, name] : rows) {
+    EXPECT_TRUE(SPXMLObject::getElementName(wide(text)) == wide(name)) << wide(text).size();
   }
 }
 
 TEST(SPXMLObject, FindStartTag_PassesOverLongerNames) {
-  const SPUString device = wide(u"Device");
-  const SPUString nested = wide(uR"(<Devices><Device vendorID="8086"/></Devices>)");
-  EXPECT_TRUE(SPXMLObject::findStartTag(nested, device, 0) ==
-              wide(uR"(<Device vendorID="8086"/>)"));
-  EXPECT_TRUE(SPXMLObject::findStartTag(wide(u"<Devices></Devices>"), device, 0).empty());
-  EXPECT_TRUE(SPXMLObject::findStartTag(wide(u"<Devices"), device, 0).empty());
-  EXPECT_TRUE(SPXMLObject::findStartTag(wide(u"<Device a=1"), device, 0) == wide(u"<Device a=1"));
-  EXPECT_TRUE(SPXMLObject::findStartTag(nested, device, 10).empty());
-  EXPECT_TRUE(SPXMLObject::findStartTag(nested, device, 1000).empty());
+  const auto tag = [](const char16_t* text, std::int32_t from) {
+    return SPXMLObject::findStartTag(wide(text), wide(u"Device"), from);
+  };
+  const char16_t* const nested = uR"(<Devices><Device vendorID="8086"/></Devices>)";
+  EXPECT_TRUE(tag(nested, 0) == wide(uR"(<Device vendorID="8086"/>)"));
+  EXPECT_TRUE(tag(nested, 10).empty());
+  EXPECT_TRUE(tag(nested, 1000).empty());
+  EXPECT_TRUE(tag(u"<Devices></Devices>", 0).empty());
+  EXPECT_TRUE(tag(u"<Devices", 0).empty());
+  EXPECT_TRUE(tag(u"<Device a=1", 0) == wide(u"<Device a=1"));
 }
 
 TEST(SPXMLObject, Elements_EndAtTheFirstClosingTag) {
@@ -68,47 +64,47 @@ TEST(SPXMLObject, Elements_EndAtTheFirstClosingTag) {
 }
 
 TEST(SPXMLObject, GetElements_ListsAllUpToTheFirstUnclosed) {
-  const auto count = [](const char16_t* text) {
-    return SPXMLObject::getElements(wide(text), wide(u"m")).size();
+  const auto joined = [](const char16_t* text) {
+    SPUString all;
+    for (const SPUString& m : SPXMLObject::getElements(wide(text), wide(u"m"))) all = all + m;
+    return all;
   };
-  EXPECT_EQ(count(u"<s><m>1</m><t><m>2</m></t><!-- <m/> --></s>"), 3U);
-  EXPECT_EQ(count(u"<m>1</m><m>2<m/>"), 1U);
-  EXPECT_EQ(count(u"<mm></mm>"), 0U);
-  const auto messages = SPXMLObject::getElements(wide(u"<m>1</m> <m>2</m>"), wide(u"m"));
-  ASSERT_EQ(messages.size(), 2U);
-  EXPECT_TRUE(messages[1] == wide(u"<m>2</m>"));
+  EXPECT_TRUE(joined(u"<s><m>1</m> <t><m>2</m></t><!-- <m/> --></s>") ==
+              wide(u"<m>1</m><m>2</m><m/>"));
+  EXPECT_TRUE(joined(u"<m>1</m><m>2<m/>") == wide(u"<m>1</m>"));
+  EXPECT_TRUE(joined(u"<mm></mm>").empty());
 }
 
 TEST(SPXMLObject, Attributes_AreTakenWhereTheirNameFirstOccurs) {
-  SPXMLObject object;
-  const auto value = [&](const char16_t* text, const char16_t* attribute) {
-    object.setXML(wide(text));
-    return object.getAttribute(wide(u"D"), wide(attribute));
-  };
   const char16_t* const device = uR"(<D vendorID="8086" deviceID="1502" device="25">a</D>)";
-  EXPECT_TRUE(value(device, u"device") == wide(u"1502"));
-  EXPECT_TRUE(value(device, u"vendorID") == wide(u"8086"));
-  EXPECT_TRUE(value(uR"(<D v="a&amp;b"/>)", u"v") == wide(u"a&amp;b"));
-  EXPECT_TRUE(value(uR"(<D><P v="2"/></D>)", u"v") == wide(u"2"));
-  EXPECT_TRUE(value(uR"(<D v=""/><D v="x"/>)", u"v") == wide(u"x"));
-  EXPECT_TRUE(value(uR"(<D w=""/>)", u"v").empty());
-  EXPECT_TRUE(value(uR"(<D v='1'/>)", u"v").empty());
-  EXPECT_TRUE(value(uR"(<D v="1/>)", u"v").empty());
-  EXPECT_EQ(
-      SPXMLObject::getAttributePairs(wide(uR"(<D v="1"/><D/><D v="2"/>)"), wide(u"D"), wide(u"v"))
-          .size(),
-      2U);
-  for (const auto& [text, number] : std::vector<std::pair<const char16_t*, int>>{
-           {uR"(<D v="0012"/>)", 12},
-           {uR"(<D v="abc"/>)", 0},
-           {uR"(<D v=" -7x"/>)", -7},
-           {uR"(<D v="99999999999"/>)", 2147483647},
-           {uR"(<D v="-99999999999"/>)", -2147483647 - 1},
-           {u"<D/>", 0},
-       }) {
-    object.setXML(wide(text));
-    EXPECT_EQ(object.getAttributeInt(SPString("D"), SPString("v")), number);
+  const struct {
+    const char16_t* text;
+    const char16_t* attribute;
+    const char16_t* value;
+    int number;
+  } rows[] = {
+      {device, u"device", u"1502", 1502},
+      {device, u"vendorID", u"8086", 8086},
+      {uR"(<D v="a&amp;b"/>)", u"v", u"a&amp;b", 0},
+      {uR"(<D><P v="2"/></D>)", u"v", u"2", 2},
+      {uR"(<D v=""/><D v="x"/>)", u"v", u"x", 0},
+      {uR"(<D w=""/>)", u"v", u"", 0},
+      {uR"(<D v='1'/>)", u"v", u"", 0},
+      {uR"(<D v="1/>)", u"v", u"", 0},
+      {uR"(<D v="0012"/>)", u"v", u"0012", 12},
+      {uR"(<D v=" -7x"/>)", u"v", u" -7x", -7},
+      {uR"(<D v="99999999999"/>)", u"v", u"99999999999", 2147483647},
+      {uR"(<D v="-99999999999"/>)", u"v", u"-99999999999", -2147483647 - 1},
+  };
+  for (const auto& row : rows) {
+    SPXMLObject object;
+    object.setXML(wide(row.text));
+    EXPECT_TRUE(object.getAttribute(wide(u"D"), wide(row.attribute)) == wide(row.value));
+    EXPECT_EQ(object.getAttributeInt(SPString("D"), SPString(wide(row.attribute).c_str())),
+              row.number);
   }
+  const SPUString three = wide(uR"(<D v="1"/><D/><D v="2"/>)");
+  EXPECT_EQ(SPXMLObject::getAttributePairs(three, wide(u"D"), wide(u"v")).size(), 2U);
 }
 
 TEST(SPXMLObject, GetElementCData_UnwrapsAndTrimsASection) {
@@ -145,28 +141,5 @@ TEST(SPXMLObject, InsertChild_KeepsOnlyTheElements) {
   EXPECT_TRUE(insert(u"<Z/>").empty());
 }
 
-// Cut off anywhere, or scrambled: every query ends, within the text (the sanitizers watch).
-TEST(SPXMLObject, MalformedText_IsAnsweredWithinTheText) {
-  const std::u16string whole =
-      uR"(<?xml version="1.0"?><R lang="en"><D a="1" b="2>"><M>x</M></D><D a='3'/><![CDATA[ ]]></R>)";
-  std::mt19937 random(7);
-  for (std::size_t round = 0; round < 2000; ++round) {
-    std::u16string text = whole.substr(0, round % (whole.size() + 1));
-    for (std::size_t swap = 0; swap < round / whole.size() && !text.empty(); ++swap) {
-      std::swap(text[random() % text.size()], text[random() % text.size()]);
-    }
-    SPXMLObject object;
-    object.setXML(SPUString(std::u16string_view(text)));
-    for (const char16_t* name : {u"D", u"R", u"M", u""}) {
-      for (const SPUString& element : object.getElements(wide(name))) {
-        EXPECT_NE(text.find(element), std::u16string::npos);
-      }
-      EXPECT_LE(object.getAttribute(wide(name), wide(u"a")).size(), text.size());
-      SPXMLObject::insertChild(object.getXML(), wide(name), wide(u"c"));
-      SPXMLObject::getElementCData(object.getXML(), wide(name));
-    }
-  }
-}
-
 }  // namespace
-}  // namespace tolvanix
+}  // namespace tolvanix::test

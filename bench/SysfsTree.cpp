@@ -1,8 +1,9 @@
-#include "support/SysfsTree.h"
+#include "SysfsTree.h"
 
 #include <array>
 #include <cstdarg>
 #include <cstdio>
+#include <string>
 
 #include "support/Files.h"
 
@@ -10,6 +11,17 @@ namespace tolvanix::test {
 namespace {
 
 namespace fs = std::filesystem;
+
+struct SysfsFunction {
+  std::string address;  // "0000:00:1f.3"
+  unsigned vendor = 0;
+  unsigned device = 0;
+  unsigned subVendor = 0;
+  unsigned subDevice = 0;
+  unsigned classCode = 0;
+  unsigned revision = 0;
+  std::string driver;  // empty for none
+};
 
 [[gnu::format(printf, 1, 2)]] std::string formatted(const char* format, ...) {
   char text[400];
@@ -61,15 +73,12 @@ constexpr std::array<Model, 8> kModels = {{
     {0x1DE0, 0x0000, 0x1000, 0x0C0330, "xhci_hcd"},
 }};
 
-}  // namespace
-
-void addSysfsDriver(const fs::path& root, const std::string& driver, const std::string& module,
-                    const std::string& version) {
+void addSysfsDriver(const fs::path& root, const std::string& driver, const std::string& version) {
   const fs::path folder = root / "bus/pci/drivers" / driver;
   fs::create_directories(folder);
-  fs::create_directories(root / "module" / module);
-  fs::create_directory_symlink("../../../../module/" + module, folder / "module");
-  if (!version.empty()) writeFile(root / "module" / module / "version", version + '\n');
+  fs::create_directories(root / "module" / driver);
+  fs::create_directory_symlink("../../../../module/" + driver, folder / "module");
+  writeFile(root / "module" / driver / "version", version + '\n');
 }
 
 void addSysfsFunction(const fs::path& root, const SysfsFunction& f) {
@@ -102,12 +111,14 @@ void addSysfsFunction(const fs::path& root, const SysfsFunction& f) {
   fs::create_directory_symlink("../../../" + place, root / "bus/pci/devices" / f.address);
 }
 
+}  // namespace
+
 void makeSysfsTree(const fs::path& root, std::size_t count) {
   unsigned version = 0;
   for (const Model& model : kModels) {
     if (*model.driver == '\0') continue;
     ++version;
-    addSysfsDriver(root, model.driver, model.driver, formatted("%u.%u.0-k", version, version * 7));
+    addSysfsDriver(root, model.driver, formatted("%u.%u.0-k", version, version * 7));
   }
   for (std::size_t i = 0; i < count; ++i) {
     const auto number = static_cast<unsigned>(i);

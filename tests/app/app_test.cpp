@@ -1,0 +1,58 @@
+#include <gtest/gtest.h>
+
+#include <map>
+#include <sstream>
+#include <string>
+
+#include "app/KivWrapper.h"
+#include "app/Status.h"
+#include "app/XMLWriter.h"
+#include "support/Files.h"
+
+namespace tolvanix::test {
+namespace {
+
+TEST(Status, EveryNumber_HasItsText) {
+  std::istringstream texts(readText(fixture("messages.txt")));
+  const XMLWriter writer;
+  for (int status = 0; status < kStatusCount; ++status) {
+    std::string expected;
+    std::getline(texts, expected);
+    EXPECT_EQ(writer.getMessage(status), expected);
+  }
+  EXPECT_EQ(writer.getMessage(-1), nullptr);
+  EXPECT_EQ(writer.getMessage(kStatusCount), nullptr);
+}
+
+TEST(KivWrapper, MapDeviceStatus_KnowsItsTableAndCallsTheRestUnspecified) {
+  const std::map<int, int> table = {{-7, 33}, {-6, 32}, {-5, 31}, {-4, 30}, {-2, 0},
+                                    {0, 0},   {3, 34},  {4, 35},  {5, 36},  {6, 37},
+                                    {7, 38},  {8, 39},  {9, 40}};
+  for (int status = -20; status <= 20; ++status) {
+    const auto entry = table.find(status);
+    EXPECT_EQ(KivWrapper::mapDeviceStatus(status), entry != table.end() ? entry->second : 27)
+        << status;
+  }
+}
+
+TEST(XMLWriter, RemoveOSElement_TakesTheFirstWholeOne) {
+  const struct {
+    std::string text;
+    int result;
+    std::string left;
+  } rows[] = {
+      {"x<OperatingSystem a=\"1\" ></OperatingSystem>y", 1, "xy"},
+      {"x<OperatingSystem>y", 0, "x<OperatingSystem>y"},
+      {"</OperatingSystem><OperatingSystem>", 0, "</OperatingSystem><OperatingSystem>"},
+      {"plain", 2, "plain"},
+      {"<OperatingSystem></OperatingSystem>-<OperatingSystem/>", 1, "-<OperatingSystem/>"},
+  };
+  for (const auto& row : rows) {
+    std::string text = row.text;
+    EXPECT_EQ(XMLWriter::removeOSElementFromXMLString(text), row.result) << row.text;
+    EXPECT_EQ(text, row.left);
+  }
+}
+
+}  // namespace
+}  // namespace tolvanix::test

@@ -1,0 +1,259 @@
+"""Whole runs that only Linux can have: linux_runs.py <program> <helper program> <fixtures>
+
+On computers that files describe well or badly, with the helper program for package authors, with
+devices that refuse every byte, in any locale.
+"""
+
+import os
+import pathlib
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+
+PROGRAM, HELPER, FIXTURES = (pathlib.Path(a).resolve() for a in sys.argv[1:4])
+
+HEADER = "Windows Registry Editor Version 5.00\n\n"
+ENUM = r"HKEY_LOCAL_MACHINE\SYSTEM\CurrentControlSet\Enum\PCI"
+EMPTY_INVENTORY = '<?xml version="1.0" encoding="UTF-8"?><SVMInventory lang="en" ></SVMInventory>'
+
+
+def inf_file(hardware_id, version=""):
+    return (
+        '[Version]\nSignature="$Windows NT$"\nClass=System\n'
+        f"{version}\n[Manufacturer]\nMaker=Models\n[Models]\nDevice=Install,{hardware_id}\n"
+    )
+
+
+def run(program, *arguments, machine, **more):
+    environment = {**os.environ, "TOLVANIX_MACHINE": str(machine), **more.pop("environment", {})}
+    output = more.pop("stdout", subprocess.PIPE)
+    return subprocess.run(
+        [program, *arguments], env=environment, stdout=output, stderr=subprocess.PIPE, timeout=30, **more
+    )
+
+
+class WholeRun(unittest.TestCase):
+    """A package's folder with the program in it."""
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = pathlib.Path(folder.name)
+        shutil.copy(PROGRAM, self.folder)
+        self.machine = self.folder / "machine"
+
+    def add(self, name, content):
+        file = self.folder / name
+        file.parent.mkdir(parents=True, exist_ok=True)
+        file.write_bytes(content if isinstance(content, bytes) else content.encode())
+        return file
+
+    def run_program(self, *arguments, **more):
+        return run(self.folder / PROGRAM.name, *arguments, machine=self.machine, **more)
+
+
+class RegistryExport(WholeRun):
+    def test_every_encoding_and_form_counts_as_it_is_after_an_import(self):
+        forms = ["forms_utf16", "forms_utf8", "forms_utf8_bom", "forms_regedit4"]
+        for name, expected in [*((form, "forms") for form in forms), ("import_rules", "import_rules")]:
+            self.machine = FIXTURES / f"machines/{name}.reg"
+            document = (FIXTURES / f"machines/{expected}.xml").read_bytes().replace(b">\n", b">")
+            self.assertEqual(self.run_program("-i").stdout, document, name)
+
+    def test_unusable_is_one_line_and_no_devices(self):
+        device = HEADER + f'[{ENUM}\\A\\1]\n"HardwareID"='
+        rows = [
+            ("", "1: the file is empty"),
+            ("PCI 1\n", "1: this is no header of a registry export"),
+            (b"\xa5" * 5000, "1: this is no header of a registry export"),
+            (b"\xfe\xff", "1: this is no header of a registry export"),
+            ("\ufeffREGEDIT4\n\n".encode("utf-16-le") + b"x", "3: the file ends in half a UTF-16 unit"),
+            (HEADER + "hello\n", "3: this is neither a key nor a value"),
+            (HEADER + "\0", "3: this is neither a key nor a value"),
+            (HEADER + "[HKEY_LOCAL_MACHINE\\SY", "3: the key has no closing bracket"),
+            (HEADER + "[]\n", "3: the key has no name"),
+            (HEADER + "[a] b\n", "3: there is text behind the key"),
+            (HEADER + '"a"="b"\n', "3: this value stands before the first key"),
+            (device, "4: this is no form of data"),
+            (device + "1\n", "4: this is no form of data"),
+            (device + '"PCI\n\n', "4: the text has no closing quote"),
+            (device + '"PCI"x\n', "4: there is text behind the value"),
+            (device + "hex(7):50,00,\\", "4: the value ends in the middle"),
+            (device + "hex(7):50,00,\\\n", "5: a byte is missing in the value"),
+            (device + "hex(7):50,00,\n", "4: a byte is missing in the value"),
+            (device + "hex(7:50\n", '4: the type of the value is not followed by "):"'),
+            (device + "dword:123456789\n", "4: one to eight hexadecimal digits needed"),
+            (HEADER + '[a]\n"b"\n', "4: the value's name is not followed by an equals sign"),
+        ]
+        for content, complaint in rows:
+            self.machine = self.add("m.reg", content)
+            result = self.run_program("-i")
+            self.assertEqual(result.stderr.decode(), f"tolvanix: {self.machine}:{complaint}\n")
+            self.assertEqual(result.stdout.decode(), EMPTY_INVENTORY)
+        self.machine = self.folder / "none.reg"
+        complaint = f"tolvanix: {self.machine}: No such file or directory\n"
+        self.assertEqual(self.run_program("-i").stderr.decode(), complaint)
+
+
+class SysfsTree(WholeRun):
+    def add_function(self, address, **files):
+        for name, text in files.items():
+            self.add(f"machine/bus/pci/devices/{address}/{name}", text + "\n")
+
+    def devices(self):
+        """What the document says of each device, but for its application's name."""
+        devices = self.run_program("-i").stdout.decode().split("<Device ")[1:]
+        values = [device.split('"')[1::2] for device in devices]
+        return [" ".join(v[:8] + v[9:10]) for v in values]
+
+    def has_id(self, hardware_id):
+        self.add("a.inf", inf_file(hardware_id))
+        status = self.run_program("-uhid", "-c", "-w", hardware_id).returncode
+        self.assertIn(status, (34, 40))
+        return status == 34
+
+    def test_function_has_what_windows_would_give_it(self):
+        uevent = "DRIVER=snd_dev-x\nPCI_CLASS=40300\nPCI_ID=1DE4:29C0\nPCI_SUBSYS_ID=1028:00AB"
+        self.add_function("0001:0a:1f.3", uevent=uevent, revision="0x0c")
+        self.add("machine/bus/pci/devices/0001:0a:1f.3/driver/module/version", "7.5-k\n")
+        self.assertEqual(self.devices(), ["1DE4 29C0 00AB 1028 0266 0031 0003 PCI Device 7.5-k"])
+        for rest in ["SUBSYS_00AB1028&REV_0C", "SUBSYS_00AB1028", "CC_040300", "CC_0403"]:
+            self.assertTrue(self.has_id(f"PCI\\VEN_1DE4&DEV_29C0&{rest}"), rest)
+        self.assertFalse(self.has_id("PCI\\VEN_1DE4&DEV_29C0&CC_0404"))
+        trace = self.run_program("-i", "-d=4").stdout.decode()
+        self.assertIn("\nPCI\\VEN_1DE4&DEV_29C0&SUBSYS_00AB1028&REV_0C\n", trace)
+        major, minor = os.uname().release.split(".")[:2]
+        self.assertIn(f'majorVersion="{major}"  minorVersion="{minor}"', trace)
+
+    def test_functions_are_ordered_by_address(self):
+        for address in ["10000:00:00.0", "0000:10:00.0", "0000:02:1f.1", "0000:02:03.0", "0000:02:1f.0"]:
+            self.add_function(address, vendor="0x1de4", device="0x0001")
+        # The bus counts from the first domain on, of which the document has 16 bits.
+        places = [" ".join(device.split()[4:7]) for device in self.devices()]
+        last = ["0016 0000 0000", "0000 0000 0000"]
+        self.assertEqual(places, ["0002 0003 0000", "0002 0031 0000", "0002 0031 0001", *last])
+
+    def test_snapshot_is_read_from_the_files_it_has(self):
+        modalias = "pci:v00001DE4d00000007sv00001AF4sd00001100bc02sc80i0A"
+        self.add_function("0000:00:01.0", vendor="0x1de4", device="0x0007", modalias=modalias)
+        link = self.folder / "machine/bus/pci/devices/0000:00:01.0/driver"
+        link.symlink_to("../other-driver")
+        self.add_function("0000:00:02.0", uevent="PCI_ID=1DE4:0008\nDRIVER=made-up", **{"class": "0x0c0330"})
+        self.add_function("0000:00:02.0", subsystem_vendor="0x1af4", subsystem_device="0x0011")
+        # Left out: what has no identifiers, is no function, or has gone.
+        self.add_function("0000:00:03.0", irq="1")
+        self.add_function("0000:00:04.0", vendor="nonsense")
+        self.add_function("not a function", vendor="0x1de4", device="0x0001")
+        (link.parent.parent / "0000:00:05.0").symlink_to("../gone")
+        self.add("machine/module/made_up/version", "3\n")
+        self.add("machine/module/other_driver/version", "4\n")
+        self.assertEqual(
+            self.devices(),
+            [
+                "1DE4 0007 1100 1AF4 0000 0001 0000 PCI Device 4",
+                "1DE4 0008 0011 1AF4 0000 0002 0000 PCI Device 3",
+            ],
+        )
+        self.assertTrue(self.has_id("PCI\\VEN_1DE4&DEV_0007&CC_02800A"))
+        self.assertTrue(self.has_id("PCI\\VEN_1DE4&DEV_0008&CC_0C0330"))
+
+    def test_folder_without_devices_is_one_line(self):
+        self.machine.mkdir()
+        result = self.run_program("-i")
+        complaint = f"tolvanix: {self.machine}/bus/pci/devices: No such file or directory\n"
+        self.assertEqual(result.stderr.decode(), complaint)
+        self.assertEqual(result.stdout.decode(), EMPTY_INVENTORY)
+
+
+class HelperProgram(WholeRun):
+    ID = "PCI\\VEN_1DE4&DEV_0C01&SUBSYS_00011DE4"
+    CLASS = r"HKEY_LOCAL_MACHINE\SYSTEM\CurrentControlSet\Control\Class"
+    # A device that has a driver, and one that has none.
+    EXPORT = rf"""{HEADER}[{ENUM}\VEN_1DE4&DEV_0C01\1]
+"HardwareID"="PCI\\VEN_1DE4&DEV_0C01&SUBSYS_00011DE4"
+"Driver"="{{4D36E97D-e325-11ce-bfc1-08002be10318}}\\0003"
+
+[{ENUM}\VEN_1DE4&DEV_0C02\1]
+"HardwareID"="PCI\\VEN_1DE4&DEV_0C02&SUBSYS_00021DE4"
+
+[{CLASS}\{{4d36e97d-e325-11ce-bfc1-08002be10318}}\0003]
+"DriverVersion"="1.0.0.1"
+""".rstrip()
+    # In the letter case of the device's own text.
+    ADDED = f"""
+
+[{CLASS}\\{{4D36E97D-e325-11ce-bfc1-08002be10318}}\\0003]
+"DriverVersion"="2.3.4.5"
+"""
+
+    def test_installation_adds_the_version_to_the_registry_export(self):
+        helper = self.folder / "tolvanixhelper64/tolvanixhelper64.exe"
+        helper.parent.mkdir()
+        shutil.copy(HELPER, helper)
+        self.add("device.inf", inf_file(self.ID, "DriverVer = 01/02/2024, 2.3.4.5 ; a comment"))
+
+        def utf16(text):
+            return ("\ufeff" + text.replace("\n", "\r\n")).encode("utf-16-le")
+
+        for before, after in [
+            (self.EXPORT.encode(), (self.EXPORT + self.ADDED).encode()),
+            (utf16(self.EXPORT), utf16(self.EXPORT + self.ADDED)),
+        ]:
+            self.machine = self.add("machine.reg", before)
+            for _ in range(2):  # the second run has nothing to add
+                installed = self.run_program("-uhid", "-w", self.ID)
+                self.assertEqual(installed.returncode, 0, installed)
+                self.assertIn(b"<RebootRequired>0</RebootRequired>", installed.stdout)
+                self.assertEqual(self.machine.read_bytes(), after)
+            self.assertIn(b'version="2.3.4.5"', self.run_program("-i").stdout)
+
+    def test_failures_have_an_exit_code_each_and_change_nothing(self):
+        export = self.add("machine.reg", self.EXPORT)
+        good = self.add("good.inf", inf_file(self.ID, "DriverVer=01/02/2024,2.3.4.5"))
+        without_version = self.add("date.inf", inf_file(self.ID, "DriverVer=01/02/2024"))
+        quoting = self.add("text.inf", inf_file(self.ID, 'DriverVer=01/02/2024,"1""]"'))
+        none = self.folder / "none"
+        for machine, arguments, exit_code in [
+            ("", (self.ID, good), 2),
+            (self.folder, (self.ID, good), 2),
+            (none, (self.ID, good), 2),
+            (export, (self.ID,), 3),
+            (export, (self.ID, none), 4),
+            (export, (self.ID, without_version), 4),
+            (export, (self.ID, quoting), 4),
+            (export, ("PCI\\VEN_1DE4&DEV_0C01", good), 5),
+            (export, ("PCI\\VEN_1DE4&DEV_0C02&SUBSYS_00021DE4", good), 5),
+        ]:
+            result = run(HELPER, *arguments, machine=machine)
+            self.assertEqual(result.returncode, exit_code, result)
+            self.assertNotEqual(result.stderr, b"")
+        self.assertEqual(export.read_text(), self.EXPORT)
+
+
+class Platform(WholeRun):
+    def test_full_device_loses_fragments_and_the_status_stays(self):
+        result = self.run_program("-uhid", "-o", "/dev/full", "-d=4", "-e", "trace.log")
+        self.assertEqual((result.returncode, result.stdout), (11, b""))
+        trace = (self.folder / "trace.log").read_text()
+        self.assertIn("XMLWriter::print: failed to write xml file /dev/full.\n", trace)
+        with open("/dev/full", "wb") as full:
+            self.assertEqual(self.run_program("-uhid", stdout=full).returncode, 11)
+
+    def test_named_inf_that_the_search_does_not_find_is_reported(self):
+        # A backslash is part of the name for the C library, and a folder's end for the search.
+        self.add("a\\b.inf", "")
+        result = self.run_program("-uhid", "-w", "PCI\\VEN_8086", "-n", "a\\b.inf")
+        self.assertEqual(result.returncode, 31)
+
+    def test_any_locale_gives_the_same_bytes(self):
+        self.machine = FIXTURES / "computers/four_devices.reg"
+        outputs = {
+            self.run_program("-i", "-d=4", environment={"LC_ALL": locale}).stdout
+            for locale in ["C", "C.UTF-8", "de_DE.UTF-8", "ja_JP.SJIS", "none"]
+        }
+        self.assertEqual(len(outputs), 1)
+
+
+unittest.main(argv=sys.argv[:1])

@@ -1,0 +1,75 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "app/DeviceStatus.h"
+#include "install/CInf.h"
+#include "install/DriverUpdate.h"
+#include "log/DebugWriter.h"
+#include "support/Files.h"
+
+namespace tolvanix::test {
+namespace {
+
+constexpr char kVersion[] = "[Version]\nSignature=\"$Windows NT$\"\nClass=Display\n";
+
+TEST(CInf, Open_FindsPathClassAndGuid) {
+  const CurrentTempDir folder;
+  for (const char* const guid : {"", "ClassGuid={4d36e968-e325-11ce-bfc1-08002be10318}\n"}) {
+    writeFile(folder / "test.inf", std::string(kVersion) + guid);
+    for (const char* const name : {"test.inf", "\"test.inf\"", ".\\test.inf"}) {
+      CInf inf;
+      EXPECT_EQ(inf.Open(name, 0), ERROR_SUCCESS) << name;
+      EXPECT_EQ(inf.getPath(), SPString(".\\test.inf"));
+      EXPECT_EQ(inf.getClassName(), SPString("Display"));
+      EXPECT_EQ(inf.getClassGuid().Data1, 0x4d36e968U);
+    }
+  }
+}
+
+TEST(CInf, Open_UnusableFile_GivesAnError) {
+  const CurrentTempDir folder;
+  EXPECT_EQ(CInf().Open("none.inf", 0), ERROR_FILE_NOT_FOUND);
+  writeFile(folder / "test.inf", "[Version]\n");
+  EXPECT_EQ(CInf().Open("test.inf", 0), ERROR_WRONG_INF_STYLE);
+  writeFile(folder / "test.inf", "[Version]\nSignature=\"$Windows NT$\"\n");
+  EXPECT_NE(CInf().Open("test.inf", 0), ERROR_SUCCESS);  // no class
+}
+
+TEST(CInf, Search_TracesEverySectionAndLine) {
+  const CurrentTempDir folder;
+  const auto trace = [&folder](const std::string& text) {
+    writeFile(folder / "test.inf", kVersion + text);
+    CInf inf;
+    inf.Open("test.inf", 0);
+    inf.setHardwareId("pci\\3");
+    DebugWriter().initialize(kTraceSteps, kTargetFile, "trace.log");
+    inf.EnumManufacturers();
+    DebugWriter().initialize(0, kTargetNone, "");
+    const std::string traced = readText("trace.log");
+    return traced.substr(traced.find("trace.log\n") + 10);
+  };
+  EXPECT_EQ(trace("[Manufacturer]\n%m%=M,NT,None\n[M.NT]\na=i,PCI\\1,PCI\\11\n%c%=k,USB\\2,PCI\\3\n"
+                  "[Strings]\nm=Maker\nc=100% C\n"),
+            "EnumManufacturers->EnumDevices for mfg 1, Maker:M.\n"
+            "EnumDevices for model, M: no devices found.\n"
+            "EnumManufacturers->EnumDevices for mfg 2, Maker:M.NT.\n"
+            "EnumDevices for model, a:i\n"
+            "Search for HwID pci\\3: not found.\n"
+            "EnumDevices for model, 100% C:k\n"
+            "Search for HwID pci\\3: found. i = 1\n");
+  const std::string error = trace("");  // the platform's, which it may have no text for
+  EXPECT_TRUE(error.starts_with("\nCInf::EnumManufacturers, line = ")) << error;
+  EXPECT_NE(error.find(", error code = -5368706"), std::string::npos) << error;
+}
+
+// What no command line can ask for; the rest stands in the whole runs of -uhid.
+TEST(DriverUpdate, NoHardwareId_IsADeviceStatus) {
+  const CurrentTempDir dir;
+  writeFile(dir / "a.inf", infFile({"PCI\\VEN_1DE4"}));
+  EXPECT_EQ(DriverUpdate(nullptr, nullptr, 0), kDeviceNullHardwareId);
+  EXPECT_EQ(Win2kInstall("a.inf", nullptr, 0), kDeviceNoIdForInstall);
+}
+
+}  // namespace
+}  // namespace tolvanix::test
