@@ -1,6 +1,8 @@
 // `-uhid` from the command line to the helper program, on a computer with one device of the ID.
 #include <gtest/gtest.h>
 
+#include <regex>
+
 #include "app/Status.h"
 #include "support/Package.h"
 #include "support/ResultDocument.h"
@@ -116,15 +118,8 @@ TEST(HardwareId, Search_LooksWhereverAnIdMayStand) {
 // What differs between computers and folders, in one form: the package's folder is `@`, the place
 // of the device among the present ones `#`.
 std::string normalized(std::string trace) {
-  const std::string mark = "Found INF file = ";
-  const std::size_t start = trace.find(mark) + mark.size();
-  const std::string folder = trace.substr(start, trace.find("\\a.inf", start) - start);
-  for (std::size_t at = trace.find(folder); at != trace.npos; at = trace.find(folder)) {
-    trace.erase(at, folder.size()).insert(at, 1, '@');
-  }
-  const std::string place = "04931028. i = ";
-  const std::size_t number = trace.find(place) + place.size();
-  trace.erase(number, trace.find('\n', number) - number).insert(number, 1, '#');
+  trace = std::regex_replace(trace, std::regex(R"([^ "]*\\tolvanix-\d+)"), "@");
+  trace = std::regex_replace(trace, std::regex("(04931028\\. i = )\\d+"), "$1#");
   return trace.substr(trace.find("actionUpdateHardwareID: Entered"));
 }
 

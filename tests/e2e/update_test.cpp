@@ -10,7 +10,6 @@
 #include "app/Status.h"
 #include "support/Package.h"
 #include "support/ResultDocument.h"
-#include "support/ValidationLibrary.h"
 
 namespace tolvanix::test {
 namespace {

@@ -1,4 +1,4 @@
-// Files and folders of a test.
+// Files and folders of a test, and the programs and libraries for tests in them.
 #pragma once
 
 #include <filesystem>
@@ -50,6 +50,16 @@ std::string infFile(const std::vector<std::string>& hardwareIds, std::string_vie
 
 // Copies the helper program for tests (test_helper.cpp) to that file, and its steps beside it.
 void placeHelper(const std::filesystem::path& program, std::string_view steps);
+
+enum class Exports { kBoth, kWithoutValidate, kWithoutFree };
+
+// Puts the validation library for tests (test_kivvalid.cpp) into that folder as kivvalid.dll, with
+// what it is to answer.
+void placeValidationLibrary(const std::filesystem::path& folder, std::string_view answer,
+                            Exports exports = Exports::kBoth);
+
+// The bytes of a library that is whole, but for another kind of machine.
+std::string foreignLibrary();
 
 // UTF-16LE bytes with a byte-order mark.
 std::string utf16File(std::u16string_view text);

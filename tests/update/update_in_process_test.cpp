@@ -10,7 +10,6 @@
 #include "app/KivWrapper.h"
 #include "support/Files.h"
 #include "support/ResultDocument.h"
-#include "support/ValidationLibrary.h"
 #include "update/HwIDList.h"
 
 namespace {

@@ -16,9 +16,7 @@ DWORD format(DWORD code, char* text, DWORD size, DWORD flags = FORMAT_MESSAGE_IG
 }
 
 TEST(FormatMessage, KnownCode_GivesOneLineOfText) {
-  for (const DWORD code :
-       {ERROR_FILE_NOT_FOUND, ERROR_ACCESS_DENIED, ERROR_INVALID_DATA, ERROR_INVALID_PARAMETER,
-        ERROR_INSUFFICIENT_BUFFER, ERROR_BAD_EXE_FORMAT, ERROR_NO_MORE_ITEMS}) {
+  for (const DWORD code : {ERROR_FILE_NOT_FOUND, ERROR_ACCESS_DENIED, ERROR_BAD_EXE_FORMAT}) {
     char text[512] = "";
     const DWORD length = format(code, text, sizeof text);
     EXPECT_EQ(length, std::strlen(text)) << code;

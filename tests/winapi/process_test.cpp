@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "support/Files.h"
 #include "winapi/Owner.h"
@@ -42,10 +43,7 @@ TEST_F(ProcessTest, Program_IsTheShortestTextBeforeABlankThatNamesAFile) {
   placeHelper(dir / "with blank/in name.exe", "exit 11");
   placeHelper(dir / "short.exe", "exit 12");
   placeHelper(dir / "short path/tool.exe", "exit 13");
-  const struct {
-    std::string commandLine;
-    DWORD exitCode;
-  } rows[] = {
+  const std::pair<std::string, DWORD> rows[] = {
       {native("plain.exe"), 10},
       {native("plain.exe") + " more words", 10},
       {'"' + native("plain.exe") + "\" more", 10},
@@ -56,7 +54,9 @@ TEST_F(ProcessTest, Program_IsTheShortestTextBeforeABlankThatNamesAFile) {
       {native("short path/tool.exe"), 12},
       {'"' + native("short path/tool.exe") + '"', 13},
   };
-  for (const auto& row : rows) EXPECT_EQ(run(row.commandLine), row.exitCode) << row.commandLine;
+  for (const auto& [commandLine, exitCode] : rows) {
+    EXPECT_EQ(run(commandLine), exitCode) << commandLine;
+  }
 }
 
 TEST_F(ProcessTest, Arguments_AreSplitAsTheCRuntimeDoes) {
