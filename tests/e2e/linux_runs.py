@@ -1,4 +1,5 @@
 """Whole runs that only Linux can have: linux_runs.py <program> <helper program> <fixtures>
+                                             <validation library for tests>
 
 On computers that files describe well or badly, with the helper program for package authors, with
 devices that refuse every byte, in any locale.
@@ -12,7 +13,7 @@ import sys
 import tempfile
 import unittest
 
-PROGRAM, HELPER, FIXTURES = (pathlib.Path(a).resolve() for a in sys.argv[1:4])
+PROGRAM, HELPER, FIXTURES, VALIDATION_LIBRARY = (pathlib.Path(a).resolve() for a in sys.argv[1:5])
 
 HEADER = "Windows Registry Editor Version 5.00\n\n"
 ENUM = r"HKEY_LOCAL_MACHINE\SYSTEM\CurrentControlSet\Enum\PCI"
@@ -145,6 +146,8 @@ class SysfsTree(WholeRun):
         # Left out: what has no identifiers, is no function, or has gone.
         self.add_function("0000:00:03.0", irq="1")
         self.add_function("0000:00:04.0", vendor="nonsense")
+        self.add_function("0000:00:06.0", vendor="0x1de4")
+        os.mkfifo(self.folder / "machine/bus/pci/devices/0000:00:06.0/device")
         self.add_function("not a function", vendor="0x1de4", device="0x0001")
         (link.parent.parent / "0000:00:05.0").symlink_to("../gone")
         self.add("machine/module/made_up/version", "3\n")
@@ -209,6 +212,10 @@ class HelperProgram(WholeRun):
                 self.assertEqual(self.machine.read_bytes(), after)
             self.assertIn(b'version="2.3.4.5"', self.run_program("-i").stdout)
 
+        # A relative name is meant where the program is started, for the helper too.
+        self.machine = self.add("machine.reg", self.EXPORT).name
+        self.assertEqual(self.run_program("-uhid", "-w", self.ID, cwd=self.folder).returncode, 0)
+
     def test_failures_have_an_exit_code_each_and_change_nothing(self):
         export = self.add("machine.reg", self.EXPORT)
         good = self.add("good.inf", inf_file(self.ID, "DriverVer=01/02/2024,2.3.4.5"))
@@ -246,6 +253,39 @@ class Platform(WholeRun):
         self.add("a\\b.inf", "")
         result = self.run_program("-uhid", "-w", "PCI\\VEN_8086", "-n", "a\\b.inf")
         self.assertEqual(result.returncode, 31)
+
+    def test_package_is_read_by_the_name_that_opens_it(self):
+        shutil.copy(VALIDATION_LIBRARY, self.folder / "kivvalid.dll")
+        self.add("tolvanixhelper64/tolvanixhelper64.exe", "")
+        self.add("answer.txt", "<V></V>")
+        self.add("package.xml", "<OtherPackage/>")
+        self.add("other/folder/file", "")
+        (self.folder / "link").symlink_to("other/folder")
+        for name in ["other/package.xml", "a\\package.xml", "pack*.xml"]:
+            self.add(name, "<P/>")
+        for name in ["link/../package.xml", "a\\package.xml", "pack*.xml"]:
+            run = self.run_program("-u", "-p", name, "-d=4")
+            self.assertEqual(run.returncode, 0, run)
+            self.assertIn(b"package XML length = 4\n", run.stdout)
+        with open(self.folder / "package.xml", "wb") as huge:
+            huge.truncate(1 << 42)  # no text, since no memory can hold it
+        self.assertEqual(self.run_program("-u").returncode, 0)
+
+    def test_long_path_still_has_its_own_folder(self):
+        folder = self.folder / ("x" * 120) / ("y" * (250 - 122 - len(str(self.folder))))
+        folder.mkdir(parents=True)
+        shutil.copy(PROGRAM, folder)
+        run(folder / PROGRAM.name, "-i", "-o", "out.xml", machine=self.machine, cwd=self.folder)
+        self.assertTrue((folder / "out.xml").exists())
+
+    def test_fragment_and_trace_go_out_at_once(self):
+        self.add("a.inf", inf_file(HelperProgram.ID))
+        self.machine = self.add("machine.reg", HelperProgram.EXPORT)
+        helper = self.add("tolvanixhelper64/tolvanixhelper64.exe", "#!/bin/sh\nkill -KILL $PPID\n")
+        helper.chmod(0o755)
+        killed = self.run_program("-uhid", "-w", HelperProgram.ID, "-d=4")
+        self.assertIn(b'<SVMExecution lang="en">', killed.stdout)
+        self.assertIn(b"ExecCmd: Using pDir;", killed.stdout)
 
     def test_any_locale_gives_the_same_bytes(self):
         self.machine = FIXTURES / "computers/four_devices.reg"

@@ -97,6 +97,10 @@ void importKeys(const std::string& text) {
   if (result.exitCode != 0) throw std::runtime_error("reg import: " + result.errors);
 }
 
+void deleteKeys(const std::vector<std::string>& keys) {
+  for (const std::string& key : keys) RegDeleteTreeA(HKEY_LOCAL_MACHINE, key.c_str());
+}
+
 }  // namespace
 
 Computer::Computer(const std::filesystem::path& registryExport) {
@@ -120,6 +124,7 @@ Computer::Computer(const std::filesystem::path& registryExport) {
     }
     if (keep) kept += line + '\n';
   }
+  deleteKeys(importedKeys);  // a driver key of the export may be one of Wine's own
   importKeys(kept);
   for (const std::string& key : importedKeys) resolveTexts(key);
   if (const std::string version = windowsVersion(text); !version.empty()) {
@@ -129,9 +134,7 @@ Computer::Computer(const std::filesystem::path& registryExport) {
 }
 
 Computer::~Computer() {
-  for (const std::string& key : importedKeys) {
-    RegDeleteTreeA(HKEY_LOCAL_MACHINE, key.c_str());
-  }
+  deleteKeys(importedKeys);
   RegDeleteTreeA(HKEY_CURRENT_USER, kProgramSettings);
 }
 
