@@ -16,8 +16,7 @@ COMMANDS = {"-i", "-u", "-uhid"}  # and the command lines that are refused, by t
 REFUSED = {str(status) for status in range(2, 16)}
 
 NOT_COMPARED = {
-    "SamplePackage.Update_BringsTheNewDriversAndThenHasNothingToDo":
-        "installs with the Linux helper of the sample",
+    "SamplePackage.SecondUpdate_HasNothingToDo": "Wine says it installs, and changes nothing",
 }
 
 # Wine itself has this display adapter, and it enumerates devices by their names, where a registry
