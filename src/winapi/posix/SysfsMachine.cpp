@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "winapi/posix/Hex.h"
+#include "winapi/posix/IgnoreCase.h"
 
 namespace tolvanix::winapi {
 namespace {
@@ -312,18 +313,16 @@ std::string SysfsMachine::description(const Function& function) const {
 
 // The driver whose class key this is; null for any other path.
 const SysfsMachine::Driver* SysfsMachine::driverOfKey(std::string_view path) const {
-  const std::string folded = fold(path);
-  std::string_view name = folded;
   for (const std::string_view part : {kClassKeys, kDriverClass}) {
-    if (!name.starts_with(part)) return nullptr;
-    name.remove_prefix(part.size());
+    if (!equalIgnoringCase(path.substr(0, part.size()), part)) return nullptr;
+    path.remove_prefix(part.size());
   }
-  const auto entry = driverIndexes.find(std::string(name));
+  const auto entry = driverIndexes.find(fold(path));
   return entry == driverIndexes.end() ? nullptr : &drivers[entry->second];
 }
 
 bool SysfsMachine::hasKey(std::string_view path) const {
-  return driverOfKey(path) != nullptr || fold(path) == kVersionKey;
+  return driverOfKey(path) != nullptr || equalIgnoringCase(path, kVersionKey);
 }
 
 std::optional<RegistryValue> SysfsMachine::value(std::string_view path,
@@ -333,7 +332,7 @@ std::optional<RegistryValue> SysfsMachine::value(std::string_view path,
     if (wanted != "driverversion" || driver->version.empty()) return std::nullopt;
     return textValue(driver->version);
   }
-  if (fold(path) != kVersionKey) return std::nullopt;
+  if (!equalIgnoringCase(path, kVersionKey)) return std::nullopt;
   if (wanted == "currentmajorversionnumber") return numberValue(kernelRelease().major);
   if (wanted == "currentminorversionnumber") return numberValue(kernelRelease().minor);
   return std::nullopt;
