@@ -44,6 +44,13 @@ class SysfsMachine : public Machine {
     std::uint32_t classCode = 0;
     std::uint32_t driver = 0;  // index in `drivers`; the first one means none
   };
+  // What is read of one function's folder.
+  struct Entry {
+    std::string name;
+    Address address;
+    std::optional<Function> function = {};  // without its driver; none when it cannot be read
+    std::string driver = {};
+  };
   struct Driver {
     std::string name;
     std::string version;  // empty for none
@@ -51,7 +58,8 @@ class SysfsMachine : public Machine {
 
   static std::optional<Address> parseAddress(std::string_view name);
   void scan();
-  std::optional<Function> readFunction(int devices, const char* name);
+  static void readEntries(int devices, std::vector<Entry>& entries);
+  static void readEntry(int devices, Entry& entry);
   std::uint32_t driverIndex(int devices, const char* function, std::string_view name);
   std::string driverVersion(int devices, const char* function, const std::string& name) const;
   const Driver* driverOfKey(std::string_view path) const;
