@@ -229,7 +229,7 @@ void SysfsMachine::readEntry(int devices, Entry& entry) {
   if (!identity.vendor || !identity.device) return;
   entry.driver = uevent ? std::move(identity.driver) : driverFromLink(devices, name);
 
-  Function& function = entry.function.emplace();
+  Function function;
   function.address = entry.address;
   function.vendor = static_cast<std::uint16_t>(*identity.vendor);
   function.device = static_cast<std::uint16_t>(*identity.device);
@@ -238,6 +238,7 @@ void SysfsMachine::readEntry(int devices, Entry& entry) {
   function.classCode = identity.classCode.value_or(0) & 0xFFFFFF;
   function.revision =
       static_cast<std::uint8_t>(readNumberAttribute(devices, name, "revision").value_or(0));
+  entry.function = function;
 }
 
 std::uint32_t SysfsMachine::driverIndex(int devices, const char* function, std::string_view name) {
