@@ -15,6 +15,7 @@ import unittest
 
 PROGRAM, HELPER, FIXTURES, VALIDATION_LIBRARY = (pathlib.Path(a).resolve() for a in sys.argv[1:5])
 
+SCHEMA = FIXTURES.parents[1] / "docs/result.xsd"
 HEADER = "Windows Registry Editor Version 5.00\n\n"
 ENUM = r"HKEY_LOCAL_MACHINE\SYSTEM\CurrentControlSet\Enum\PCI"
 EMPTY_INVENTORY = '<?xml version="1.0" encoding="UTF-8"?><SVMInventory lang="en" ></SVMInventory>'
@@ -52,7 +53,11 @@ class WholeRun(unittest.TestCase):
         return file
 
     def run_program(self, *arguments, **more):
-        return run(self.folder / PROGRAM.name, *arguments, machine=self.machine, **more)
+        result = run(self.folder / PROGRAM.name, *arguments, machine=self.machine, **more)
+        if (result.stdout or b"").startswith(b"<?xml"):  # no trace stands before it
+            command = ["xmllint", "--noout", "--schema", SCHEMA, "-"]
+            subprocess.run(command, input=result.stdout, stderr=subprocess.PIPE, check=True)
+        return result
 
 
 class RegistryExport(WholeRun):
