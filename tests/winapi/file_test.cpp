@@ -133,16 +133,11 @@ TEST_F(FileTest, Failures_HaveTheirErrors) {
     const char* path;
     DWORD error;
   } rows[] = {
-      {enter, "none", ERROR_FILE_NOT_FOUND},
-      {enter, "none\\sub", ERROR_PATH_NOT_FOUND},
-      {enter, "file", ERROR_DIRECTORY},
-      {enter, "", ERROR_INVALID_NAME},
-      {find, "*.inf", ERROR_FILE_NOT_FOUND},
-      {find, "none", ERROR_FILE_NOT_FOUND},
-      {find, ".\\", ERROR_FILE_NOT_FOUND},
-      {find, "none\\*.inf", ERROR_PATH_NOT_FOUND},
-      {find, "none\\x", ERROR_PATH_NOT_FOUND},
-      {find, "", ERROR_PATH_NOT_FOUND},
+      {enter, "none", ERROR_FILE_NOT_FOUND},   {enter, "none\\sub", ERROR_PATH_NOT_FOUND},
+      {enter, "file", ERROR_DIRECTORY},        {enter, "", ERROR_INVALID_NAME},
+      {find, "*.inf", ERROR_FILE_NOT_FOUND},   {find, "none", ERROR_FILE_NOT_FOUND},
+      {find, ".\\", ERROR_FILE_NOT_FOUND},     {find, "none\\*.inf", ERROR_PATH_NOT_FOUND},
+      {find, "none\\x", ERROR_PATH_NOT_FOUND}, {find, "", ERROR_PATH_NOT_FOUND},
   };
   writeFile(dir / "file", "x");
   for (const auto& row : rows) {
