@@ -167,6 +167,18 @@ class SysfsTree(WholeRun):
         self.assertTrue(self.has_id("PCI\\VEN_1DE4&DEV_0007&CC_02800A"))
         self.assertTrue(self.has_id("PCI\\VEN_1DE4&DEV_0008&CC_0C0330"))
 
+    def test_very_many_functions_are_all_there(self):
+        expected = []
+        for number in range(1100):  # more than one thread reads alone
+            bus, function = divmod(number, 8)
+            driver = f"driver-{number % 3}"
+            uevent = f"DRIVER={driver}\nPCI_ID=1DE4:{number:04X}\nPCI_SUBSYS_ID=1DE4:0001\nPCI_CLASS=20000"
+            self.add_function(f"0000:{bus:02x}:00.{function}", uevent=uevent)
+            self.add(f"machine/module/driver_{number % 3}/version", f"{number % 3}.5\n")
+            place = f"{bus:04} 0000 {function:04}"
+            expected.append(f"1DE4 {number:04X} 0001 1DE4 {place} PCI Device {number % 3}.5")
+        self.assertEqual(self.devices(), expected)
+
     def test_folder_without_devices_is_one_line(self):
         self.machine.mkdir()
         result = self.run_program("-i")

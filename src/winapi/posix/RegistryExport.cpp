@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <utility>
 
 #include "winapi/posix/Hex.h"
 #include "winapi/posix/Utf16.h"
