@@ -56,16 +56,18 @@ TEST(PciIds, Name_IsOfTheSubsystemElseOfTheDevice) {
   const TempDir folder;
   const auto file = folder / "pci.ids";
   writeFile(file,
-            "# comment\n1de9  Late vendor\n\t0001  Late device\n1de4  Vendor\n\t0002  Second\n"
-            "\t\t1028 00ab  Board of second\n# note\n\t\t1028 00ac  Other board\n\t0001  First\n"
-            "C 02  Class\n\t0003  No device\n1df0  Last\n\t0009  Unended");
-  const winapi::PciIds names{winapi::MappedFile(file.c_str())};
+            "# comment\n\n1de4  Vendor\n\t0001  First\n# 1de5  note\n\t0002  Second\n"
+            "\t\t1028 00ab  Board of second\n# note\n\t\t1028 00ac  Other board\n\t0004  Fourth\n"
+            "1de9  Late vendor\n\t0001  Late device\n1df0  Last\n\t0009  Last device\n"
+            "C 02  Class\n\t0003  No device\n\t0009  Unended");
+  winapi::PciIds names{winapi::MappedFile(file.c_str())};
   EXPECT_EQ(names.name(0x1DE4, 2, 0x1028, 0xAC), "Other board");
   EXPECT_EQ(names.name(0x1DE4, 2, 0x1028, 0xAD), "Second");
   EXPECT_EQ(names.name(0x1DE4, 1, 0x1028, 0xAB), "First");
   EXPECT_EQ(names.name(0x1DE9, 1, 0, 0), "Late device");
-  EXPECT_EQ(names.name(0x1DF0, 9, 0, 0), "Unended");
+  EXPECT_EQ(names.name(0x1DF0, 9, 0, 0), "Last device");
   EXPECT_EQ(names.name(0x1DE4, 3, 0, 0), "");
+  EXPECT_EQ(names.name(0x1DF0, 3, 0, 0), "");
   EXPECT_EQ(winapi::PciIds(winapi::MappedFile("/no/such/list")).name(1, 1, 0, 0), "");
 }
 

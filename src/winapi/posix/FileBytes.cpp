@@ -41,8 +41,7 @@ MappedFile::MappedFile(const char* path) {
   struct stat status {};
   if (file.get() < 0 || fstat(file.get(), &status) != 0 || status.st_size <= 0) return;
   const auto size = static_cast<std::size_t>(status.st_size);
-  const void* const start =
-      mmap(nullptr, size, PROT_READ, MAP_PRIVATE | MAP_POPULATE, file.get(), 0);
+  const void* const start = mmap(nullptr, size, PROT_READ, MAP_PRIVATE, file.get(), 0);
   if (start != MAP_FAILED) bytes = {static_cast<const char*>(start), size};
 }
 

@@ -12,13 +12,12 @@ namespace {
 
 constexpr const char* kLists[] = {"/usr/share/misc/pci.ids", "/usr/share/hwdata/pci.ids"};
 
-std::string_view lineAt(std::string_view text, std::size_t start) {
-  return text.substr(start, text.find('\n', start) - start);
-}
+// Behind all vendors: classes and other lists ("C 01  ...").
+constexpr std::uint32_t kNoVendor = 0x10000;
 
 // Four digits at `at`; none when other characters stand there.
-std::optional<std::uint32_t> idAt(std::string_view line, std::size_t at) {
-  return line.size() >= at + 4 ? readHex(line.substr(at, 4)) : std::nullopt;
+std::optional<std::uint32_t> idAt(std::string_view text, std::size_t at) {
+  return text.size() >= at + 4 ? readHex(text.substr(at, 4)) : std::nullopt;
 }
 
 // What follows the IDs and the blanks behind them.
@@ -27,29 +26,83 @@ std::string_view nameIn(std::string_view line, std::size_t idsEnd) {
   return start == std::string_view::npos ? std::string_view() : line.substr(start);
 }
 
-}  // namespace
+std::size_t lineEnd(std::string_view text, std::size_t from) {
+  return std::min(text.find('\n', from), text.size());
+}
 
-PciIds::PciIds(MappedFile mapped) : file(std::move(mapped)) {
-  const std::string_view list = file.text();
-  devices.reserve(list.size() / 64);  // about one line in two is a device's
-  std::optional<std::uint32_t> vendor;
-  for (std::size_t start = 0; start < list.size();) {
-    const std::string_view line = lineAt(list, start);
-    const bool indented = line.starts_with('\t');
-    if (indented && vendor && line.size() > 1 && line[1] != '\t') {
-      const std::optional<std::uint32_t> device = idAt(line, 1);
-      if (device) devices.push_back({*vendor << 16 | *device, static_cast<std::uint32_t>(start)});
-    } else if (!indented && !line.empty() && line[0] != '#') {
-      // Classes and other lists ("C 01  ...") follow the vendors; their entries are no devices.
-      vendor = line.size() > 4 && line[4] == ' ' ? idAt(line, 0) : std::nullopt;
-    }
-    start += line.size() + 1;
+std::string_view lineAt(std::string_view text, std::size_t start) {
+  return text.substr(start, lineEnd(text, start) - start);
+}
+
+// A line of the level that is searched, a vendor's or a device's.
+struct Line {
+  std::size_t start;
+  std::uint32_t id;
+};
+
+// Where the first line begins, from `from` on and before `to`, that is not indented; else `to`.
+std::size_t nextUnindented(std::string_view list, std::size_t from, std::size_t to) {
+  if (from == 0) return 0;
+  // Without branches and as wide as a character, for vector operations: nearly all lines are
+  // indented, and many places are ruled out at once.
+  const auto begins = [list](std::size_t at) -> unsigned char {
+    const char before = list[at - 1];
+    const char first = list[at];
+    return before == '\n' && first != '\t' ? 1 : 0;
+  };
+  constexpr std::size_t kStride = 64;
+  for (; from + kStride <= to; from += kStride) {
+    unsigned char any = 0;
+    for (std::size_t i = 0; i < kStride; ++i) any |= begins(from + i);
+    if (any != 0) break;
   }
-  const auto byIds = [](const Entry& left, const Entry& right) { return left.ids < right.ids; };
-  if (!std::is_sorted(devices.begin(), devices.end(), byIds)) {
-    std::stable_sort(devices.begin(), devices.end(), byIds);
+  while (from < to && begins(from) == 0) ++from;
+  return from;
+}
+
+// The first vendor's line from `from` on and before `to`.
+std::optional<Line> nextVendor(std::string_view list, std::size_t from, std::size_t to) {
+  for (;;) {
+    from = nextUnindented(list, from, to);
+    if (from >= to) return std::nullopt;
+    if (list[from] != '#' && list[from] != '\n') {
+      return Line{from, idAt(list, from).value_or(kNoVendor)};
+    }
+    ++from;
   }
 }
+
+// The first device's line from `from` on and before `to`.
+std::optional<Line> nextDevice(std::string_view list, std::size_t from, std::size_t to) {
+  std::size_t start = from == 0 ? 0 : lineEnd(list, from - 1) + 1;
+  for (; start < to; start = lineEnd(list, start) + 1) {
+    const auto id = list[start] == '\t' ? idAt(list, start + 1) : std::nullopt;
+    if (id) return Line{start, *id};
+  }
+  return std::nullopt;
+}
+
+// Where the line of that ID begins. Lines of a level are sorted: the range in question is halved.
+template <typename NextLine>
+std::optional<std::size_t> findLine(std::string_view list, std::uint32_t id, NextLine nextLine) {
+  std::size_t low = 0;
+  std::size_t high = list.size();
+  while (low < high) {
+    const std::size_t middle = low + (high - low) / 2;
+    const std::optional<Line> line = nextLine(list, middle, high);
+    if (line && line->id == id) return line->start;
+    if (line && line->id < id) {
+      low = line->start + 1;
+    } else {
+      high = middle;
+    }
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+PciIds::PciIds(MappedFile mapped) : file(std::move(mapped)) {}
 
 PciIds PciIds::ofSystem() {
   for (const char* const list : kLists) {
@@ -59,20 +112,28 @@ PciIds PciIds::ofSystem() {
   return PciIds(MappedFile(""));
 }
 
-std::string_view PciIds::name(std::uint16_t vendor, std::uint16_t device, std::uint16_t subVendor,
-                              std::uint16_t subDevice) const {
-  const std::uint32_t ids = static_cast<std::uint32_t>(vendor) << 16 | device;
-  const auto found =
-      std::lower_bound(devices.begin(), devices.end(), ids,
-                       [](const Entry& entry, std::uint32_t wanted) { return entry.ids < wanted; });
-  if (found == devices.end() || found->ids != ids) return {};
+std::string_view PciIds::section(std::uint16_t vendor) {
+  const auto [entry, added] = sections.try_emplace(vendor);
   const std::string_view list = file.text();
-  const std::string_view deviceLine = lineAt(list, found->offset);
-  for (std::size_t next = found->offset + deviceLine.size() + 1; next < list.size();) {
-    const std::string_view line = lineAt(list, next);
+  const auto start = added ? findLine(list, vendor, nextVendor) : std::nullopt;
+  if (start) {
+    const auto next = nextVendor(list, *start + 1, list.size());
+    entry->second = list.substr(*start, (next ? next->start : list.size()) - *start);
+  }
+  return entry->second;
+}
+
+std::string_view PciIds::name(std::uint16_t vendor, std::uint16_t device, std::uint16_t subVendor,
+                              std::uint16_t subDevice) {
+  const std::string_view lines = section(vendor);
+  const auto start = findLine(lines, device, nextDevice);
+  if (!start) return {};
+  const std::string_view deviceLine = lineAt(lines, *start);
+  for (std::size_t at = *start + deviceLine.size() + 1; at < lines.size();) {
+    const std::string_view line = lineAt(lines, at);
     if (!line.starts_with("\t\t") && !line.starts_with('#')) break;
     if (idAt(line, 2) == subVendor && idAt(line, 7) == subDevice) return nameIn(line, 11);
-    next += line.size() + 1;
+    at += line.size() + 1;
   }
   return nameIn(deviceLine, 5);
 }

@@ -1,10 +1,10 @@
-// Names of PCI devices from the pci.ids list (format: its own opening comment; the list is
-// published at pci-ids.ucw.cz).
+// Names of PCI devices from the pci.ids list (format: its own opening comment, by which it is
+// sorted, too; the list is published at pci-ids.ucw.cz).
 #pragma once
 
 #include <cstdint>
 #include <string_view>
-#include <vector>
+#include <unordered_map>
 
 #include "winapi/posix/FileBytes.h"
 
@@ -12,7 +12,7 @@ namespace tolvanix::winapi {
 
 class PciIds {
  public:
-  // An empty list knows no names.
+  // An empty list knows no names. Where a list is not sorted, names may be missed.
   explicit PciIds(MappedFile mapped);
 
   // The list that this computer has installed; empty when it has none.
@@ -20,15 +20,14 @@ class PciIds {
 
   // The name of the subsystem, else of the device; empty when the list has neither.
   std::string_view name(std::uint16_t vendor, std::uint16_t device, std::uint16_t subVendor,
-                        std::uint16_t subDevice) const;
+                        std::uint16_t subDevice);
 
  private:
-  struct Entry {
-    std::uint32_t ids;     // vendor, then device, 16 bits each
-    std::uint32_t offset;  // of the device's line
-  };
+  std::string_view section(std::uint16_t vendor);
+
   MappedFile file;
-  std::vector<Entry> devices;  // sorted by ids
+  // The lines of the vendors that were asked for, each with its devices; empty for none.
+  std::unordered_map<std::uint16_t, std::string_view> sections;
 };
 
 }  // namespace tolvanix::winapi
