@@ -23,7 +23,7 @@ bool holdsNumber(const SPXMLAttribute& attribute) {
   return readHexadecimal(attribute.getValue()) >= 0;
 }
 
-SPXMLAttribute decimalAttribute(std::u16string_view name, std::uint32_t number) {
+SPXMLAttribute decimalAttribute(const char16_t* name, std::uint32_t number) {
   SPXMLAttribute attribute(name);
   attribute.setValue(SPUString(static_cast<std::int32_t>(number), SPUString::Decimal{}));
   return attribute;
@@ -81,7 +81,10 @@ void SPXMLDevice::appendXML(std::u16string& out) const {
 }
 
 std::vector<const SPXMLAttribute*> SPXMLDevice::writtenAttributes() const {
-  std::vector<const SPXMLAttribute*> written = {&componentID};
+  constexpr std::size_t kMost = 10;
+  std::vector<const SPXMLAttribute*> written;
+  written.reserve(kMost);
+  written.push_back(&componentID);
   if (holdsNumber(vendorID) && holdsNumber(deviceID) && holdsNumber(subVendorID) &&
       holdsNumber(subDeviceID)) {
     written.insert(written.end(), {&vendorID, &deviceID, &subDeviceID, &subVendorID});

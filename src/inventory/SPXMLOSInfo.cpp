@@ -14,14 +14,14 @@ namespace {
 
 constexpr std::u16string_view kElementName = u"OperatingSystem";
 
-SPXMLAttribute textAttribute(std::u16string_view name, const SPUString& value) {
+SPXMLAttribute textAttribute(const char16_t* name, const SPUString& value) {
   SPXMLAttribute attribute(name);
   attribute.setValue(value);
   return attribute;
 }
 
 // A number without leading zeros.
-SPXMLAttribute numberAttribute(std::u16string_view name, std::uint32_t value) {
+SPXMLAttribute numberAttribute(const char16_t* name, std::uint32_t value) {
   return {name, SPString(std::to_string(value))};
 }
 

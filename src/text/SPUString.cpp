@@ -11,20 +11,22 @@ namespace {
 
 constexpr int kLeastDigits = 4;
 
-// The number in that base, at least four digits, behind the sign.
-std::u16string formatNumber(std::uint32_t number, unsigned base, const char16_t* sign) {
-  char16_t digits[10];
-  char16_t* const end = digits + std::size(digits);
+// The number in that base, at least four digits, behind a sign.
+template <unsigned Base>
+std::u16string formatNumber(std::uint32_t number, bool negative) {
+  char16_t text[11];
+  char16_t* const end = text + std::size(text);
   char16_t* first = end;
-  for (; number > 0 || end - first < kLeastDigits; number /= base) {
-    *--first = u"0123456789ABCDEF"[number % base];
+  for (; number > 0 || end - first < kLeastDigits; number /= Base) {
+    *--first = u"0123456789ABCDEF"[number % Base];
   }
-  return std::u16string(sign).append(first, end);
+  if (negative) *--first = u'-';
+  return {first, end};
 }
 
 std::u16string formatDecimal(std::int32_t number) {
   const auto bits = static_cast<std::uint32_t>(number);
-  return number < 0 ? formatNumber(0U - bits, 10, u"-") : formatNumber(bits, 10, u"");
+  return formatNumber<10>(number < 0 ? 0U - bits : bits, number < 0);
 }
 
 }  // namespace
@@ -40,7 +42,7 @@ SPUString::SPUString(const char* text) : ComparableString(widen(text != nullptr 
 
 SPUString::SPUString(const std::string& text) : SPUString(text.c_str()) {}
 
-SPUString::SPUString(std::uint32_t number) : ComparableString(formatNumber(number, 16, u"")) {}
+SPUString::SPUString(std::uint32_t number) : ComparableString(formatNumber<16>(number, false)) {}
 
 SPUString::SPUString(std::int32_t number, Decimal /*selector*/)
     : ComparableString(formatDecimal(number)) {}

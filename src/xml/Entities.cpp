@@ -1,6 +1,8 @@
 #include "xml/Entities.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <iterator>
 
 namespace tolvanix {
@@ -34,7 +36,10 @@ const Entity* entityWithTail(View view) {
 }
 
 bool isSpecial(char16_t unit) {
-  return unit == u'&' || unit == u'<' || unit == u'>' || unit == u'"' || unit == u'\'';
+  constexpr std::uint64_t kSpecial = std::uint64_t{1} << u'&' | std::uint64_t{1} << u'<' |
+                                     std::uint64_t{1} << u'>' | std::uint64_t{1} << u'"' |
+                                     std::uint64_t{1} << u'\'';
+  return unit < 64 && (kSpecial >> unit & 1) != 0;
 }
 
 }  // namespace
@@ -59,20 +64,28 @@ void appendEscaped(std::u16string& out, View text) {
   }
 }
 
-void appendUnescaped(std::u16string& out, View text) {
+std::u16string unescaped(std::u16string text) {
   constexpr View kAmpersandTail = u"amp;";
-  while (!text.empty()) {
-    const std::size_t plain = std::min(text.find(u'&'), text.size());
-    out += text.substr(0, plain);
-    text.remove_prefix(plain);
-    if (text.empty()) return;
-    // "&amp;" gives a "&" that can begin an entity with what follows, "&amp;" again included.
-    text.remove_prefix(1);
-    while (text.starts_with(kAmpersandTail)) text.remove_prefix(kAmpersandTail.size());
-    const Entity* const entity = entityWithTail(text);
-    out += entity != nullptr ? entity->character : u'&';
-    if (entity != nullptr) text.remove_prefix(entity->text.size() - 1);
+  const std::size_t first = text.find(u'&');
+  if (first == View::npos) return text;
+  // In place: an entity is longer than its character.
+  View rest = View(text).substr(first);
+  auto out = text.begin() + static_cast<std::ptrdiff_t>(first);
+  while (!rest.empty()) {
+    *out = rest.front();
+    rest.remove_prefix(1);
+    if (*out == u'&') {
+      // "&amp;" gives a "&" that can begin an entity with what follows, "&amp;" again included.
+      while (rest.starts_with(kAmpersandTail)) rest.remove_prefix(kAmpersandTail.size());
+      if (const Entity* const entity = entityWithTail(rest)) {
+        *out = entity->character;
+        rest.remove_prefix(entity->text.size() - 1);
+      }
+    }
+    ++out;
   }
+  text.erase(out, text.end());
+  return text;
 }
 
 }  // namespace tolvanix

@@ -10,8 +10,8 @@ namespace tolvanix {
 // stays as it is.
 void appendEscaped(std::u16string& out, std::u16string_view text);
 
-// Appends the text with the entities as characters. Text that was escaped more than once collapses:
+// The text with the entities as characters. Text that was escaped more than once collapses:
 // &amp;lt; gives <.
-void appendUnescaped(std::u16string& out, std::u16string_view text);
+std::u16string unescaped(std::u16string text);
 
 }  // namespace tolvanix

@@ -7,9 +7,13 @@ namespace tolvanix {
 
 namespace {
 
+bool isSpace(char16_t unit) {
+  return unit == u' ' || (unit >= u'\t' && unit <= u'\r');
+}
+
 std::u16string_view withoutLeadingSpace(std::u16string_view text) {
-  const std::size_t first = text.find_first_not_of(u" \t\n\v\f\r");
-  return first == std::u16string_view::npos ? std::u16string_view() : text.substr(first);
+  while (!text.empty() && isSpace(text.front())) text.remove_prefix(1);
+  return text;
 }
 
 // The value of a digit, 16 for a unit that is none.

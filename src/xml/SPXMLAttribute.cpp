@@ -2,24 +2,21 @@
 
 #include <utility>
 
+#include "text/Conversion.h"
 #include "xml/Entities.h"
 
 namespace tolvanix {
 
-SPXMLAttribute::SPXMLAttribute(std::u16string_view attributeName) : name(attributeName) {}
+SPXMLAttribute::SPXMLAttribute(const char16_t* attributeName) : name(attributeName) {}
 
-SPXMLAttribute::SPXMLAttribute(std::u16string_view attributeName, std::uint32_t number)
+SPXMLAttribute::SPXMLAttribute(const char16_t* attributeName, std::uint32_t number)
     : name(attributeName), value(number) {}
 
-SPXMLAttribute::SPXMLAttribute(std::u16string_view attributeName, const SPString& text)
-    : name(attributeName) {
-  setValue(SPUString(text));
-}
+SPXMLAttribute::SPXMLAttribute(const char16_t* attributeName, const SPString& text)
+    : name(attributeName), value(unescaped(widen(text.c_str()))) {}
 
 void SPXMLAttribute::setValue(std::u16string_view text) {
-  std::u16string plain;
-  appendUnescaped(plain, text);
-  value = SPUString(std::move(plain));
+  value = SPUString(unescaped(std::u16string(text)));
 }
 
 SPUString SPXMLAttribute::format() const {
@@ -29,7 +26,7 @@ SPUString SPXMLAttribute::format() const {
 }
 
 void SPXMLAttribute::appendTo(std::u16string& out) const {
-  if (name.empty() || value.empty()) return;
+  if (*name == u'\0' || value.empty()) return;
   out += u' ';
   out += name;
   out += u"=\"";

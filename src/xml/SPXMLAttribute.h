@@ -12,12 +12,12 @@ namespace tolvanix {
 
 class SPXMLAttribute {
  public:
-  // The name is a literal: it is not copied.
-  explicit SPXMLAttribute(std::u16string_view attributeName);
+  // The name is a literal: its address is kept.
+  explicit SPXMLAttribute(const char16_t* attributeName);
   // The value in upper-case hexadecimal, at least four digits.
-  SPXMLAttribute(std::u16string_view attributeName, std::uint32_t number);
+  SPXMLAttribute(const char16_t* attributeName, std::uint32_t number);
   // The value is XML: entities in it are resolved.
-  SPXMLAttribute(std::u16string_view attributeName, const SPString& text);
+  SPXMLAttribute(const char16_t* attributeName, const SPString& text);
 
   // Takes XML: entities are resolved, so that the value is held as plain text.
   void setValue(std::u16string_view text);
@@ -31,7 +31,7 @@ class SPXMLAttribute {
   void appendTo(std::u16string& out) const;
 
  private:
-  std::u16string_view name;
+  const char16_t* name;
   SPUString value;
 };
 

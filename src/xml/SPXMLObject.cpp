@@ -148,9 +148,7 @@ SPUString SPXMLObject::escapeText(const SPUString& text) {
 }
 
 SPUString SPXMLObject::unescapeText(const SPUString& text) {
-  std::u16string plain;
-  appendUnescaped(plain, text);
-  return SPUString(std::move(plain));
+  return SPUString(unescaped(std::u16string(View(text))));
 }
 
 SPUString SPXMLObject::buildElement(const SPUString& name,

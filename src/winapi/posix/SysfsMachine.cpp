@@ -286,14 +286,17 @@ std::optional<RegistryValue> SysfsMachine::deviceProperty(std::size_t device,
 }
 
 std::string SysfsMachine::hardwareIds(const Function& function) const {
-  std::string model = "PCI\\VEN_";
-  appendHex(model, function.vendor, 4);
-  model += "&DEV_";
-  appendHex(model, function.device, 4);
   std::string ids;
   ids.reserve(160);
+  const auto addModel = [&ids, &function] {
+    ids += "PCI\\VEN_";
+    appendHex(ids, function.vendor, 4);
+    ids += "&DEV_";
+    appendHex(ids, function.device, 4);
+  };
   for (const bool withRevision : {true, false}) {
-    ids.append(model).append("&SUBSYS_");
+    addModel();
+    ids += "&SUBSYS_";
     appendHex(ids, function.subDevice, 4);
     appendHex(ids, function.subVendor, 4);
     if (withRevision) {
@@ -302,12 +305,13 @@ std::string SysfsMachine::hardwareIds(const Function& function) const {
     }
     ids += '\0';
   }
-  ids.append(model).append("&CC_");
-  appendHex(ids, function.classCode, 6);
+  for (const int digits : {6, 4}) {  // with and without the programming interface
+    addModel();
+    ids += "&CC_";
+    appendHex(ids, function.classCode >> (24 - 4 * digits), digits);
+    ids += '\0';
+  }
   ids += '\0';
-  ids.append(model).append("&CC_");
-  appendHex(ids, function.classCode >> 8, 4);
-  ids.append(2, '\0');
   return ids;
 }
 
