@@ -15,6 +15,7 @@
 
 #include "winapi/posix/Hex.h"
 #include "winapi/posix/IgnoreCase.h"
+#include "winapi/posix/SysfsFolder.h"
 
 namespace tolvanix::winapi {
 namespace {
@@ -22,8 +23,6 @@ namespace {
 constexpr char kDevicesFolder[] = "bus/pci/devices";
 // The driver keys made for these devices: the driver's name below this class.
 constexpr std::string_view kDriverClass = "pci\\";
-// Attribute files are at most one page.
-constexpr std::size_t kAttributeSize = 4096;
 
 struct DirectoryCloser {
   void operator()(DIR* folder) const { closedir(folder); }
@@ -31,25 +30,6 @@ struct DirectoryCloser {
 
 std::string_view firstLine(std::string_view text) {
   return text.substr(0, text.find('\n'));
-}
-
-std::string joined(const char* folder, std::string_view name) {
-  return std::string(folder).append("/").append(name);
-}
-
-// The first line of a file of a device, in `buffer`.
-std::optional<std::string_view> readAttribute(int folder, const char* device, const char* name,
-                                              char* buffer) {
-  const auto text = readSmallFile(folder, joined(device, name).c_str(), buffer, kAttributeSize);
-  return text ? std::optional(firstLine(*text)) : std::nullopt;
-}
-
-// "0x8086"
-std::optional<std::uint32_t> readNumberAttribute(int folder, const char* device, const char* name) {
-  char buffer[kAttributeSize];
-  const auto text = readAttribute(folder, device, name, buffer);
-  if (!text || !text->starts_with("0x")) return std::nullopt;
-  return readHex(text->substr(2));
 }
 
 // What a function is, as far as its files tell.
@@ -110,9 +90,9 @@ void completeFromModalias(Identity& identity, std::string_view text) {
 }
 
 // Snapshots of a tree may lack `uevent`, which is a file of actions, and others.
-void completeFromFiles(Identity& identity, int folder, const char* device) {
-  const auto fill = [folder, device](std::optional<std::uint32_t>& number, const char* name) {
-    if (!number) number = readNumberAttribute(folder, device, name);
+void completeFromFiles(Identity& identity, SysfsFolder& folder) {
+  const auto fill = [&folder](std::optional<std::uint32_t>& number, const char* file) {
+    if (!number) number = folder.number(file);
   };
   fill(identity.vendor, "vendor");
   fill(identity.device, "device");
@@ -120,18 +100,20 @@ void completeFromFiles(Identity& identity, int folder, const char* device) {
   fill(identity.subDevice, "subsystem_device");
   fill(identity.classCode, "class");
   if (identity.complete()) return;
-  char buffer[kAttributeSize];
-  const auto modalias = readAttribute(folder, device, "modalias", buffer);
-  if (modalias) completeFromModalias(identity, *modalias);
+  char buffer[kSysfsPage];
+  if (const auto modalias = folder.line("modalias", buffer))
+    completeFromModalias(identity, *modalias);
 }
 
-// The last name that the link of a device to its driver holds.
-std::string driverFromLink(int folder, const char* device) {
-  char buffer[kAttributeSize];
-  const ssize_t size = readlinkat(folder, joined(device, "driver").c_str(), buffer, sizeof buffer);
-  if (size <= 0) return {};
-  const std::string_view target(buffer, static_cast<std::size_t>(size));
-  return std::string(target.substr(target.rfind('/') + 1));
+// The real folder of a function's bus, in which the other functions of that bus are, too; -1 when
+// it cannot be told.
+int openBusFolder(int devices, const std::string& function) {
+  char target[kSysfsPage];
+  const ssize_t size = readlinkat(devices, function.c_str(), target, sizeof target);
+  if (size <= 0) return -1;
+  const std::string_view path(target, static_cast<std::size_t>(size));
+  const std::string parent(path.substr(0, path.rfind('/') + 1));
+  return openat(devices, parent.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
 }
 
 struct KernelRelease {
@@ -193,41 +175,52 @@ void SysfsMachine::scan() {
     const std::optional<Address> address = parseAddress(found->d_name);
     if (address) entries.push_back({found->d_name, *address});
   }
+  std::sort(entries.begin(), entries.end(),
+            [](const Entry& left, const Entry& right) { return left.address < right.address; });
   readEntries(devices, entries);
   for (const Entry& entry : entries) {
     if (!entry.function) continue;
     functions.push_back(*entry.function);
-    functions.back().driver = driverIndex(devices, entry.name.c_str(), entry.driver);
+    functions.back().driver = driverIndex(devices, entry.name, entry.driver);
   }
-  std::sort(functions.begin(), functions.end(), [](const Function& left, const Function& right) {
-    return left.address < right.address;
-  });
 }
 
 // The time goes into the kernel, file by file: where there are many, a second thread takes half.
 void SysfsMachine::readEntries(int devices, std::vector<Entry>& entries) {
   constexpr std::size_t kWorthAThread = 1024;
-  const auto read = [devices](Entry* first, Entry* last) {
-    std::for_each(first, last, [devices](Entry& entry) { readEntry(devices, entry); });
-  };
-  Entry* const begin = entries.data();
-  Entry* const middle = begin + (entries.size() < kWorthAThread ? 0 : entries.size() / 2);
-  std::future<void> half;
-  if (middle != begin) half = std::async(read, begin, middle);  // here where no thread can be had
-  read(middle, begin + entries.size());
-  if (half.valid()) half.get();
+  const std::span<Entry> all = entries;
+  const std::size_t half = all.size() < kWorthAThread ? 0 : all.size() / 2;
+  std::future<void> other;
+  // Run here, at `get`, where no thread can be had.
+  if (half != 0) other = std::async(readBuses, devices, all.first(half));
+  readBuses(devices, all.subspan(half));
+  if (other.valid()) other.get();
+}
+
+// A link of `bus/pci/devices` is a long way through the tree, so that only one a bus is followed.
+void SysfsMachine::readBuses(int devices, std::span<Entry> entries) {
+  std::optional<FileDescriptor> folder;
+  const Entry* previous = nullptr;
+  for (Entry& entry : entries) {
+    if (previous == nullptr || !entry.address.isOnBusOf(previous->address)) {
+      folder.emplace(openBusFolder(devices, entry.name));
+    }
+    readEntry(folder->get(), entry);
+    if (!entry.function) readEntry(devices, entry);
+    previous = &entry;
+  }
 }
 
 // Leaves the function out when it is gone, or its files do not even tell its vendor and device.
-void SysfsMachine::readEntry(int devices, Entry& entry) {
-  const char* const name = entry.name.c_str();
-  char buffer[kAttributeSize];
-  const auto uevent = readSmallFile(devices, joined(name, "uevent").c_str(), buffer, sizeof buffer);
+void SysfsMachine::readEntry(int parent, Entry& entry) {
+  SysfsFolder folder(parent, entry.name);
+  char buffer[kSysfsPage];
+  const auto uevent = folder.text("uevent", buffer);
   Identity identity;
   if (uevent) identity = identityFromUevent(*uevent);
-  if (!identity.complete()) completeFromFiles(identity, devices, name);
+  if (!identity.complete()) completeFromFiles(identity, folder);
   if (!identity.vendor || !identity.device) return;
-  entry.driver = uevent ? std::move(identity.driver) : driverFromLink(devices, name);
+  entry.driver = uevent ? std::move(identity.driver) : folder.linkedName("driver");
 
   Function function;
   function.address = entry.address;
@@ -236,12 +229,12 @@ void SysfsMachine::readEntry(int devices, Entry& entry) {
   function.subVendor = static_cast<std::uint16_t>(identity.subVendor.value_or(0));
   function.subDevice = static_cast<std::uint16_t>(identity.subDevice.value_or(0));
   function.classCode = identity.classCode.value_or(0) & 0xFFFFFF;
-  function.revision =
-      static_cast<std::uint8_t>(readNumberAttribute(devices, name, "revision").value_or(0));
+  function.revision = static_cast<std::uint8_t>(folder.number("revision").value_or(0));
   entry.function = function;
 }
 
-std::uint32_t SysfsMachine::driverIndex(int devices, const char* function, std::string_view name) {
+std::uint32_t SysfsMachine::driverIndex(int devices, std::string_view function,
+                                        std::string_view name) {
   if (name.empty()) return 0;
   const auto [entry, added] =
       driverIndexes.try_emplace(fold(name), static_cast<std::uint32_t>(drivers.size()));
@@ -254,14 +247,14 @@ std::uint32_t SysfsMachine::driverIndex(int devices, const char* function, std::
 
 // The version of the driver's module, which a built-in driver often has under its own name, with
 // '_' for '-' as in all module names.
-std::string SysfsMachine::driverVersion(int devices, const char* function,
+std::string SysfsMachine::driverVersion(int devices, std::string_view function,
                                         const std::string& name) const {
-  char buffer[kAttributeSize];
-  auto version = readAttribute(devices, function, "driver/module/version", buffer);
+  char buffer[kSysfsPage];
+  auto version = SysfsFolder(devices, function).line("driver/module/version", buffer);
   if (!version) {
     std::string module = name;
     std::replace(module.begin(), module.end(), '-', '_');
-    version = readAttribute(tree.get(), "module", (module + "/version").c_str(), buffer);
+    version = SysfsFolder(tree.get(), "module/" + module).line("version", buffer);
   }
   if (version) return std::string(*version);
   return running ? kernelRelease().text : std::string();

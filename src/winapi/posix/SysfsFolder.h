@@ -1,0 +1,37 @@
+// The files of one folder of a sysfs tree.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace tolvanix::winapi {
+
+// Attribute files are at most one page (kernel.org/doc/Documentation/filesystems/sysfs.rst).
+constexpr std::size_t kSysfsPage = 4096;
+
+class SysfsFolder {
+ public:
+  // The folder at that path below an open one, which must stay open.
+  SysfsFolder(int openFolder, std::string_view pathBelow);
+
+  // The text of a file, its first line, and that as a number ("0x8086"). None when the file cannot
+  // be read. The texts are in `buffer`.
+  std::optional<std::string_view> text(const char* file, char (&buffer)[kSysfsPage]);
+  std::optional<std::string_view> line(const char* file, char (&buffer)[kSysfsPage]);
+  std::optional<std::uint32_t> number(const char* file);
+
+  // The last name that a link holds; empty when it cannot be read.
+  std::string linkedName(const char* link);
+
+ private:
+  const char* pathOf(const char* file);
+
+  int folder;
+  std::size_t nameAt;  // behind the slash
+  std::string path;    // of the file that was asked for last
+};
+
+}  // namespace tolvanix::winapi
