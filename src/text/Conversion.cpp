@@ -80,9 +80,19 @@ Character characterAt(std::u16string_view text) {
   return {unit, 1};
 }
 
-// Printable ASCII, most of every document: a byte for each unit.
-bool isPlain(char16_t unit) {
-  return unit >= 0x20 && unit < 0x80;
+// How many units at the start are printable ASCII, most of every document: a byte for each unit.
+std::size_t plainLength(std::u16string_view text) {
+  const auto isSpecial = [](char16_t unit) -> char16_t { return unit < 0x20 || unit >= 0x80; };
+  // Many units are looked at together, which the compiler makes vector operations of.
+  constexpr std::size_t kStride = 64;
+  std::size_t length = 0;
+  for (; length + kStride <= text.size(); length += kStride) {
+    char16_t special = 0;
+    for (const char16_t unit : text.substr(length, kStride)) special |= isSpecial(unit);
+    if (special != 0) break;
+  }
+  while (length < text.size() && isSpecial(text[length]) == 0) ++length;
+  return length;
 }
 
 void appendPlain(std::string& out, std::u16string_view text) {
@@ -112,8 +122,7 @@ std::string toXmlUtf8(std::u16string_view text) {
   std::string out;
   out.reserve(text.size());
   for (;;) {
-    const auto* const special = std::find_if_not(text.begin(), text.end(), isPlain);
-    const auto plain = static_cast<std::size_t>(special - text.begin());
+    const std::size_t plain = plainLength(text);
     appendPlain(out, text.substr(0, plain));
     text.remove_prefix(plain);
     if (text.empty()) return out;

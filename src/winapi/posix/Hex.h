@@ -1,6 +1,7 @@
 // Hexadecimal numbers of fixed formats.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -28,11 +29,11 @@ constexpr std::optional<std::uint32_t> readHex(std::string_view digits) {
   return number;
 }
 
-// Appends `number` in `width` upper-case digits.
-inline void appendHex(std::string& text, std::uint32_t number, int width) {
-  for (int shift = 4 * (width - 1); shift >= 0; shift -= 4) {
-    text += "0123456789ABCDEF"[number >> shift & 0xF];
-  }
+// Appends the lowest `width` upper-case digits of `number`, at most eight.
+inline void appendHex(std::string& text, std::uint32_t number, std::size_t width) {
+  char digits[8];
+  for (std::size_t i = width; i > 0; number >>= 4) digits[--i] = "0123456789ABCDEF"[number & 0xF];
+  text.append(digits, width);
 }
 
 }  // namespace tolvanix::winapi

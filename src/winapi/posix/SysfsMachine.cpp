@@ -298,7 +298,7 @@ std::string SysfsMachine::hardwareIds(const Function& function) const {
     }
     ids += '\0';
   }
-  for (const int digits : {6, 4}) {  // with and without the programming interface
+  for (const unsigned digits : {6U, 4U}) {  // with and without the programming interface
     addModel();
     ids += "&CC_";
     appendHex(ids, function.classCode >> (24 - 4 * digits), digits);
