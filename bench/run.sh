@@ -28,6 +28,23 @@ median() {
     "$1" >/dev/null 2>&1
   awk -F, 'NR == 2 { print $(NF - 4) }' "$work/time.csv"
 }
+# The median of one command against that of another. They run in turns, because the speed of the
+# machine may change over the seconds that each takes.
+against() {
+  python3 - "${runs:-50}" "$work/times.json" "$1" "$2" <<'PYTHON'
+import json, statistics, subprocess, sys
+runs, export, *commands = sys.argv[1:]
+TURNS = 10
+times = {command: [] for command in commands}
+for _ in range(TURNS):
+    for command in commands:
+        hyperfine = ["hyperfine", "-N", "--ignore-failure", "--warmup", "3", "--export-json", export]
+        subprocess.run([*hyperfine, "--runs", str(int(runs) // TURNS), command], capture_output=True, check=True)
+        times[command] += json.load(open(export))["results"][0]["times"]
+ours, other = (statistics.median(times[command]) for command in commands)
+print(ours / other)
+PYTHON
+}
 # Peak memory of a command in KB.
 peak() {
   /usr/bin/time -o "$work/peak" -f %M "$@" >/dev/null 2>&1 || true
@@ -37,7 +54,8 @@ peak() {
 benchmark() {
   program=$1
   shift
-  "$bin/$program" "$@" --benchmark_repetitions=5 --benchmark_format=csv \
+  "$bin/$program" "$@" --benchmark_repetitions=9 --benchmark_enable_random_interleaving=true \
+    --benchmark_format=csv \
     >"$work/benchmark.csv" 2>/dev/null
 }
 benchmark_median() { awk -F, -v name="\"$1_median\"" '$1 == name { print $3 }' "$work/benchmark.csv"; }

@@ -30,21 +30,20 @@ package() {
   }'
 }
 
-update() { median "$work/$1/tolvanix -u -c -o $work/$1/out.xml"; }
+update() { echo "$work/$1/tolvanix -u -c -o $work/$1/out.xml"; }
 
 package base 1000 1000 20
 package devices 4000 4000 20
 package files 1000 1000 80
-base=$(update base)
 row 'update (-u -c), 20 INF files: 4,000 devices : 1,000' \
-  "$(ratio "$(update devices)" "$base")" 4.8
-row 'update, 1,000 devices: 80 INF files : 20' "$(ratio "$(update files)" "$base")" 4.8
+  "$(against "$(update devices)" "$(update base)")" 4.8
+row 'update, 1,000 devices: 80 INF files : 20' "$(against "$(update files)" "$(update base)")" 4.8
 
 # The document apart: what the devices cost when there is no INF file to search.
 package one 1 1 20
 package same 10000 1 20
 package document 10000 1 0
-alone=$(awk -v one="$(update one)" -v document="$(update document)" \
+alone=$(awk -v one="$(median "$(update one)")" -v document="$(median "$(update document)")" \
   'BEGIN { print one + document }')
 row 'update, 10,000 times the same device : one device and the document' \
-  "$(ratio "$(update same)" "$alone")" 2
+  "$(ratio "$(median "$(update same)")" "$alone")" 2

@@ -61,7 +61,9 @@ std::unique_ptr<char[]> GetDeviceProperty(HDEVINFO set, SP_DEVINFO_DATA& device,
 
 // The version that the driver's class key holds; the field stays empty when it cannot be read.
 void readDriverVersion(std::string_view driverKey, DeviceRecord& record) {
-  const std::string path = std::string(kClassKeys).append(driverKey);
+  std::string path;
+  path.reserve(kKeyPathSize);
+  path.append(kClassKeys).append(driverKey);
   if (path.size() >= kKeyPathSize) return;
   HKEY opened = nullptr;
   if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, path.c_str(), 0, KEY_QUERY_VALUE, &opened) !=

@@ -48,8 +48,8 @@ std::string fold(std::string_view text) {
 }
 
 RegistryValue textValue(std::string_view text) {
-  std::string data(text);
-  data += '\0';
+  std::string data(text.size() + 1, '\0');
+  text.copy(data.data(), text.size());
   return {REG_SZ, std::move(data)};
 }
 

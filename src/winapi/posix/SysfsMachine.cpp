@@ -311,7 +311,9 @@ std::string SysfsMachine::hardwareIds(const Function& function) const {
 std::string SysfsMachine::location(const Function& function) {
   const Address& address = function.address;
   const std::uint64_t bus = static_cast<std::uint64_t>(address.domain) * 256 + address.bus;
-  std::string text = "PCI bus ";
+  std::string text;
+  text.reserve(48);
+  text += "PCI bus ";
   text += std::to_string(bus);
   text += ", device ";
   text += std::to_string(address.device);
@@ -320,11 +322,11 @@ std::string SysfsMachine::location(const Function& function) {
   return text;
 }
 
-std::string SysfsMachine::description(const Function& function) const {
+std::string_view SysfsMachine::description(const Function& function) const {
   if (!names) names.emplace(PciIds::ofSystem());
   const std::string_view name =
       names->name(function.vendor, function.device, function.subVendor, function.subDevice);
-  return std::string(name.empty() ? "PCI Device" : name);
+  return name.empty() ? "PCI Device" : name;
 }
 
 // The driver whose class key this is; null for any other path.

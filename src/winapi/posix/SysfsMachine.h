@@ -71,7 +71,7 @@ class SysfsMachine : public Machine {
   const Driver* driverOfKey(std::string_view path) const;
   std::string hardwareIds(const Function& function) const;
   static std::string location(const Function& function);
-  std::string description(const Function& function) const;
+  std::string_view description(const Function& function) const;
 
   std::string root;
   bool running;
