@@ -2,7 +2,7 @@
 #pragma once
 
 #include <cstdint>
-#include <deque>
+#include <list>
 #include <utility>
 #include <vector>
 
@@ -23,9 +23,12 @@ class SPXMLData : public SPXMLGenerator {
   // positive as a signed number, such as 0xFFFFFFFF, gives a document without a System element.
   SPXMLData(const SPString& root, const SPString& language, std::uint32_t system);
   explicit SPXMLData(std::u16string_view text) { SPXMLData::parseXML(text); }
+  SPXMLData(const SPXMLData&) = delete;
+  SPXMLData& operator=(const SPXMLData&) = delete;
+  ~SPXMLData() override;
 
   void addDevice(SPXMLDevice device) { devices.push_back(std::move(device)); }
-  const std::deque<SPXMLDevice>& getDevices() const { return devices; }
+  const std::list<SPXMLDevice>& getDevices() const { return devices; }
 
   // May throw, too: the operating system is measured again.
   SPUString generateXML() const override;
@@ -40,7 +43,7 @@ class SPXMLData : public SPXMLGenerator {
   SPUString systemModel;
   SPXMLStatus status;
   SPXMLOSInfo osInfo;
-  std::deque<SPXMLDevice> devices;           // which never moves the elements that it has
+  std::list<SPXMLDevice> devices;
   std::vector<SPXMLValidation> validations;  // of a document without devices
 };
 
