@@ -38,7 +38,7 @@ TURNS = 10
 times = {command: [] for command in commands}
 for _ in range(TURNS):
     for command in commands:
-        hyperfine = ["hyperfine", "-N", "--ignore-failure", "--warmup", "3", "--export-json", export]
+        hyperfine = ["hyperfine", "-N", "--ignore-failure", "--warmup", "1", "--export-json", export]
         subprocess.run([*hyperfine, "--runs", str(int(runs) // TURNS), command], capture_output=True, check=True)
         times[command] += json.load(open(export))["results"][0]["times"]
 ours, other = (statistics.median(times[command]) for command in commands)
