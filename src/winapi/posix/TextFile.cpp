@@ -42,7 +42,7 @@ DWORD readNarrow(int file, std::string_view begin, std::size_t rest, std::string
 
 DWORD readUtf16(int file, ByteOrder order, std::string_view begin, std::size_t rest,
                 std::string& text) {
-  std::array<char, 32 * 1024> block;
+  std::array<char, 32768> block;
   std::size_t held = begin.copy(block.data(), begin.size());
   std::size_t length = 0;
   while (rest > 0) {
