@@ -1,6 +1,5 @@
 #include "inventory/PciEnumeration.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <memory>
 #include <string>
@@ -46,11 +45,10 @@ void copyText(std::string_view text, char (&field)[Size]) {
 std::unique_ptr<char[]> GetDeviceProperty(HDEVINFO set, SP_DEVINFO_DATA& device, DWORD property) {
   DWORD size = kFirstPropertySize;
   for (int attempt = 0; attempt < 2; ++attempt) {
-    auto text = std::make_unique_for_overwrite<char[]>(std::size_t{size} + 1);
+    auto text = std::make_unique<char[]>(std::size_t{size} + 1);
     DWORD needed = 0;
     if (SetupDiGetDeviceRegistryPropertyA(set, &device, property, nullptr,
                                           reinterpret_cast<BYTE*>(text.get()), size, &needed)) {
-      text[std::min(needed, size)] = '\0';
       return text;
     }
     if (GetLastError() != ERROR_INSUFFICIENT_BUFFER) break;
