@@ -17,6 +17,9 @@ KivWrapper::KivWrapper()
 KivWrapper::~KivWrapper() {
   FreeValidationXML();
   UnloadValidationLibrary();
+  parser.reset();  // in the order of their making, and the document after them
+  debugWriter.reset();
+  xmlWriter.reset();
 }
 
 int KivWrapper::runKiv(std::int32_t argumentCount, char* arguments[]) {

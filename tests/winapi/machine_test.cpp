@@ -1,6 +1,8 @@
 // The presented computer: names and versions.
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <iomanip>
 #include <optional>
 #include <sstream>
 #include <string>
@@ -69,6 +71,39 @@ TEST(PciIds, Name_IsOfTheSubsystemElseOfTheDevice) {
   EXPECT_EQ(names.name(0x1DE4, 3, 0, 0), "");
   EXPECT_EQ(names.name(0x1DF0, 3, 0, 0), "");
   EXPECT_EQ(winapi::PciIds(winapi::MappedFile("/no/such/list")).name(1, 1, 0, 0), "");
+}
+
+// As long as the real list is, in sections and lines of many lengths.
+TEST(PciIds, EveryEntryOfALongList_IsFound) {
+  std::ostringstream list;
+  const auto line = [&list](const std::string& indent, unsigned id, const std::string& name) {
+    list << indent << std::hex << std::setw(4) << std::setfill('0') << id << "  " << name << '\n';
+  };
+  const auto nameOf = [](unsigned vendor, unsigned device) {
+    return std::string(1 + (vendor * 7 + device * 13) % 90, 'n') + std::to_string(device);
+  };
+  const auto devicesOf = [](unsigned vendor) { return vendor % 50 == 0 ? 900U : vendor % 9; };
+  constexpr unsigned kVendors = 400;
+  for (unsigned vendor = 1; vendor <= kVendors; ++vendor) {
+    line("", vendor * 3, "Vendor");
+    for (unsigned device = 0; device < devicesOf(vendor); ++device) {
+      line("\t", device * 2, nameOf(vendor, device));
+      if (device % 4 == 0) line("\t\t1028 ", device, "Board");
+    }
+  }
+  const TempDir folder;
+  writeFile(folder / "pci.ids", list.str());
+  winapi::PciIds names{winapi::MappedFile((folder / "pci.ids").c_str())};
+  const auto found = [&names](unsigned vendor, unsigned device) {
+    return names.name(static_cast<std::uint16_t>(vendor), static_cast<std::uint16_t>(device), 0, 0);
+  };
+  for (unsigned vendor = 1; vendor <= kVendors; ++vendor) {
+    for (unsigned device = 0; device < devicesOf(vendor); ++device) {
+      ASSERT_EQ(found(vendor * 3, device * 2), nameOf(vendor, device)) << vendor;
+      ASSERT_EQ(found(vendor * 3, device * 2 + 1), "") << vendor;
+    }
+    ASSERT_EQ(found(vendor * 3 + 1, 0), "");
+  }
 }
 
 TEST(Version, Values_DecideTheAnswer) {
