@@ -10,6 +10,7 @@ enum DeviceStatus : int {
   kDeviceNamedInfNotFound = -5,
   kDeviceNullHardwareId = -4,
   kDeviceRestartRequired = -2,  // installed
+  kDeviceOutOfMemory = -1,      // an unspecified failure
   kDeviceInstalled = 0,
   kDeviceInstalledRestart = 1,  // one INF file's result; DriverUpdate answers -2 for it
   kDeviceCheckFound = 3,

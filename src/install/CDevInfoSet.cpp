@@ -34,10 +34,10 @@ DWORD readHardwareIds(HDEVINFO devices, SP_DEVINFO_DATA& device, HardwareIds& id
   while (SetupDiGetDeviceRegistryPropertyA(devices, &device, SPDRP_HARDWAREID, nullptr,
                                            static_cast<BYTE*>(ids.texts.get()), ids.size,
                                            &needed) == FALSE) {
-    const DWORD error = GetLastError();
+    const DWORD error = lastErrorOr(ERROR_GEN_FAILURE);
     if (error != ERROR_INSUFFICIENT_BUFFER) return error;
     ids.texts.reset(LocalAlloc(LPTR, SIZE_T{needed} + 1));
-    if (!ids.texts) return GetLastError();
+    if (!ids.texts) return lastErrorOr(ERROR_NOT_ENOUGH_MEMORY);
     ids.size = needed;
   }
   return ERROR_SUCCESS;
@@ -73,7 +73,7 @@ DWORD CDevInfoSet::Create(const CInf& boundInf) {
   inf = &boundInf;
   deviceInfoSet.reset(SetupDiCreateDeviceInfoList(&inf->getClassGuid(), nullptr));
   if (deviceInfoSet) return ERROR_SUCCESS;
-  const DWORD error = GetLastError();
+  const DWORD error = lastErrorOr(ERROR_GEN_FAILURE);
   PrintError(error, "CDevInfoSet::Create", __LINE__);
   return error;
 }
@@ -108,13 +108,13 @@ bool CDevInfoSet::searchDevices(HDEVINFO devices, const SPString& wantedId) {
 }
 
 bool CDevInfoSet::IsOSArchitectureWow64() {
-  using IsWow64ProcessFunction = BOOL (*)(HANDLE, BOOL*);
+  using IsWow64ProcessFunction = BOOL(WINAPI*)(HANDLE, BOOL*);
   const auto isWow64Process =
       procAddress<IsWow64ProcessFunction>(GetModuleHandleA("kernel32"), "IsWow64Process");
   if (isWow64Process == nullptr) return false;
   BOOL answer = FALSE;
   if (isWow64Process(GetCurrentProcess(), &answer) == FALSE) {
-    const DWORD error = GetLastError();
+    const DWORD error = lastErrorOr(ERROR_GEN_FAILURE);
     PrintError(error, "CDevInfoSet::IsOSArchitectureWow64", __LINE__);
     ExitProcess(error);
   }
@@ -126,8 +126,12 @@ int CDevInfoSet::UpdateDriver() {
   IsOSArchitectureWow64();  // for its end of the process alone: there is one helper program
   char directory[kDirectorySize] = "";
   const DWORD length = GetCurrentDirectoryA(kDirectorySize, directory);
-  // Without its folder the name would be that of another program.
-  if (length == 0 || length >= kDirectorySize) return kExecFailed;
+  if (length == 0 || length >= kDirectorySize) {
+    // Without its folder the name would be that of another program.
+    PrintError(length == 0 ? lastErrorOr(ERROR_PATH_NOT_FOUND) : ERROR_FILENAME_EXCED_RANGE,
+               "CDevInfoSet::UpdateDriver", __LINE__);
+    return kExecFailed;
+  }
   const std::string helperFolder = std::string(directory) + kHelperFolder;
   traceStep("UpdateDriver: 64-bit helper program.\n");
   std::string commandLine = helperFolder + kHelperProgram;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <new>
 #include <tuple>
 
 #include "install/DevHelper.h"
@@ -16,12 +17,6 @@ constexpr DWORD kClassNameSize = 64;
 constexpr unsigned kFirstListField = 2;  // of the decorations, and of the IDs
 constexpr unsigned kLastDecorationField = 99;
 
-// The last error of a call that failed, `fallback` where the system set none: 0 would be success.
-DWORD lastErrorOr(DWORD fallback) {
-  const DWORD code = GetLastError();
-  return code != ERROR_SUCCESS ? code : fallback;
-}
-
 bool isZero(const GUID& guid) {
   constexpr GUID kZero{};
   return std::memcmp(&guid, &kZero, sizeof guid) == 0;
@@ -29,10 +24,10 @@ bool isZero(const GUID& guid) {
 
 }  // namespace
 
-DWORD CInf::Open(const std::string& fileName, int flag) {
-  std::string name = fileName;
+DWORD CInf::Open(std::string_view fileName, int flag) try {
+  std::string_view name = fileName;
   if (name.starts_with('"')) name = name.substr(1, std::max<std::size_t>(name.size(), 2) - 2);
-  if (flag == 0 && name.find('\\') == std::string::npos) path = ".\\";
+  if (flag == 0 && name.find('\\') == std::string_view::npos) path = ".\\";
   path.append(name);
 
   const HINF opened = SetupOpenInfFileA(path.c_str(), nullptr, INF_STYLE_WIN4, nullptr);
@@ -43,6 +38,9 @@ DWORD CInf::Open(const std::string& fileName, int flag) {
   }
   infHandle.reset(opened);
   return readClass();
+} catch (const std::bad_alloc&) {
+  PrintError(ERROR_NOT_ENOUGH_MEMORY, kOpenPlace, __LINE__);
+  return ERROR_NOT_ENOUGH_MEMORY;
 }
 
 DWORD CInf::readClass() {

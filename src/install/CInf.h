@@ -36,8 +36,8 @@ class CInf {
 
   // Once for an object. The name may stand in double quotes. With flag 0 a name without a backslash
   // is one of the current directory. 0 or the platform's error code; one is given too for a file
-  // that names no class.
-  DWORD Open(const std::string& fileName, int flag);
+  // that names no class, and when there is not enough memory.
+  DWORD Open(std::string_view fileName, int flag);
 
   // Searches every models section for `hardwareId`, which must be set. 0 when a line carries it,
   // ERROR_NO_MORE_ITEMS when none does, or the error code of the platform that ended the search.

@@ -11,9 +11,8 @@ namespace {
 
 // The error of a field request that failed, traced unless the line just does not have the field.
 DWORD reportFieldError(int sourceLine) {
-  // Some systems set none for a missing field.
-  const DWORD error = GetLastError();
-  if (error == ERROR_SUCCESS || error == ERROR_INVALID_PARAMETER) return ERROR_INVALID_PARAMETER;
+  const DWORD error = lastErrorOr(ERROR_INVALID_PARAMETER);  // Wine sets none for a missing field
+  if (error == ERROR_INVALID_PARAMETER) return error;
   PrintError(error, "DevHelper, GetField", sourceLine);
   return error;
 }
@@ -36,8 +35,14 @@ DWORD GetField(INFCONTEXT& context, unsigned index, std::string& text) {
 }
 
 DWORD FindField(INFCONTEXT& context, unsigned index) {
-  const BOOL found = SetupGetStringFieldA(&context, index, nullptr, 0, nullptr);
+  DWORD size = 0;
+  const BOOL found = SetupGetStringFieldA(&context, index, nullptr, 0, &size);
   return found != FALSE ? ERROR_SUCCESS : reportFieldError(__LINE__);
+}
+
+DWORD lastErrorOr(DWORD fallback) {
+  const DWORD code = GetLastError();
+  return code != ERROR_SUCCESS ? code : fallback;
 }
 
 void PrintError(DWORD code, const char* place, int line) {

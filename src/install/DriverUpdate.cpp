@@ -1,6 +1,7 @@
 #include "install/DriverUpdate.h"
 
 #include <cstring>
+#include <new>
 #include <string>
 
 #include "app/DeviceStatus.h"
@@ -11,7 +12,7 @@
 
 namespace tolvanix {
 
-std::int32_t DriverUpdate(char* hardwareId, const char* infName, int checkOnly) {
+std::int32_t DriverUpdate(char* hardwareId, const char* infName, int checkOnly) try {
   if (hardwareId == nullptr) return kDeviceNullHardwareId;
   if (char* const revision = std::strstr(hardwareId, "&REV")) *revision = '\0';
   traceStep("DriverUpdate: Entered function.\n");
@@ -50,9 +51,11 @@ std::int32_t DriverUpdate(char* hardwareId, const char* infName, int checkOnly) 
     traceStep("DriverUpdate: Did not find hardware ID in any INF files.\n");
   }
   return status;
+} catch (const std::bad_alloc&) {
+  return kDeviceOutOfMemory;
 }
 
-std::int32_t Win2kInstall(const char* infPath, const char* hardwareId, int checkOnly) {
+std::int32_t Win2kInstall(const char* infPath, const char* hardwareId, int checkOnly) try {
   traceStep("Win2kInstall: Entered function.\n");
   CInf inf;
   if (inf.Open(infPath, 0) != ERROR_SUCCESS) {
@@ -86,6 +89,8 @@ std::int32_t Win2kInstall(const char* infPath, const char* hardwareId, int check
     return kDeviceHelperFailed;
   }
   return devices.getRebootRequired() ? kDeviceInstalledRestart : kDeviceInstalled;
+} catch (const std::bad_alloc&) {
+  return kDeviceOutOfMemory;
 }
 
 }  // namespace tolvanix

@@ -6,10 +6,10 @@
 
 namespace tolvanix {
 
-// Answers a DeviceStatus. The hardware ID (may be null) is cut in place before "&REV". A null INF
+// Returns a DeviceStatus. The hardware ID (may be null) is cut in place before "&REV". A null INF
 // name means every INF file, in the platform's order: the first that yields an installation, or
 // when `checkOnly` is not 0 a device that is present, ends the search; else the last one's status
-// counts.
+// counts. Throws nothing: when memory runs out, the status is kDeviceOutOfMemory.
 std::int32_t DriverUpdate(char* hardwareId, const char* infName, int checkOnly);
 
 // The same from one INF file, given by its full path; kDeviceInstalledRestart here.

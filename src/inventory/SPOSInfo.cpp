@@ -30,7 +30,7 @@ std::uint32_t verifyVersion6(std::uint32_t minor) {
 }
 
 const char16_t* measureArchitecture() {
-  using GetNativeSystemInfoFunction = void (*)(SYSTEM_INFO*);
+  using GetNativeSystemInfoFunction = void(WINAPI*)(SYSTEM_INFO*);
   const auto getNativeSystemInfo =
       procAddress<GetNativeSystemInfoFunction>(GetModuleHandleA("kernel32"), "GetNativeSystemInfo");
   SYSTEM_INFO system = {};

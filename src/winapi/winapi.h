@@ -22,6 +22,9 @@
 
 #include <cstdint>
 
+// How the platform's own functions are called; here as all others.
+#define WINAPI
+
 using BOOL = int;
 using BYTE = unsigned char;
 using WORD = std::uint16_t;
