@@ -23,10 +23,15 @@ KivWrapper::~KivWrapper() {
 }
 
 int KivWrapper::runKiv(std::int32_t argumentCount, char* arguments[]) {
-  if (!parser || !debugWriter || !xmlWriter) {
-    std::fputs("Error: Failed while trying to initialize objects.", stdout);
-    return kInitializationFailed;
+  try {
+    return runCommand(argumentCount, arguments);
+  } catch (...) {
+    return endAfterException();
   }
+}
+
+int KivWrapper::runCommand(std::int32_t argumentCount, char* arguments[]) {
+  if (!parser || !debugWriter || !xmlWriter) return reportInitializationFailure();
 
   const std::int32_t parsed = parser->parse(argumentCount, arguments);
   if (parsed == kHelpPrinted || parsed == kVersionPrinted) return kSuccess;
@@ -43,14 +48,19 @@ int KivWrapper::runKiv(std::int32_t argumentCount, char* arguments[]) {
     traceStep("runKiv: status from takeAction() = %d\n", status);
     return status;
   }
-  if (parser->getCommand() == kCommandInventory) {
-    xmlWriter->writeInventoryStart();
-    xmlWriter->writeFailureStatus(validated);
-    xmlWriter->writeInventoryEnd();
-  } else {
-    writeExecutionFailure(validated);
-  }
+  writeCommandFailure(validated);
   return validated;
+}
+
+int KivWrapper::endAfterException() {
+  if (!xmlWriter->isDocumentStarted()) return reportInitializationFailure();
+  writeCommandFailure(kUnspecifiedFailure);
+  return kUnspecifiedFailure;
+}
+
+int KivWrapper::reportInitializationFailure() {
+  std::fputs("Error: Failed while trying to initialize objects.", stdout);
+  return kInitializationFailed;
 }
 
 int KivWrapper::validateCLIOptionsAndDefaults() {
@@ -113,7 +123,7 @@ int KivWrapper::takeAction() {
 }
 
 bool KivWrapper::IsWow64() {
-  using IsWow64ProcessFunction = BOOL (*)(HANDLE, BOOL*);
+  using IsWow64ProcessFunction = BOOL(WINAPI*)(HANDLE, BOOL*);
   const auto isWow64Process =
       procAddress<IsWow64ProcessFunction>(GetModuleHandleA("kernel32"), "IsWow64Process");
   BOOL answer = FALSE;
@@ -155,10 +165,24 @@ int KivWrapper::mapDeviceStatus(std::int32_t deviceStatus) {
   }
 }
 
-void KivWrapper::writeExecutionFailure(int status) {
-  xmlWriter->writeExecutionStart();
+void KivWrapper::writeCommandFailure(int status) {
+  if (parser->getCommand() == kCommandInventory) {
+    writeInventoryFailure(status);
+  } else {
+    writeExecutionFailure(status);
+  }
+}
+
+void KivWrapper::writeInventoryFailure(int status) {
+  xmlWriter->writeInventoryStart();
   xmlWriter->writeFailureStatus(status);
-  xmlWriter->writeExecutionEnd(false);
+  xmlWriter->writeInventoryEnd();
+}
+
+void KivWrapper::writeExecutionFailure(int status) {
+  if (!xmlWriter->isElementOpen()) xmlWriter->writeExecutionStart();
+  xmlWriter->writeFailureStatus(status);
+  xmlWriter->writeExecutionEnd(rebootRequired);
 }
 
 }  // namespace tolvanix

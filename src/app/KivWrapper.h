@@ -28,7 +28,10 @@ class KivWrapper {
   // Gives a held validation document back to its library, then unloads the library.
   virtual ~KivWrapper();
 
-  // The whole run; its status is the exit code. The argument vector must outlive the object.
+  // The whole run; its status is the exit code. The argument vector must outlive the object. No
+  // exception leaves it: what nobody below catches (memory ran out, a validation library that
+  // throws) closes the document with kUnspecifiedFailure; before there is a document it is
+  // kInitializationFailed.
   int runKiv(std::int32_t argumentCount, char* arguments[]);
 
   // Accepts the files that the command line names and starts the debug log. 0, or the status of
@@ -40,6 +43,9 @@ class KivWrapper {
 
   // True in a 32-bit process on 64-bit Windows.
   static bool IsWow64();
+
+  // Says on standard output that the program could not start up: kInitializationFailed.
+  static int reportInitializationFailure();
 
   // The status that reports a DeviceStatus.
   static int mapDeviceStatus(std::int32_t deviceStatus);
@@ -77,10 +83,15 @@ class KivWrapper {
   int actionUpdateHardwareID();
 
  private:
+  int runCommand(std::int32_t argumentCount, char* arguments[]);
+  int endAfterException();
   int bindValidationLibrary();
   // Traces the text of a failed check's status and answers the status.
   int refuseOptions(int status) const;
   int checkUpdateFiles();
+  // Write the failure into the command's element, which is opened unless it is open, and close it.
+  void writeCommandFailure(int status);
+  void writeInventoryFailure(int status);
   void writeExecutionFailure(int status);
 
   std::unique_ptr<CLIParser> parser;
@@ -92,6 +103,7 @@ class KivWrapper {
   HMODULE validationLibrary = nullptr;
   decltype(&SPValidate) validateEntry = nullptr;
   decltype(&SPFreeValidationXML) freeValidationXMLEntry = nullptr;
+  bool rebootRequired = false;  // by a driver that this run installed
 };
 
 }  // namespace tolvanix

@@ -27,7 +27,7 @@ enum Status : int {
   kInfFileUnreadable = 15,
   kPackageFileUnreadable = 16,
   kHelperNotFound = 17,
-  kUnspecifiedFailure = 18,  // no operation returns it
+  kUnspecifiedFailure = 18,  // an exception that no operation catches ended the run
   // Inventory and validation.
   kInventoryFailed = 19,
   kOperatingSystemNotStripped = 20,

@@ -1,13 +1,12 @@
 #include "app/XMLWriter.h"
 
+#include <algorithm>
 #include <cstdio>
-#include <fstream>
-#include <string_view>
-#include <utility>
 
 #include "app/Status.h"
 #include "log/DebugWriter.h"
 #include "text/Format.h"
+#include "text/StdioFile.h"
 #include "winapi/winapi.h"
 
 namespace tolvanix {
@@ -25,36 +24,43 @@ void writeToStandardOutput(std::string_view text) {
 
 }  // namespace
 
+XMLWriter::XMLWriter() {
+  constexpr std::size_t kLongestFixedFragment = 512;
+  pendingText.reserve(kLongestFixedFragment);
+}
+
 void XMLWriter::writeXMLDeclaration() {
+  documentStarted = true;
   write(R"(<?xml version="1.0" encoding="UTF-8"?>)", OpenMode::kTruncate);
 }
 
 void XMLWriter::writeSuccessStatus() {
-  write(formatText(R"(<SPStatus result = "true"><Message id="%d">%s</Message></SPStatus>)",
-                   static_cast<int>(kSuccess), getMessage(kSuccess)),
-        OpenMode::kAppend);
+  writeStatus("true", kSuccess);
 }
 
 void XMLWriter::writeFailureStatus(int messageId) {
-  write(formatText(R"(<SPStatus result = "false"><Message id="%d">%s</Message></SPStatus>)",
-                   messageId, getMessage(messageId)),
-        OpenMode::kAppend);
+  writeStatus("false", messageId);
 }
 
 void XMLWriter::writeInventoryStart() {
+  elementOpen = true;
   write(R"(<SVMInventory lang="en">)", OpenMode::kAppend);
 }
 
 void XMLWriter::writeInventoryEnd() {
+  elementOpen = false;
   write("</SVMInventory>", OpenMode::kAppend);
 }
 
 void XMLWriter::writeExecutionStart() {
+  elementOpen = true;
   write(R"(<SVMExecution lang="en">)", OpenMode::kAppend);
 }
 
 void XMLWriter::writeExecutionEnd(bool rebootRequired) {
-  write(formatText("<RebootRequired>%d</RebootRequired></SVMExecution>", rebootRequired ? 1 : 0),
+  elementOpen = false;
+  write(rebootRequired ? "<RebootRequired>1</RebootRequired></SVMExecution>"
+                       : "<RebootRequired>0</RebootRequired></SVMExecution>",
         OpenMode::kAppend);
 }
 
@@ -63,20 +69,22 @@ void XMLWriter::writeText(const char* text) {
 }
 
 void XMLWriter::writeDeviceResult(const DeviceResult& result) {
-  write(formatText(R"(<Device vendorID="%04X" deviceID="%04X" subDeviceID="%04X" )"
-                   R"(subVendorID="%04X" bus="%d" device="%d" function="%d" display="%s">)",
-                   result.vendorID, result.deviceID, result.subDeviceID, result.subVendorID,
-                   result.bus, result.device, result.function, result.display.c_str()),
-        OpenMode::kAppend);
-  write(formatText(R"(<Application componentType="%s" version="%s" display="%s">)",
-                   result.componentType.c_str(), result.version.c_str(),
-                   result.applicationDisplay.c_str()),
-        OpenMode::kAppend);
-  write(formatText(R"(<Package version="%s"/><SPStatus result="%s"><Message id="%d">%s</Message>)"
-                   "</SPStatus></Application></Device>",
-                   result.packageVersion.c_str(), result.messageId == kSuccess ? "true" : "false",
-                   result.messageId, getMessage(result.messageId)),
-        OpenMode::kAppend);
+  const std::string fragments[] = {
+      formatText(R"(<Device vendorID="%04X" deviceID="%04X" subDeviceID="%04X" )"
+                 R"(subVendorID="%04X" bus="%d" device="%d" function="%d" display="%s">)",
+                 result.vendorID, result.deviceID, result.subDeviceID, result.subVendorID,
+                 result.bus, result.device, result.function, result.display.c_str()),
+      formatText(R"(<Application componentType="%s" version="%s" display="%s">)",
+                 result.componentType.c_str(), result.version.c_str(),
+                 result.applicationDisplay.c_str()),
+      formatText(R"(<Package version="%s"/><SPStatus result="%s"><Message id="%d">%s</Message>)"
+                 "</SPStatus></Application></Device>",
+                 result.packageVersion.c_str(), result.messageId == kSuccess ? "true" : "false",
+                 result.messageId, getMessage(result.messageId))};
+  for (const std::string& fragment : fragments) {
+    pendingText.reserve(std::max(pendingText.capacity(), fragment.size()));
+  }
+  for (const std::string& fragment : fragments) write(fragment, OpenMode::kAppend);
 }
 
 const char* XMLWriter::getMessage(int messageId) const {
@@ -108,8 +116,17 @@ int XMLWriter::removeOSElementFromXMLString(std::string& text) {
   return kElementRemoved;
 }
 
-void XMLWriter::write(std::string fragment, OpenMode mode) {
-  pendingText = std::move(fragment);
+void XMLWriter::writeStatus(const char* result, int messageId) {
+  char number[16];
+  std::snprintf(number, sizeof number, "%d", messageId);
+  pendingText.assign(R"(<SPStatus result = ")").append(result);
+  pendingText.append(R"("><Message id=")").append(number).append("\">");
+  pendingText.append(getMessage(messageId)).append("</Message></SPStatus>");
+  print(OpenMode::kAppend);
+}
+
+void XMLWriter::write(std::string_view fragment, OpenMode mode) {
+  pendingText = fragment;
   print(mode);
 }
 
@@ -118,14 +135,17 @@ void XMLWriter::print(OpenMode mode) {
     writeToStandardOutput(pendingText);
     return;
   }
-  std::ofstream file(outputFileName, mode == OpenMode::kTruncate ? std::ios::trunc : std::ios::app);
+  StdioFile file(std::fopen(outputFileName, mode == OpenMode::kTruncate ? "w" : "a"));
   if (!file) {
     traceStep("XMLWriter::print: failed to open xml file %s.\n", outputFileName);
     return;
   }
-  file.write(pendingText.data(), static_cast<std::streamsize>(pendingText.size()));
-  file.close();
-  if (!file) traceStep("XMLWriter::print: failed to write xml file %s.\n", outputFileName);
+  const bool written =
+      std::fwrite(pendingText.data(), 1, pendingText.size(), file.get()) == pendingText.size();
+  const bool closed = std::fclose(file.release()) == 0;
+  if (!written || !closed) {
+    traceStep("XMLWriter::print: failed to write xml file %s.\n", outputFileName);
+  }
 }
 
 }  // namespace tolvanix

@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "app/Status.h"
 
@@ -37,7 +38,8 @@ class XMLWriter {
   static constexpr int kElementRemoved = 1;
   static constexpr int kElementAbsent = 2;
 
-  XMLWriter() = default;
+  // Makes room for every fragment of fixed length: those are written also when memory has run out.
+  XMLWriter();
   XMLWriter(const XMLWriter&) = delete;
   XMLWriter& operator=(const XMLWriter&) = delete;
   virtual ~XMLWriter() = default;
@@ -54,7 +56,12 @@ class XMLWriter {
   void writeExecutionStart();
   void writeExecutionEnd(bool rebootRequired);
   void writeText(const char* text);  // null counts as empty
+  // All of its fragments, or none when an exception ends it.
   void writeDeviceResult(const DeviceResult& result);
+
+  // Whether the document was begun, and whether an element is open for further fragments.
+  bool isDocumentStarted() const { return documentStarted; }
+  bool isElementOpen() const { return elementOpen; }
 
   // The text of a status; null outside 0 to 40.
   const char* getMessage(int messageId) const;
@@ -63,12 +70,15 @@ class XMLWriter {
   static int removeOSElementFromXMLString(std::string& text);
 
  private:
-  void write(std::string fragment, OpenMode mode);
+  void write(std::string_view fragment, OpenMode mode);
+  void writeStatus(const char* result, int messageId);
   void print(OpenMode mode);
 
   const char* outputFileName = nullptr;
   std::string pendingText;
   const std::array<const char*, kStatusCount>& messages = kStatusTexts;
+  bool documentStarted = false;
+  bool elementOpen = false;
 };
 
 }  // namespace tolvanix

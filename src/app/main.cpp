@@ -1,12 +1,9 @@
-// The entry point: the program works in its own folder, whoever starts it from wherever.
-#include <algorithm>
-#include <cstdio>
+// The entry point: the program works in its own folder, wherever it is started from.
+#include <cstring>
 #include <memory>
 #include <new>
-#include <string>
 
 #include "app/KivWrapper.h"
-#include "app/Status.h"
 #include "winapi/winapi.h"
 
 namespace {
@@ -15,26 +12,27 @@ namespace {
 void makeOwnFolderCurrent() {
   char path[MAX_PATH] = "";
   const DWORD length = GetModuleFileNameA(nullptr, path, sizeof path);
-  if (length == 0) return;
-  // Of a longer path the beginning, which may still hold the whole folder.
-  std::string folder(path, std::min<DWORD>(length, sizeof path - 1));
-  const std::size_t end = folder.rfind('\\');
-  if (end != std::string::npos) folder.resize(end);
-  SetCurrentDirectoryA(folder.c_str());
+  // Of a longer path only the beginning is there, which names another folder.
+  if (length == 0 || length >= sizeof path) return;
+  // With its backslash: "C:" alone would mean whatever folder is current on that drive.
+  if (char* const end = std::strrchr(path, '\\')) end[1] = '\0';
+  SetCurrentDirectoryA(path);
 }
 
-int run(int argumentCount, char* arguments[]) {
-  const std::unique_ptr<tolvanix::KivWrapper> application(new (std::nothrow) tolvanix::KivWrapper);
-  if (!application) {
-    std::fputs("Error: Failed while trying to initialize objects.", stdout);
-    return tolvanix::kInitializationFailed;
+// Null when there is no memory for it.
+std::unique_ptr<tolvanix::KivWrapper> createApplication() {
+  try {
+    return std::make_unique<tolvanix::KivWrapper>();
+  } catch (const std::bad_alloc&) {
+    return nullptr;
   }
-  return application->runKiv(argumentCount, arguments);
 }
 
 }  // namespace
 
 int main(int argumentCount, char* arguments[]) {
   makeOwnFolderCurrent();
-  return run(argumentCount, arguments);
+  const std::unique_ptr<tolvanix::KivWrapper> application = createApplication();
+  if (!application) return tolvanix::KivWrapper::reportInitializationFailure();
+  return application->runKiv(argumentCount, arguments);
 }

@@ -12,6 +12,7 @@ int KivWrapper::actionUpdateHardwareID() {
   const std::int32_t deviceStatus =
       DriverUpdate(parser->getHardwareID(), parser->getINFFileName(), parser->getCheckOnly());
   traceStep("actionUpdateHardwareID: deviceStatus from DriverUpdate() = %d\n", deviceStatus);
+  rebootRequired = deviceStatus == kDeviceRestartRequired;
   const int status = mapDeviceStatus(deviceStatus);
   traceStep("actionUpdateHardwareID: mappedDeviceStatus = %d\n", status);
   if (status == kSuccess) {
@@ -19,7 +20,7 @@ int KivWrapper::actionUpdateHardwareID() {
   } else {
     xmlWriter->writeFailureStatus(status);
   }
-  xmlWriter->writeExecutionEnd(deviceStatus == kDeviceRestartRequired);
+  xmlWriter->writeExecutionEnd(rebootRequired);
   return status;
 }
 

@@ -77,6 +77,7 @@ int KivWrapper::GetInventory(const char* language) {
   traceStep("GetInventory: Entered function.\n");
   try {
     DeviceRecords records(EnumeratePciDevices(nullptr, nullptr, DIGCF_PRESENT | DIGCF_ALLCLASSES));
+    if (records == nullptr && GetLastError() == ERROR_NOT_ENOUGH_MEMORY) return kInventoryFailed;
     constexpr std::uint32_t kNoSystemID = 0xFFFFFFFF;
     SPXMLData document(SPString("SVMInventory"), SPString(language), kNoSystemID);
     traceStep("GetInventory: List of hardware IDs on system is:\n\n");
@@ -128,9 +129,7 @@ int KivWrapper::actionInventory() {
     }
     status = kOperatingSystemNotStripped;
   }
-  xmlWriter->writeInventoryStart();
-  xmlWriter->writeFailureStatus(status);
-  xmlWriter->writeInventoryEnd();
+  writeInventoryFailure(status);
   return status;
 }
 

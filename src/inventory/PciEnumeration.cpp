@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <new>
 #include <string>
 #include <string_view>
 #include <unordered_set>
@@ -19,6 +20,11 @@ constexpr DWORD kDriverVersionSize = 64;
 constexpr std::string_view kClassKeys = R"(SYSTEM\CurrentControlSet\Control\Class\)";
 
 struct DeviceList {
+  DeviceList() = default;
+  DeviceList(const DeviceList&) = delete;
+  DeviceList& operator=(const DeviceList&) = delete;
+  ~DeviceList() { FreeDeviceRecords(first); }
+
   DeviceRecord* first = nullptr;
   DeviceRecord* last = nullptr;
   std::unordered_set<std::u16string> identities;  // the seven numbers that tell devices apart
@@ -99,22 +105,29 @@ bool ReadDeviceRecord(HDEVINFO set, SP_DEVINFO_DATA& device, DeviceRecord& recor
   return true;
 }
 
+DeviceRecord* readDevices(HDEVINFO set) {
+  DeviceList list;
+  SP_DEVINFO_DATA device{};
+  device.cbSize = sizeof device;
+  for (DWORD index = 0; SetupDiEnumDeviceInfo(set, index, &device); ++index) {
+    auto record = std::make_unique<DeviceRecord>();
+    if (ReadDeviceRecord(set, device, *record)) AppendUniqueDevice(list, std::move(record));
+  }
+  return std::exchange(list.first, nullptr);
+}
+
 }  // namespace
 
 DeviceRecord* EnumeratePciDevices(const char* machineName, const GUID* classGuid, DWORD flags) {
   const DeviceSetOwner set(
       SetupDiGetClassDevsExA(classGuid, nullptr, nullptr, flags, nullptr, machineName, nullptr));
   if (!set) return nullptr;
-  DeviceList list;
-  SP_DEVINFO_DATA device{};
-  device.cbSize = sizeof device;
-  for (DWORD index = 0; SetupDiEnumDeviceInfo(set.get(), index, &device); ++index) {
-    auto record = std::make_unique<DeviceRecord>();
-    if (ReadDeviceRecord(set.get(), device, *record)) {
-      AppendUniqueDevice(list, std::move(record));
-    }
+  try {
+    return readDevices(set.get());
+  } catch (const std::bad_alloc&) {
+    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+    return nullptr;
   }
-  return list.first;
 }
 
 void FreeDeviceRecords(DeviceRecord* first) {

@@ -33,7 +33,11 @@ int KivWrapper::bindValidationLibrary() {
 void KivWrapper::FreeValidationXML() {
   if (validationXML == nullptr || freeValidationXMLEntry == nullptr) return;
   traceStep("FreeValidationXML: Freeing validation XML.\n");
-  freeValidationXMLEntry(validationXML);
+  try {
+    freeValidationXMLEntry(validationXML);
+  } catch (...) {
+    // The result document is closed: its status cannot change any more.
+  }
   validationXML = nullptr;
 }
 

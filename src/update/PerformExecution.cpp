@@ -94,8 +94,6 @@ int KivWrapper::actionUpdateApplicableDevices() {
 
 int KivWrapper::PerformExecution(const char* infFileName, int checkOnly) {
   int overallStatus = kSuccess;
-  bool rebootRequired = false;
-  bool startWritten = false;
   try {
     traceStep("PerformExecution: Entered function.\n");
     const SPUString validation(validationXML);
@@ -103,17 +101,16 @@ int KivWrapper::PerformExecution(const char* infFileName, int checkOnly) {
     const SPXMLData document(validation);
     const std::unique_ptr<HwIDList> handled = createHwIDList();
     xmlWriter->writeExecutionStart();
-    startWritten = true;
     for (const SPXMLDevice& device : document.getDevices()) {
       traceMatch(device);
       const std::int32_t deviceStatus =
           updateOnce(hardwareIdOf(device), *handled, infFileName, checkOnly);
+      if (deviceStatus == kDeviceRestartRequired) rebootRequired = true;
       const int messageId = mapDeviceStatus(deviceStatus);
       traceStep("PerformExecution: mappedDeviceStatus = %d\n", messageId);
       recordDeviceResult(device, messageId);
       // The first failing device decides the run's status.
       if (overallStatus == kSuccess) overallStatus = messageId;
-      if (deviceStatus == kDeviceRestartRequired) rebootRequired = true;
     }
     traceStep("UpdateValidatedDevices: reboot = %d\n", rebootRequired ? 1 : 0);
   } catch (const SPException& e) {
@@ -121,8 +118,8 @@ int KivWrapper::PerformExecution(const char* infFileName, int checkOnly) {
     traceStep("PerformExecution: Caught exception. e.getErrorNum() = %d\n", number);
     if (number == kHwIDListNotCreated || number == kHwIDNodeNotAdded) overallStatus = number;
     if (overallStatus == kSuccess) overallStatus = kUpdateFailed;
-    if (!startWritten) xmlWriter->writeExecutionStart();
-    xmlWriter->writeFailureStatus(overallStatus);
+    writeExecutionFailure(overallStatus);
+    return overallStatus;
   }
   xmlWriter->writeExecutionEnd(rebootRequired);
   return overallStatus;

@@ -190,15 +190,17 @@ TEST(Update, LibraryCannotBeUsed_StatusSaysWhy) {
     Exports exports;
     const char* calls;
   };
-  for (const Row& row : {Row{22, Exports::kBoth, "validate\nunloaded\n"},
+  for (const Row& row : {Row{18, Exports::kBoth, "validate\nunloaded\n"},
+                         Row{22, Exports::kBoth, "validate\nunloaded\n"},
                          Row{25, Exports::kWithoutValidate, "unloaded\n"},
                          Row{26, Exports::kWithoutFree, "unloaded\n"}}) {
-    const UpdatePackage package("null", row.exports);
+    const UpdatePackage package(row.status == 18 ? "throw" : "null", row.exports);
     const ProgramResult result = package.update();
     EXPECT_EQ(result.exitCode, row.status);
     EXPECT_EQ(result.output, executionDocument(statusElement(row.status)));
     EXPECT_EQ(readFile(package / "calls.txt"), row.calls);
   }
+  EXPECT_EQ(UpdatePackage("throw at the end").update().output, executionDocument(""));
   const UpdatePackage package("null");
   const std::string whole = readFile(package / "kivvalid.dll");
   for (const std::string& library :

@@ -1,18 +1,22 @@
 // A validation library for tests. Files in the current folder:
-//   answer.txt   what it answers: UTF-16LE with a byte-order mark, else a unit for each byte;
-//                "null" for no document
+//   answer.txt   the document: UTF-16LE with a byte-order mark, else a unit for each byte;
+//                "null" for none, "throw" for an exception in place of it, "throw at the end" for
+//                one when it is given back
 //   calls.txt    gets a line for each call, and one when the library is unloaded
 //   package.bin, inventory.bin   the texts that it was given, UTF-16LE
 // WITHOUT_VALIDATE and WITHOUT_FREE leave out an export.
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <stdexcept>
+#include <string>
 
 #include "kivvalid.h"
 
 namespace {
 
 [[maybe_unused]] KivChar* answer;
+[[maybe_unused]] bool throwsAtTheEnd = false;
 
 void write(const char* file, const char* mode, const void* bytes, std::size_t size) {
   std::FILE* const out = std::fopen(file, mode);
@@ -52,10 +56,12 @@ struct Loaded {
   } else {
     for (std::size_t i = 0; i < size; ++i) text[i] = bytes[i];
   }
-  const bool isNull = size == 4 && std::memcmp(bytes, "null", 4) == 0;
+  const std::string asked(reinterpret_cast<char*>(bytes), size);
   std::free(bytes);
-  if (!isNull) return text;
+  throwsAtTheEnd = asked == "throw at the end";
+  if (asked != "null" && asked != "throw") return text;
   std::free(text);
+  if (asked == "throw") throw std::runtime_error("a fault of the library");
   return nullptr;
 }
 
@@ -77,5 +83,6 @@ const KivChar* SPValidate(const KivChar* package, const KivChar* inventory, cons
 void SPFreeValidationXML(const KivChar* validation) {
   recordCall(validation == answer ? "free\n" : "free another\n");
   std::free(answer);
+  if (throwsAtTheEnd) throw std::runtime_error("a fault of the library");
 }
 #endif

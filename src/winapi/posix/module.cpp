@@ -2,6 +2,7 @@
 #include <elf.h>
 #include <strings.h>
 #include <sys/auxv.h>
+#include <unwind.h>
 
 #include <algorithm>
 #include <cstring>
@@ -124,6 +125,12 @@ bool isWholeLibrary(const fs::path& path) {
   return true;
 }
 
+// An exception that a library throws is to be caught on our side. The unwinder that is linked into
+// the program readies itself at its first use, which the library's own would not be.
+void prepareForForeignExceptions() {
+  _Unwind_Backtrace([](_Unwind_Context*, void*) { return _URC_END_OF_STACK; }, nullptr);
+}
+
 DWORD loadError() {
   const char* const text = dlerror();
   if (text == nullptr) return ERROR_BAD_EXE_FORMAT;
@@ -177,6 +184,7 @@ HMODULE LoadLibraryA(const char* libFileName) {
   if (!isWholeLibrary(path)) return fail(ERROR_BAD_EXE_FORMAT);
   void* const module = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (module == nullptr) return fail(loadError());
+  prepareForForeignExceptions();
   loadedModules().push_back(module);
   return module;
 }
