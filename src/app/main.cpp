@@ -10,9 +10,10 @@ namespace {
 
 // A failure leaves the current directory as it is; the files are then looked for there.
 void makeOwnFolderCurrent() {
-  char path[MAX_PATH] = "";
+  // Room for the longest folder that can be current, and a name in it. Of a longer path only the
+  // beginning would be there, which names another folder.
+  char path[2 * MAX_PATH] = "";
   const DWORD length = GetModuleFileNameA(nullptr, path, sizeof path);
-  // Of a longer path only the beginning is there, which names another folder.
   if (length == 0 || length >= sizeof path) return;
   // With its backslash: "C:" alone would mean whatever folder is current on that drive.
   if (char* const end = std::strrchr(path, '\\')) end[1] = '\0';

@@ -7,6 +7,7 @@ devices that refuse every byte, in any locale.
 
 import os
 import pathlib
+import re
 import shutil
 import subprocess
 import sys
@@ -306,12 +307,34 @@ class Platform(WholeRun):
         sanitizer = {"ASAN_OPTIONS": "allocator_may_return_null=1"}  # as the system's does
         self.assertEqual(self.run_program("-u", environment=sanitizer).returncode, 0)
 
-    def test_long_path_still_has_its_own_folder(self):
-        folder = self.folder / ("x" * 120) / ("y" * (250 - 122 - len(str(self.folder))))
-        folder.mkdir(parents=True)
-        shutil.copy(PROGRAM, folder)
-        run(folder / PROGRAM.name, "-i", "-o", "out.xml", machine=self.machine, cwd=self.folder)
-        self.assertTrue((folder / "out.xml").exists())
+    def test_own_folder_is_current_or_none_other(self):
+        # The second is longer than a current folder may be: that of the caller stays.
+        for length, is_own in [(255, True), (300, False)]:
+            folder = self.folder / ("x" * 120) / ("y" * (length - 122 - len(str(self.folder))))
+            folder.mkdir(parents=True)
+            shutil.copy(PROGRAM, folder)
+            caller = self.add(f"{length}/file", "").parent
+            run(folder / PROGRAM.name, "-i", "-o", "out.xml", machine=self.machine, cwd=caller)
+            self.assertEqual([file.parent for file in self.folder.rglob("out.xml")], [folder if is_own else caller])
+            shutil.rmtree(folder.parent)
+            shutil.rmtree(caller)
+
+    @unittest.skipIf(os.geteuid() != 0, "only root can change the root folder")
+    def test_root_folder_is_the_programs_own_too(self):
+        libraries = re.findall(r"/\S+", subprocess.run(["ldd", PROGRAM], stdout=subprocess.PIPE, check=True).stdout.decode())
+        for file in libraries:
+            (self.folder / file[1:]).parent.mkdir(parents=True, exist_ok=True)
+            shutil.copy(file, self.folder / file[1:])
+        self.add("elsewhere/file", "")
+
+        def enter():
+            os.chroot(self.folder)
+            os.chdir("/elsewhere")
+
+        # The sanitizers look for their own process there.
+        environment = {"ASAN_OPTIONS": "detect_leaks=0"}
+        run(f"/{PROGRAM.name}", "-i", "-o", "out.xml", machine="/machine", preexec_fn=enter, environment=environment)
+        self.assertTrue((self.folder / "out.xml").exists())
 
     def test_fragment_and_trace_go_out_at_once(self):
         self.add("a.inf", inf_file(HelperProgram.ID))
