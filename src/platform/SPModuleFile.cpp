@@ -1,16 +1,15 @@
 #include "platform/SPModuleFile.h"
 
-#include <cstdint>
-#include <filesystem>
 #include <memory>
 #include <new>
+#include <optional>
 #include <string>
 #include <string_view>
-#include <system_error>
 
 #include "app/SPException.h"
 #include "platform/SPMessageFile.h"
 #include "text/StdioFile.h"
+#include "winapi/winapi.h"
 
 namespace tolvanix {
 
@@ -26,21 +25,27 @@ std::u16string fromLittleEndian(std::string_view bytes) {
   return units;
 }
 
+// None when it cannot be told, as of a pipe.
+std::optional<std::size_t> sizeOf(std::FILE* file) {
+  if (std::fseek(file, 0, SEEK_END) != 0) return std::nullopt;
+  const long size = std::ftell(file);
+  if (size < 0 || std::fseek(file, 0, SEEK_SET) != 0) return std::nullopt;
+  return static_cast<std::size_t>(size);
+}
+
 }  // namespace
 
 SPModuleFile::SPModuleFile(const char* filePath) : SPModule(filePath) {
-  // By the name as the C library sees it, which opens the file.
-  std::error_code error;
-  const auto status = std::filesystem::status(filePath, error);
-  if (!exists(status) || is_directory(status)) fail(kFileNotFound);
+  const DWORD attributes = GetFileAttributesA(filePath);
+  const bool known = attributes != INVALID_FILE_ATTRIBUTES;
+  if (known && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) fail(kFileNotFound);
   const StdioFile file(std::fopen(filePath, "rb"));
-  if (!file) fail(kFileNotOpened);
-  const std::uintmax_t size = std::filesystem::file_size(filePath, error);
-  readText(file.get(), error ? 0 : static_cast<std::size_t>(size));
+  if (!file) fail(known ? kFileNotOpened : kFileNotFound);
+  // Of what was opened: another name for it could be that of another file.
+  if (const auto size = sizeOf(file.get())) readText(file.get(), *size);
 }
 
-// A file that has become shorter since its size was asked for, or that no memory can hold, gives no
-// text.
+// A file that has become shorter since it was measured, or that no memory can hold, gives no text.
 void SPModuleFile::readText(std::FILE* file, std::size_t size) {
   const std::unique_ptr<char[]> bytes(new (std::nothrow) char[size + 1]);
   if (bytes == nullptr || std::fread(bytes.get(), 1, size, file) != size) return;

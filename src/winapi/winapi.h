@@ -154,6 +154,7 @@ BOOL FreeLibrary(HMODULE module);
 constexpr DWORD FILE_ATTRIBUTE_READONLY = 0x0001;
 constexpr DWORD FILE_ATTRIBUTE_DIRECTORY = 0x0010;
 constexpr DWORD FILE_ATTRIBUTE_NORMAL = 0x0080;
+constexpr DWORD INVALID_FILE_ATTRIBUTES = 0xFFFFFFFF;
 
 struct WIN32_FIND_DATAA {
   DWORD dwFileAttributes;
@@ -171,6 +172,7 @@ struct WIN32_FIND_DATAA {
 DWORD GetCurrentDirectoryA(DWORD size, char* buffer);
 BOOL SetCurrentDirectoryA(const char* path);
 DWORD GetFullPathNameA(const char* fileName, DWORD size, char* buffer, char** filePart);
+DWORD GetFileAttributesA(const char* fileName);
 // Matches without regard to case; answers in the order of the upper-cased names. Of the find data
 // only attributes, size and name are filled.
 HANDLE FindFirstFileA(const char* fileName, WIN32_FIND_DATAA* findData);

@@ -97,6 +97,8 @@ TEST_F(FileTest, Attributes_TellFilesFromDirectories) {
   EXPECT_EQ(found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY, 0U);
   ASSERT_TRUE(FindOwner(FindFirstFileA("sub", &found)));
   EXPECT_NE(found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY, 0U);
+  EXPECT_EQ(GetFileAttributesA("sub\\file.txt") & FILE_ATTRIBUTE_DIRECTORY, 0U);
+  EXPECT_NE(GetFileAttributesA("sub\\") & FILE_ATTRIBUTE_DIRECTORY, 0U);
 }
 
 TEST_F(FileTest, FindFirst_MatchesWithoutCaseInTheOrderOfUpperCasedNames) {
@@ -128,6 +130,9 @@ TEST_F(FileTest, Failures_HaveTheirErrors) {
     WIN32_FIND_DATAA data{};
     return static_cast<bool>(FindOwner(FindFirstFileA(path, &data)));
   };
+  const Call ask = [](const char* path) {
+    return GetFileAttributesA(path) != INVALID_FILE_ATTRIBUTES;
+  };
   const struct {
     Call call;
     const char* path;
@@ -138,6 +143,7 @@ TEST_F(FileTest, Failures_HaveTheirErrors) {
       {find, "*.inf", ERROR_FILE_NOT_FOUND},   {find, "none", ERROR_FILE_NOT_FOUND},
       {find, ".\\", ERROR_FILE_NOT_FOUND},     {find, "none\\*.inf", ERROR_PATH_NOT_FOUND},
       {find, "none\\x", ERROR_PATH_NOT_FOUND}, {find, "", ERROR_PATH_NOT_FOUND},
+      {ask, "none", ERROR_FILE_NOT_FOUND},     {ask, "none\\x", ERROR_PATH_NOT_FOUND},
   };
   writeFile(dir / "file", "x");
   for (const auto& row : rows) {

@@ -91,11 +91,15 @@ bool matchesPattern(std::string_view pattern, std::string_view name) {
   return reached[end];
 }
 
-void fillAttributes(const FileStatus& status, WIN32_FIND_DATAA& record) {
+DWORD attributesOf(const FileStatus& status) {
   DWORD attributes = 0;
   if (S_ISDIR(status.st_mode)) attributes |= FILE_ATTRIBUTE_DIRECTORY;
   if ((status.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0) attributes |= FILE_ATTRIBUTE_READONLY;
-  record.dwFileAttributes = attributes != 0 ? attributes : FILE_ATTRIBUTE_NORMAL;
+  return attributes != 0 ? attributes : FILE_ATTRIBUTE_NORMAL;
+}
+
+void fillAttributes(const FileStatus& status, WIN32_FIND_DATAA& record) {
+  record.dwFileAttributes = attributesOf(status);
   const auto size = S_ISDIR(status.st_mode) ? 0 : static_cast<DWORDLONG>(status.st_size);
   record.nFileSizeHigh = static_cast<DWORD>(size >> 32);
   record.nFileSizeLow = static_cast<DWORD>(size);
@@ -203,6 +207,18 @@ DWORD GetFullPathNameA(const char* fileName, DWORD size, char* buffer, char** fi
     *filePart = native.ends_with('/') ? nullptr : buffer + native.rfind('/') + 1;
   }
   return length;
+}
+
+DWORD GetFileAttributesA(const char* fileName) {
+  if (fileName == nullptr || *fileName == '\0') {
+    SetLastError(ERROR_PATH_NOT_FOUND);
+    return INVALID_FILE_ATTRIBUTES;
+  }
+  const std::string native = fullNativePath(fileName);
+  FileStatus status{};
+  if (stat(native.c_str(), &status) == 0) return attributesOf(status);
+  SetLastError(pathError(errno, native));
+  return INVALID_FILE_ATTRIBUTES;
 }
 
 HANDLE FindFirstFileA(const char* fileName, WIN32_FIND_DATAA* findData) {
