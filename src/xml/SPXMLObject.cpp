@@ -57,7 +57,7 @@ SPUString SPXMLObject::extractElement(const SPUString& text, const SPUString& na
 }
 
 SPUString SPXMLObject::getElementText(const SPUString& text, const SPUString& name) {
-  return extractElement(text, name, 0, false);
+  return copy(xmlquery::innerText(text, name));
 }
 
 SPUString SPXMLObject::getElementText(const SPUString& name) const {

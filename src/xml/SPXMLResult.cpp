@@ -23,7 +23,8 @@ SPUString SPXMLResult::getAllMessages() const {
 void SPXMLResult::readMessages(std::u16string_view text) {
   constexpr std::u16string_view kMessage = u"Message";
   xmlquery::forEachElement(text, kMessage, [&](std::u16string_view element) {
-    messages.emplace_back(xmlquery::element(element, kMessage, 0)->inner);
+    // Asked anew: in the whole text the start tag may have been another one that looks the same.
+    messages.emplace_back(xmlquery::innerText(element, kMessage));
     return true;
   });
 }

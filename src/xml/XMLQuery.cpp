@@ -206,6 +206,11 @@ std::optional<Element> element(View text, View name, std::size_t start) {
                  next + closeTag.size()};
 }
 
+View innerText(View text, View name) {
+  const auto found = element(text, name, 0);
+  return found ? found->inner : View();
+}
+
 View lastElement(View text, View name) {
   View last;
   forEachElement(text, name, [&](View element) {

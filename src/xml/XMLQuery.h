@@ -33,6 +33,9 @@ std::optional<std::size_t> elementEnd(View text, View name, std::size_t start);
 // The first element of that name at or after `start`; none when its closing tag is missing, too.
 std::optional<Element> element(View text, View name, std::size_t start);
 
+// The inner text of the first element of that name; empty when there is none.
+View innerText(View text, View name);
+
 // Calls `visit` with each element's text in order, until it answers false.
 template <typename Visit>
 void forEachElement(View text, View name, Visit visit) {

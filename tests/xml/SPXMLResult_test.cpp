@@ -14,6 +14,11 @@ TEST(SPXMLValidation, ReadsTypeResultAndEveryMessage) {
   EXPECT_TRUE(finding.getMessage(1) == SPUString(u"m2"));
   EXPECT_TRUE(finding.getMessage(2).empty());
   EXPECT_TRUE(finding.getAllMessages() == SPUString(u"m1\r\nm2\r\n"));
+  // The last start tag is looked for by its text, which is also that of another element's start.
+  for (const char16_t* const cut :
+       {u"<Message</Message><Message", u"<Messages>1</Message><Message"}) {
+    EXPECT_TRUE(SPXMLValidation(cut).getAllMessages() == SPUString(u"\r\n"));
+  }
 }
 
 TEST(SPXMLResult, WritesWhatItReadFromItsElement) {
