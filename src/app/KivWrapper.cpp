@@ -3,7 +3,6 @@
 #include <cstdio>
 #include <new>
 
-#include "app/DeviceStatus.h"
 #include "app/Status.h"
 #include "winapi/ProcAddress.h"
 
@@ -131,38 +130,6 @@ bool KivWrapper::IsWow64() {
   if (answer == FALSE) return false;
   traceStep("IsWow64: 32-bit app running under WOW64\n");
   return true;
-}
-
-int KivWrapper::mapDeviceStatus(std::int32_t deviceStatus) {
-  switch (deviceStatus) {
-    case kDeviceInstalled:
-    case kDeviceRestartRequired:
-      return kSuccess;
-    case kDeviceNotOnSystem:
-      return kNoMatchingDevice;
-    case kDeviceNoInfFiles:
-      return kNoInfFiles;
-    case kDeviceNamedInfNotFound:
-      return kNamedInfNotFound;
-    case kDeviceNullHardwareId:
-      return kNullHardwareId;
-    case kDeviceCheckFound:
-      return kCheckedIdFound;
-    case kDeviceCheckNotFound:
-      return kCheckedIdNotFound;
-    case kDeviceIdInNoInf:
-      return kIdInNoInf;
-    case kDeviceInfNotOpened:
-      return kInfNotOpened;
-    case kDeviceNoIdForInstall:
-      return kNullHardwareIdForInstall;
-    case kDeviceHelperFailed:
-      return kHelperFailed;
-    case kDeviceNotPresent:
-      return kNoExistingDevice;
-    default:
-      return kUpdateFailed;
-  }
 }
 
 void KivWrapper::writeCommandFailure(int status) {

@@ -4,9 +4,9 @@
 #include <new>
 #include <string>
 
-#include "app/DeviceStatus.h"
 #include "install/CDevInfoSet.h"
 #include "install/CInf.h"
+#include "install/DeviceStatus.h"
 #include "install/FileEnum.h"
 #include "log/DebugWriter.h"
 

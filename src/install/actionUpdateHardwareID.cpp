@@ -1,7 +1,7 @@
 // The command -uhid: installs the driver for one hardware ID.
-#include "app/DeviceStatus.h"
 #include "app/KivWrapper.h"
 #include "app/Status.h"
+#include "install/DeviceStatus.h"
 #include "install/DriverUpdate.h"
 
 namespace tolvanix {

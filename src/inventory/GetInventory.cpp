@@ -1,4 +1,4 @@
-// The inventory of the computer, and the command that prints it.
+// The inventory of the computer as a document.
 #include <algorithm>
 #include <memory>
 #include <string>
@@ -14,7 +14,6 @@
 #include "inventory/SPXMLApplication.h"
 #include "inventory/SPXMLData.h"
 #include "inventory/SPXMLDevice.h"
-#include "text/Conversion.h"
 #include "winapi/winapi.h"
 
 namespace tolvanix {
@@ -114,23 +113,6 @@ bool KivWrapper::FilterDeviceInventory(const DeviceRecord& record,
   }
   traceStep("KivWrapper::FilterDeviceInventory function exiting\n");
   return listed;
-}
-
-int KivWrapper::actionInventory() {
-  traceStep("actionInventory: Entered function.\n");
-  int status = GetInventory("en");
-  traceStep("actionInventory: status from GetInventory() = %d\n", status);
-  if (status == kSuccess) {
-    std::string document = toXmlUtf8(inventoryXML);
-    if (XMLWriter::removeOSElementFromXMLString(document) != XMLWriter::kEndTagMissing) {
-      debugWriter->dumpXML(document.c_str(), "Inventory");
-      xmlWriter->writeText(document.c_str());
-      return kSuccess;
-    }
-    status = kOperatingSystemNotStripped;
-  }
-  writeInventoryFailure(status);
-  return status;
 }
 
 }  // namespace tolvanix

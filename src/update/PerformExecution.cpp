@@ -3,10 +3,10 @@
 #include <new>
 #include <string>
 
-#include "app/DeviceStatus.h"
 #include "app/KivWrapper.h"
 #include "app/SPException.h"
 #include "app/Status.h"
+#include "install/DeviceStatus.h"
 #include "install/DriverUpdate.h"
 #include "inventory/SPXMLData.h"
 #include "inventory/SPXMLDevice.h"
@@ -74,23 +74,6 @@ std::string characterData(const SPUString& text) {
 }
 
 }  // namespace
-
-int KivWrapper::actionUpdateApplicableDevices() {
-  traceStep("actionUpdateApplicableDevices: Entered function.\n");
-  int status = GetInventory("en");
-  traceStep("actionUpdateApplicableDevices: status from GetInventory() = %d\n", status);
-  if (status == kSuccess) {
-    status = PerformValidation("en", parser->getPackageFileName());
-    traceStep("actionUpdateApplicableDevices: status from PerformValidation() = %d\n", status);
-  }
-  if (status != kSuccess) {
-    writeExecutionFailure(status);
-    return status;
-  }
-  status = PerformExecution(parser->getINFFileName(), parser->getCheckOnly());
-  traceStep("actionUpdateApplicableDevices: status from PerformExecution = %d\n", status);
-  return status;
-}
 
 int KivWrapper::PerformExecution(const char* infFileName, int checkOnly) {
   int overallStatus = kSuccess;

@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "app/DeviceStatus.h"
 #include "install/CInf.h"
+#include "install/DeviceStatus.h"
 #include "install/DriverUpdate.h"
 #include "log/DebugWriter.h"
 #include "support/Files.h"

@@ -1,4 +1,4 @@
-// The outcome of one driver installation, as DriverUpdate answers it and its callers turn it into
+// The outcome of one driver installation, as DriverUpdate returns it and its callers turn it into
 // a status (KivWrapper::mapDeviceStatus). Other values exist and count as unspecified failures.
 #pragma once
 
@@ -12,7 +12,7 @@ enum DeviceStatus : int {
   kDeviceRestartRequired = -2,  // installed
   kDeviceOutOfMemory = -1,      // an unspecified failure
   kDeviceInstalled = 0,
-  kDeviceInstalledRestart = 1,  // one INF file's result; DriverUpdate answers -2 for it
+  kDeviceInstalledRestart = 1,  // one INF file's result; DriverUpdate returns -2 for it
   kDeviceCheckFound = 3,
   kDeviceCheckNotFound = 4,
   kDeviceIdInNoInf = 5,
