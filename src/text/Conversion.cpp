@@ -80,28 +80,6 @@ Character characterAt(std::u16string_view text) {
   return {unit, 1};
 }
 
-// How many units at the start are printable ASCII, most of every document: a byte for each unit.
-std::size_t plainLength(std::u16string_view text) {
-  const auto isSpecial = [](char16_t unit) -> char16_t { return unit < 0x20 || unit >= 0x80; };
-  // Many units are looked at together, which the compiler makes vector operations of.
-  constexpr std::size_t kStride = 64;
-  std::size_t length = 0;
-  for (; length + kStride <= text.size(); length += kStride) {
-    char16_t special = 0;
-    for (const char16_t unit : text.substr(length, kStride)) special |= isSpecial(unit);
-    if (special != 0) break;
-  }
-  while (length < text.size() && isSpecial(text[length]) == 0) ++length;
-  return length;
-}
-
-void appendPlain(std::string& out, std::u16string_view text) {
-  const std::size_t size = out.size();
-  out.resize(size + text.size());
-  std::transform(text.begin(), text.end(), &out[size],
-                 [](char16_t unit) { return static_cast<char>(unit); });
-}
-
 }  // namespace
 
 std::u16string widen(std::string_view text) {
@@ -121,15 +99,12 @@ std::string narrow(std::u16string_view text) {
 std::string toXmlUtf8(std::u16string_view text) {
   std::string out;
   out.reserve(text.size());
-  for (;;) {
-    const std::size_t plain = plainLength(text);
-    appendPlain(out, text.substr(0, plain));
-    text.remove_prefix(plain);
-    if (text.empty()) return out;
+  while (!text.empty()) {
     const Character character = characterAt(text);
     appendUtf8(out, isXmlCharacter(character.value) ? character.value : kReplacement);
     text.remove_prefix(character.units);
   }
+  return out;
 }
 
 }  // namespace tolvanix
