@@ -58,8 +58,7 @@ std::int32_t updateOnce(const std::string& hardwareId, HwIDList& handled, const 
     traceStep("PerformExecution: deviceStatus = %d\n", node->getDeviceStatus());
     return node->getDeviceStatus();
   }
-  std::string writable = hardwareId;
-  const std::int32_t deviceStatus = DriverUpdate(writable.data(), infFileName, checkOnly);
+  const std::int32_t deviceStatus = DriverUpdate(hardwareId.c_str(), infFileName, checkOnly);
   traceStep("PerformExecution: deviceStatus from DriverUpdate() = %d\n", deviceStatus);
   if (handled.AddHwIDNode(hardwareId, deviceStatus) == nullptr) {
     traceError("PerformExecution: Error: Failed to add new hardware ID node to the list.\n");

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <map>
+
 #include "inventory/SPOSInfo.h"
 #include "inventory/SPXMLData.h"
 #include "winapi/winapi.h"
@@ -60,17 +62,17 @@ TEST(SPXMLOSInfo, ReadingADocumentWithoutArchitecture_SaysNotAvailable) {
 }
 
 TEST(SPOSInfo, Reported62_IsCorrectedToWhatVerifies) {
-  const auto systemIs = [](std::uint32_t minor) {
-    return [minor](std::uint32_t asked) {
-      return asked == minor ? std::uint32_t{ERROR_SUCCESS} : std::uint32_t{ERROR_OLD_WIN_VERSION};
-    };
+  static std::uint32_t system = 0;
+  const auto verify = [](std::uint32_t asked) {
+    return asked == system ? std::uint32_t{ERROR_SUCCESS} : std::uint32_t{ERROR_OLD_WIN_VERSION};
   };
-  EXPECT_EQ(minorVersionBehind62(systemIs(2)), 2U);
-  EXPECT_EQ(minorVersionBehind62(systemIs(3)), 3U);
-  EXPECT_EQ(minorVersionBehind62(systemIs(5)), 5U);
-  EXPECT_EQ(minorVersionBehind62(systemIs(6)), 2U);
+  for (const auto& [minor, corrected] :
+       std::map<std::uint32_t, std::uint32_t>{{2, 2}, {3, 3}, {5, 5}, {6, 2}}) {
+    system = minor;
+    EXPECT_EQ(minorVersionOfReported62(verify), corrected);
+  }
   const auto fails = [](std::uint32_t asked) { return asked == 2 ? 1150U : 87U; };
-  EXPECT_EQ(minorVersionBehind62(fails), 3U) << "another error ends the search there";
+  EXPECT_EQ(minorVersionOfReported62(fails), 3U) << "another error ends the search there";
 }
 
 }  // namespace
