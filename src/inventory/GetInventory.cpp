@@ -13,6 +13,7 @@
 #include "inventory/SPXMLApplication.h"
 #include "inventory/SPXMLData.h"
 #include "inventory/SPXMLDevice.h"
+#include "text/Ascii.h"
 #include "winapi/winapi.h"
 
 namespace tolvanix {
@@ -28,11 +29,7 @@ constexpr std::string_view kWhiteSpace = " \t\n\v\f\r";
 
 // Without trailing white space, in lower case.
 std::string normalizedName(std::string_view name) {
-  std::string text(name.substr(0, name.find_last_not_of(kWhiteSpace) + 1));
-  std::transform(text.begin(), text.end(), text.begin(), [](char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-  });
-  return text;
+  return toLower(name.substr(0, name.find_last_not_of(kWhiteSpace) + 1));
 }
 
 // The device's name, followed by " Driver" unless it ends in that word already.
