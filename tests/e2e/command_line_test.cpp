@@ -9,6 +9,17 @@ namespace {
 
 const std::string kDeclaration = R"(<?xml version="1.0" encoding="UTF-8"?>)";
 
+std::string inventoryDocument(const std::string& content) {
+  return kDeclaration + R"(<SVMInventory lang="en">)" + content + "</SVMInventory>";
+}
+
+// `e.log` by a name of that many characters.
+std::string debugFileName(std::size_t size) {
+  std::string name = size % 2 == 0 ? ".//" : "./";
+  while (name.size() + 5 < size) name += "./";
+  return name + "e.log";
+}
+
 struct Row {
   int status;
   std::vector<Arguments> commandLines;
@@ -64,7 +75,7 @@ TEST(CommandLine, FileCannotBeUsed_StatusStandsInTheCommandsElement) {
   const Row rows[] = {
       {11, {{"-uhid"}}},
       {13, {{"-i", "-o", "folder"}, {"-i", "-o", "none/out.xml"}, {"-uhid", "-o", "folder"}}},
-      {14, {{"-i", "-d=1", "-e", "folder"}}},
+      {14, {{"-i", "-d=1", "-e", "folder"}, {"-i", "-d=1", "-e", debugFileName(256)}}},
       {15, {{"-uhid", "-n", "none.inf"}, {"-uhid", "-n", "folder"}, {"-u", "-n", "none.inf"}}},
       {16, {{"-u"}, {"-u", "-p", "folder"}}},
       {23, {{"-u", "-p", "text"}}},
@@ -76,8 +87,7 @@ TEST(CommandLine, FileCannotBeUsed_StatusStandsInTheCommandsElement) {
     for (const Arguments& arguments : commandLines) {
       const ProgramResult run = package.run(arguments);
       EXPECT_EQ(run.exitCode, status);
-      EXPECT_EQ(run.output, arguments[0] == "-i" ? kDeclaration + R"(<SVMInventory lang="en">)" +
-                                                       statusElement(status) + "</SVMInventory>"
+      EXPECT_EQ(run.output, arguments[0] == "-i" ? inventoryDocument(statusElement(status))
                                                  : executionDocument(statusElement(status)));
     }
   }
@@ -85,11 +95,17 @@ TEST(CommandLine, FileCannotBeUsed_StatusStandsInTheCommandsElement) {
 
 TEST(CommandLine, OutputFileAccepted_HoldsTheStatusAndNothingOlder) {
   const Package package;
-  package.add("out.xml", std::string(1000, 'x'));
-  const ProgramResult run = package.run({"-u", "-o", "out.xml"});
-  EXPECT_EQ(run.exitCode, 16);
-  EXPECT_EQ(run.output, "");
-  EXPECT_EQ(readText(package / "out.xml"), executionDocument(statusElement(16)));
+  package.add("folder/in.txt", "");
+  const auto left = [&package](const Arguments& arguments, int status) {
+    package.add("out.xml", std::string(1000, 'x'));
+    const ProgramResult run = package.run(arguments);
+    EXPECT_EQ(run.exitCode, status);
+    EXPECT_EQ(run.output, "");
+    return readText(package / "out.xml");
+  };
+  EXPECT_EQ(left({"-u", "-o", "out.xml"}, 16), executionDocument(statusElement(16)));
+  EXPECT_EQ(left({"-i", "-o", "out.xml", "-d=1", "-e", "folder"}, 14),
+            inventoryDocument(statusElement(14)));
 }
 
 TEST(CommandLine, DebugFile_StartsWithItsSettings) {
@@ -100,6 +116,9 @@ TEST(CommandLine, DebugFile_StartsWithItsSettings) {
             "loglevel=0\nlogtarget=-1\nlogpathfile=tolvanix_debug.log\n");
   package.run({"-uhid", "-e", "named.log"});
   EXPECT_EQ(readText(package / "named.log"), "loglevel=0\nlogtarget=1\nlogpathfile=named.log\n");
+  const std::string longest = debugFileName(255);
+  package.run({"-uhid", "-d=1", "-e", longest});
+  EXPECT_EQ(readText(package / "e.log"), "loglevel=1\nlogtarget=1\nlogpathfile=" + longest + '\n');
 }
 
 // Without a file the trace stands before the document. Level 2 has the error lines alone.

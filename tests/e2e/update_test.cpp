@@ -214,6 +214,29 @@ TEST(Update, LibraryCannotBeUsed_StatusSaysWhy) {
   EXPECT_FALSE(exists(package / "calls.txt"));
 }
 
+// The folder has the name, too.
+TEST(Update, Files_MayHaveAnyNames) {
+  const std::string name = "\u0141\u00F3d\u017A \u65E5\u672C \u00E9";
+  const Computer computer(fixture("computers/two_devices.reg"));
+  for (const Arguments& options :
+       {Arguments{}, Arguments{"-n", name + ".inf"}, Arguments{"-p", name + ".p"}}) {
+    const UpdatePackage package(inValidation(listed("1502")));
+    package.add(name + ".inf", infWith({"1502"}));
+    package.add(name + ".p", "<P/>");
+    const TempDir parent;
+    const auto folder = parent / name;
+    copy(package.path(), folder, std::filesystem::copy_options::recursive);
+    ProgramCall call = package.call({"-u", "-c", "-o", name + ".o", "-d=4", "-e", name + ".e"});
+    call.arguments.insert(call.arguments.end(), options.begin(), options.end());
+    call.program = folder / call.program.filename();
+    call.environment = computer.environment();
+    EXPECT_EQ(runProgram(call).exitCode, 34) << testing::PrintToString(options);
+    EXPECT_EQ(readText(folder / (name + ".o")), executionDocument(outcome("1502", 34)));
+    EXPECT_NE(readText(folder / (name + ".e")).find('\\' + name + '\\' + name + ".inf\n"),
+              std::string::npos);
+  }
+}
+
 // Documents that hold nothing to do, or nothing that can be read.
 TEST(Update, DocumentWithoutDevices_DoesNothing) {
   for (const std::string& document :
@@ -237,7 +260,7 @@ TEST(Update, DeviceThatTellsLittle_IsReportedWithTheDefaults) {
   const UpdatePackage package(inValidation(
       "<Device/>"
       R"(<Device vendorID="G" deviceID="" subDeviceID="-" subVendorID="{"/>)"
-      R"(<Device vendorID="12345678" deviceID="abc" subDeviceID="0" subVendorID="1"/>)"
+      R"(<Device vendorID="0x12345678" deviceID="abc" subDeviceID="0xg" subVendorID="0X1"/>)"
       R"(<Device><Application><Package version="1"/><Package version="3"/></Application></Device>)"));
   package.add("a.inf", infWith({"1502"}));
   EXPECT_EQ(
@@ -322,10 +345,10 @@ TEST(Update, Trace_TellsEachStep) {
   const std::string header = "logtarget=1\nlogpathfile=trace.log\n";
   EXPECT_EQ(package.trace({"-d=2"}), "loglevel=2\n" + header);
   EXPECT_EQ(package.trace({}), "loglevel=0\n" + header);
-  EXPECT_EQ(
-      only(package.trace({"-d=4"}), {"LoadV", "action", "Perform", "Verify", "converted wchar P",
-                                     "converted wchar V", "Update", "runKiv", "FreeV", "Unload"}),
-      readText(fixture("traces/update.txt")));
+  EXPECT_EQ(only(package.trace({"-d=4"}),
+                 {"LoadV", "CIni", "action", "Perform", "Verify", "converted wchar P",
+                  "converted wchar V", "Update", "runKiv", "FreeV", "Unload"}),
+            readText(fixture("traces/update.txt")));
 }
 
 }  // namespace

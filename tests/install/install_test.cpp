@@ -13,6 +13,16 @@ namespace {
 
 constexpr char kVersion[] = "[Version]\nSignature=\"$Windows NT$\"\nClass=Display\n";
 
+// What is traced meanwhile.
+template <typename Work>
+std::string traceOf(Work work) {
+  DebugWriter().initialize(kTraceSteps, kTargetFile, "trace.log");
+  work();
+  DebugWriter().initialize(0, kTargetNone, "");
+  const std::string traced = readText("trace.log");
+  return traced.substr(traced.find("trace.log\n") + 10);
+}
+
 TEST(CInf, Open_FindsPathClassAndGuid) {
   const CurrentTempDir folder;
   for (const char* const guid : {"", "ClassGuid={4d36e968-e325-11ce-bfc1-08002be10318}\n"}) {
@@ -27,13 +37,21 @@ TEST(CInf, Open_FindsPathClassAndGuid) {
   }
 }
 
-TEST(CInf, Open_UnusableFile_GivesAnError) {
+TEST(CInf, Open_UnusableFile_GivesAnErrorAndTracesIt) {
   const CurrentTempDir folder;
-  EXPECT_EQ(CInf().Open("none.inf", 0), ERROR_FILE_NOT_FOUND);
+  const auto open = [](const char* name) {
+    DWORD error = ERROR_SUCCESS;
+    const std::string trace = traceOf([&] { error = CInf().Open(name, 0); });
+    EXPECT_TRUE(trace.starts_with("\nCInf::Open, line = ")) << trace;
+    const auto code = ", error code = " + std::to_string(static_cast<int>(error)) + ',';
+    EXPECT_NE(trace.find(code), std::string::npos) << trace;
+    return error;
+  };
+  EXPECT_EQ(open("none.inf"), ERROR_FILE_NOT_FOUND);
   writeFile(folder / "test.inf", "[Version]\n");
-  EXPECT_EQ(CInf().Open("test.inf", 0), ERROR_WRONG_INF_STYLE);
+  EXPECT_EQ(open("test.inf"), ERROR_WRONG_INF_STYLE);
   writeFile(folder / "test.inf", "[Version]\nSignature=\"$Windows NT$\"\n");
-  EXPECT_NE(CInf().Open("test.inf", 0), ERROR_SUCCESS);  // no class
+  EXPECT_NE(open("test.inf"), ERROR_SUCCESS);  // no class
 }
 
 TEST(CInf, Search_TracesEverySectionAndLine) {
@@ -43,11 +61,7 @@ TEST(CInf, Search_TracesEverySectionAndLine) {
     CInf inf;
     inf.Open("test.inf", 0);
     inf.setHardwareId("pci\\3");
-    DebugWriter().initialize(kTraceSteps, kTargetFile, "trace.log");
-    inf.EnumManufacturers();
-    DebugWriter().initialize(0, kTargetNone, "");
-    const std::string traced = readText("trace.log");
-    return traced.substr(traced.find("trace.log\n") + 10);
+    return traceOf([&inf] { inf.EnumManufacturers(); });
   };
   EXPECT_EQ(trace("[Manufacturer]\n%m%=M,NT,None\n[M.NT]\na=i,PCI\\1,PCI\\11\n%c%=k,USB\\2,PCI\\3\n"
                   "[Strings]\nm=Maker\nc=100% C\n"),
@@ -67,7 +81,13 @@ TEST(CInf, Search_TracesEverySectionAndLine) {
 TEST(DriverUpdate, NoHardwareId_IsADeviceStatus) {
   const CurrentTempDir dir;
   writeFile(dir / "a.inf", infFile({"PCI\\VEN_1DE4"}));
-  EXPECT_EQ(DriverUpdate(nullptr, nullptr, 0), kDeviceNullHardwareId);
+  EXPECT_EQ(traceOf([] { EXPECT_EQ(DriverUpdate(nullptr, nullptr, 0), kDeviceNullHardwareId); }),
+            "");
+  char id[] = "PCI\\VEN_1DE4";
+  EXPECT_EQ(DriverUpdate(id, "none.inf", 0), kDeviceNamedInfNotFound);
+  EXPECT_TRUE(traceOf([] {
+                Win2kInstall("none.inf", "", 0);
+              }).ends_with("\nWin2kInstall: Error: Unable to open INF file: none.inf\n"));
   EXPECT_EQ(Win2kInstall("a.inf", nullptr, 0), kDeviceNoIdForInstall);
 }
 

@@ -112,6 +112,7 @@ TEST(SPXMLObject, GetElementCData_UnwrapsAndTrimsASection) {
     return SPXMLObject::getElementCData(wide(text), wide(u"D"));
   };
   EXPECT_TRUE(cdata(u"<D>x<![CDATA[  Video  ]]>y</D>") == wide(u"Video"));
+  EXPECT_TRUE(cdata(u"<D>]]><![CDATA[Video]]></D>") == wide(u"Video"));
   EXPECT_TRUE(cdata(u"<D>Plain</D>") == wide(u"Plain"));
   EXPECT_TRUE(cdata(u"<D>a]]>b</D>") == wide(u"a]]>b"));
   EXPECT_TRUE(cdata(u"<D><![CDATA[a</D>") == wide(u"<![CDATA[a"));
