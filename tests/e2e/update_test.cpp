@@ -216,23 +216,28 @@ TEST(Update, LibraryCannotBeUsed_StatusSaysWhy) {
 
 // The folder has the name, too.
 TEST(Update, Files_MayHaveAnyNames) {
-  const std::string name = "\u0141\u00F3d\u017A \u65E5\u672C \u00E9";
+  const std::filesystem::path wide = u"\u0141\u00F3d\u017A \u65E5\u672C \u00E9";
+  const std::string name = wide.string();
+  // On Windows the standard library does not read the narrow text of a path as UTF-8.
+  const auto in = [&wide](const std::filesystem::path& folder, const char* extension) {
+    return (folder / wide) += extension;
+  };
   const Computer computer(fixture("computers/two_devices.reg"));
   for (const Arguments& options :
        {Arguments{}, Arguments{"-n", name + ".inf"}, Arguments{"-p", name + ".p"}}) {
     const UpdatePackage package(inValidation(listed("1502")));
-    package.add(name + ".inf", infWith({"1502"}));
-    package.add(name + ".p", "<P/>");
+    writeFile(in(package.path(), ".inf"), infWith({"1502"}));
+    writeFile(in(package.path(), ".p"), "<P/>");
     const TempDir parent;
-    const auto folder = parent / name;
+    const auto folder = in(parent.path(), "");
     copy(package.path(), folder, std::filesystem::copy_options::recursive);
     ProgramCall call = package.call({"-u", "-c", "-o", name + ".o", "-d=4", "-e", name + ".e"});
     call.arguments.insert(call.arguments.end(), options.begin(), options.end());
     call.program = folder / call.program.filename();
     call.environment = computer.environment();
     EXPECT_EQ(runProgram(call).exitCode, 34) << testing::PrintToString(options);
-    EXPECT_EQ(readText(folder / (name + ".o")), executionDocument(outcome("1502", 34)));
-    EXPECT_NE(readText(folder / (name + ".e")).find('\\' + name + '\\' + name + ".inf\n"),
+    EXPECT_EQ(readText(in(folder, ".o")), executionDocument(outcome("1502", 34)));
+    EXPECT_NE(readText(in(folder, ".e")).find('\\' + name + '\\' + name + ".inf\n"),
               std::string::npos);
   }
 }
