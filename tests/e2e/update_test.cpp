@@ -175,10 +175,8 @@ TEST(Update, Findings_QualificationAndHardRefuse) {
 
 TEST(Update, Library_IsCalledOnceAndGetsItsDocumentBack) {
   const UpdatePackage package(inValidation(finding("info")));
-  package.add("package.xml", utf16File(u"<P n=\"\u7F51\u5361\"/>"));
   EXPECT_EQ(package.update().exitCode, 0);
   EXPECT_EQ(readFile(package / "calls.txt"), "validate\nfree\nunloaded\n");
-  EXPECT_EQ(readFile(package / "package.bin"), readFile(package / "package.xml"));
   const std::u16string start =
       u"<SVMInventory lang=\"en\" ><OperatingSystem osVendor=\"Microsoft\"  osArch=\"x64\"";
   EXPECT_TRUE(readFile(package / "inventory.bin").starts_with(utf16File(start).substr(2)));
@@ -253,30 +251,39 @@ TEST(Update, DocumentWithoutDevices_DoesNothing) {
 }
 
 TEST(Update, DeviceThatTellsLittle_IsReportedWithTheDefaults) {
-  const auto reported = [](const std::string& identifiers, const std::string& application) {
-    return "<Device " + identifiers + R"( bus="-1" device="-1" function="-1" display="">)" +
-           application + R"(<SPStatus result="false">)" + messageElement(36) +
-           "</SPStatus></Application></Device>";
-  };
   const std::string none =
-      R"(vendorID="FFFFFFFF" deviceID="FFFFFFFF" subDeviceID="FFFFFFFF" subVendorID="FFFFFFFF")";
+      R"(vendorID="FFFFFFFF" deviceID="FFFFFFFF" subDeviceID="FFFFFFFF" subVendorID="FFFFFFFF")"
+      R"( bus="-1" device="-1" function="-1")";
   const std::string empty =
       R"(<Application componentType="" version="" display=""><Package version=""/>)";
-  const UpdatePackage package(inValidation(
-      "<Device/>"
-      R"(<Device vendorID="G" deviceID="" subDeviceID="-" subVendorID="{"/>)"
-      R"(<Device vendorID="0x12345678" deviceID="abc" subDeviceID="0xg" subVendorID="0X1"/>)"
-      R"(<Device><Application><Package version="1"/><Package version="3"/></Application></Device>)"));
+  const struct {
+    const char* listed;
+    std::string device;
+    std::string application;
+  } rows[] = {
+      {"<Device/>", none, empty},
+      {R"(<Device vendorID="G" deviceID="" subDeviceID="-" subVendorID="{"/>)", none, empty},
+      // An attribute is where its name first stands: in a longer name, or further on.
+      {R"(<Device bus="0031" vendorID="0x12345678" deviceID="12" subDeviceID="0xg" subVendorID="0XAf" device="2"/>)",
+       R"(vendorID="12345678" deviceID="0012" subDeviceID="0000" subVendorID="00AF" bus="31" device="12" function="-1")",
+       empty},
+      {R"(<Device bus="0" vendorID="FFFFFFFF0" deviceID="F" subDeviceID="FFFFF" subVendorID="x" function="+7"/>)",
+       R"(vendorID="FFFFFFFF" deviceID="000F" subDeviceID="FFFFF" subVendorID="FFFFFFFF" bus="0" device="-1" function="7")",
+       empty},
+      {R"(<Device><Application><Package version="1"/><Package version="3"/></Application></Device>)",
+       none, R"(<Application componentType="" version="1" display=""><Package version="3"/>)"},
+  };
+  std::string devices;
+  std::string outcomes;
+  for (const auto& [listed, device, application] : rows) {
+    devices += listed;
+    outcomes += "<Device " + device + R"( display="">)" + application +
+                R"(<SPStatus result="false">)" + messageElement(36) +
+                "</SPStatus></Application></Device>";
+  }
+  const UpdatePackage package(inValidation(devices));
   package.add("a.inf", infWith({"1502"}));
-  EXPECT_EQ(
-      package.update().output,
-      executionDocument(reported(none, empty) + reported(none, empty) +
-                        reported(R"(vendorID="12345678" deviceID="0ABC" subDeviceID="0000")"
-                                 R"( subVendorID="0001")",
-                                 empty) +
-                        // An attribute that a start tag lacks is taken from further on.
-                        reported(none, R"(<Application componentType="" version="1" display="">)"
-                                       R"(<Package version="3"/>)")));
+  EXPECT_EQ(package.update().output, executionDocument(outcomes));
 }
 
 TEST(Update, Names_AreWellFormedWhateverTheyHold) {
@@ -286,7 +293,6 @@ TEST(Update, Names_AreWellFormedWhateverTheyHold) {
       {"A & B", "A &amp; B"},
       {"it&apos;s &quot;it&quot;", "it&apos;s &quot;it&quot;"},
       {"100 %s%n &#38;", "100 %s%n &amp;#38;"},
-      {"Intel\xC2\xAE X710", "Intel\xC2\xAE X710"},
       {"\xE7\xBD\x91\xE5\x8D\xA1", "\xE7\xBD\x91\xE5\x8D\xA1"},
       {"a\x01z\xFF", "a\xEF\xBF\xBDz\xC3\xBF"},
   };
@@ -327,7 +333,7 @@ TEST(Update, PackageFile_ReachesTheLibraryWhole) {
       {"", ""},
       {"\xFF\xFE", "\xFF\xFE"},
       {"\xE9<", {"\xE9\0<\0", 4}},
-      {{"\xFF\xFE<\0P\0>", 7}, {"\xFF\xFE<\0P\0", 6}},
+      {{"\xFF\xFE\x51\x7FP\0>", 7}, {"\xFF\xFE\x51\x7FP\0", 6}},
       {{"a\0b", 3}, {"a\0", 2}},
   };
   for (const auto& [file, given] : rows) {

@@ -5,23 +5,13 @@
 #include "app/DeviceStatus.h"
 #include "install/CInf.h"
 #include "install/DriverUpdate.h"
-#include "log/DebugWriter.h"
 #include "support/Files.h"
+#include "support/Trace.h"
 
 namespace tolvanix::test {
 namespace {
 
 constexpr char kVersion[] = "[Version]\nSignature=\"$Windows NT$\"\nClass=Display\n";
-
-// What is traced meanwhile.
-template <typename Work>
-std::string traceOf(Work work) {
-  DebugWriter().initialize(kTraceSteps, kTargetFile, "trace.log");
-  work();
-  DebugWriter().initialize(0, kTargetNone, "");
-  const std::string traced = readText("trace.log");
-  return traced.substr(traced.find("trace.log\n") + 10);
-}
 
 TEST(CInf, Open_FindsPathClassAndGuid) {
   const CurrentTempDir folder;
@@ -35,6 +25,15 @@ TEST(CInf, Open_FindsPathClassAndGuid) {
       EXPECT_EQ(inf.getClassGuid().Data1, 0x4d36e968U);
     }
   }
+}
+
+TEST(CInf, Open_TakesAClassOf63Characters) {
+  const CurrentTempDir folder;
+  const std::string name(63, 'C');
+  writeFile(folder / "test.inf", "[Version]\nSignature=\"$Windows NT$\"\nClass=" + name + '\n');
+  CInf inf;
+  EXPECT_EQ(inf.Open("test.inf", 0), ERROR_SUCCESS);
+  EXPECT_EQ(inf.getClassName(), SPString(name));
 }
 
 TEST(CInf, Open_UnusableFile_GivesAnErrorAndTracesIt) {
@@ -84,11 +83,14 @@ TEST(DriverUpdate, NoHardwareId_IsADeviceStatus) {
   EXPECT_EQ(traceOf([] { EXPECT_EQ(DriverUpdate(nullptr, nullptr, 0), kDeviceNullHardwareId); }),
             "");
   char id[] = "PCI\\VEN_1DE4";
-  EXPECT_EQ(DriverUpdate(id, "none.inf", 0), kDeviceNamedInfNotFound);
+  EXPECT_TRUE(traceOf([&id] {
+                EXPECT_EQ(DriverUpdate(id, "none.inf", 0), kDeviceNamedInfNotFound);
+              }).ends_with("DriverUpdate: INF file was not found = none.inf\n"));
   EXPECT_TRUE(traceOf([] {
                 Win2kInstall("none.inf", "", 0);
               }).ends_with("\nWin2kInstall: Error: Unable to open INF file: none.inf\n"));
-  EXPECT_EQ(Win2kInstall("a.inf", nullptr, 0), kDeviceNoIdForInstall);
+  EXPECT_EQ(traceOf([] { EXPECT_EQ(Win2kInstall("a.inf", nullptr, 0), kDeviceNoIdForInstall); }),
+            "Win2kInstall: Entered function.\nWin2kInstall: Error: Hardware ID pointer is NULL.\n");
 }
 
 }  // namespace
