@@ -114,6 +114,9 @@ TEST(HardwareId, Search_LooksWhereverAnIdMayStand) {
       {model + ",PCI\\x_pci\\ven_1de4&dev_1234&subsys_0001abcd", id, true},
       {model + ", pci\\ven_1de4&dev_1234", id, true},
       {model + "," + id, "pci\\ven_1de4&dev_1234", true},
+      {model + ",PCI\\VEN_1DE4", "PCI\\X_PCI\\VEN_1DE4", true},
+      {model + "," + id + "&REV_02", id + "&rev_03", true},
+      {model + "," + id + "&REV_02", id + "&RE1", true},
       {model + ", USB\\OTHER, PCI\\NONE," + id, id, true},
       {model, id, true},  // no ID counts as an empty one
       {model + ",x," + std::string(400, 'y') + "," + id, id, true},

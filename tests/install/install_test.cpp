@@ -4,6 +4,7 @@
 
 #include "app/DeviceStatus.h"
 #include "install/CInf.h"
+#include "install/DevHelper.h"
 #include "install/DriverUpdate.h"
 #include "support/Files.h"
 #include "support/Trace.h"
@@ -62,18 +63,29 @@ TEST(CInf, Search_TracesEverySectionAndLine) {
     inf.setHardwareId("pci\\3");
     return traceOf([&inf] { inf.EnumManufacturers(); });
   };
-  EXPECT_EQ(trace("[Manufacturer]\n%m%=M,NT,None\n[M.NT]\na=i,PCI\\1,PCI\\11\n%c%=k,USB\\2,PCI\\3\n"
-                  "[Strings]\nm=Maker\nc=100% C\n"),
-            "EnumManufacturers->EnumDevices for mfg 1, Maker:M.\n"
-            "EnumDevices for model, M: no devices found.\n"
-            "EnumManufacturers->EnumDevices for mfg 2, Maker:M.NT.\n"
-            "EnumDevices for model, a:i\n"
-            "Search for HwID pci\\3: not found.\n"
-            "EnumDevices for model, 100% C:k\n"
-            "Search for HwID pci\\3: found. i = 1\n");
+  EXPECT_EQ(
+      trace("[Manufacturer]\nn=N\n%m%=M,NT,None\n[M.NT]\na=i,PCI\\1,PCI\\11\n%c%=k,USB\\2,PCI\\3\n"
+            "[Strings]\nm=Maker\nc=100% C\n"),
+      "EnumManufacturers->EnumDevices for mfg 1, n:N.\n"
+      "EnumDevices for model, N: no devices found.\n"
+      "EnumManufacturers->EnumDevices for mfg 1, Maker:M.\n"
+      "EnumDevices for model, M: no devices found.\n"
+      "EnumManufacturers->EnumDevices for mfg 2, Maker:M.NT.\n"
+      "EnumDevices for model, a:i\n"
+      "Search for HwID pci\\3: not found.\n"
+      "EnumDevices for model, 100% C:k\n"
+      "Search for HwID pci\\3: found. i = 1\n");
   const std::string error = trace("");  // the platform's, which it may have no text for
   EXPECT_TRUE(error.starts_with("\nCInf::EnumManufacturers, line = ")) << error;
   EXPECT_NE(error.find(", error code = -5368706"), std::string::npos) << error;
+}
+
+TEST(PrintError, TextWithAnInsert_IsTracedAsItIs) {
+  const CurrentTempDir folder;
+  const std::string trace = traceOf([] { PrintError(ERROR_BAD_EXE_FORMAT, "place", 7); });
+  const std::string start = "\nplace, line = 7, error code = 193, error msg = ";
+  EXPECT_TRUE(trace.starts_with(start)) << trace;
+  EXPECT_GT(trace.size(), start.size() + 2) << "the system has a text";
 }
 
 // What no command line can ask for; the rest stands in the whole runs of -uhid.
