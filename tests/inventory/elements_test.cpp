@@ -16,22 +16,9 @@ TEST(SPXMLDevice, WithoutAnIdentifier_NoNumberIsWritten) {
               SPUString(uR"(<Device componentID="C"  display="d" ></Device>)"));
 }
 
-TEST(SPXMLDevice, Getters_ReadNumbersOrMinusOne) {
-  const SPXMLDevice device(
-      uR"(<Device vendorID="FFFF" subVendorID="x" bus="0031" deviceID="1234" device="2" subDeviceID="123456789"/>)");
-  EXPECT_EQ(device.getVendorID(), 65535);
-  EXPECT_EQ(device.getSubVendorID(), -1);
-  EXPECT_EQ(device.getSubDeviceID(), -1) << "more than 32 bits";
-  EXPECT_EQ(device.getBus(), 31);
-  EXPECT_EQ(device.getDevice(), 1234) << "the text of deviceID comes first";
-  EXPECT_EQ(device.getFunction(), -1);
-}
-
 TEST(SPXMLApplication, PackageVersion_IsTheLastPackagesAndFillsAMissingVersion) {
   const SPXMLApplication application(
       uR"(<Application display="d"><Package version="A04"/><Package version="A05"/></Application>)");
-  EXPECT_TRUE(application.getPackageVersion() == SPUString(u"A05"));
-  EXPECT_TRUE(application.getVersion() == SPUString(u"A04")) << "the search runs on to the child";
   EXPECT_TRUE(
       application.generateXML() ==
       SPUString(
