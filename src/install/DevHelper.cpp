@@ -35,9 +35,12 @@ DWORD GetField(INFCONTEXT& context, unsigned index, std::string& text) {
 }
 
 DWORD FindField(INFCONTEXT& context, unsigned index) {
-  DWORD size = 0;
-  const BOOL found = SetupGetStringFieldA(&context, index, nullptr, 0, &size);
-  return found != FALSE ? ERROR_SUCCESS : reportFieldError(__LINE__);
+  // No room but for an empty text: a field that does not fit is there, too, and the platform need
+  // not put it together.
+  char room = '\0';
+  const BOOL copied = SetupGetStringFieldA(&context, index, &room, sizeof room, nullptr);
+  if (copied != FALSE || GetLastError() == ERROR_INSUFFICIENT_BUFFER) return ERROR_SUCCESS;
+  return reportFieldError(__LINE__);
 }
 
 DWORD lastErrorOr(DWORD fallback) {

@@ -131,14 +131,16 @@ TEST_F(Inf, StringField_SizesAndBuffers) {
   EXPECT_FALSE(SetupFindFirstLineA(inf.get(), "none", nullptr, &line));
   EXPECT_GE(GetLastError(), ERROR_SECTION_NOT_FOUND);
   ASSERT_TRUE(SetupFindFirstLineA(inf.get(), "S", nullptr, &line));
-  EXPECT_TRUE(SetupGetStringFieldA(&line, 1, nullptr, 0, nullptr));
-  EXPECT_FALSE(SetupGetStringFieldA(&line, 2, nullptr, 0, nullptr));
   DWORD size = 0;
+  EXPECT_FALSE(SetupGetStringFieldA(&line, 2, nullptr, 0, &size));
   EXPECT_TRUE(SetupGetStringFieldA(&line, 1, nullptr, 0, &size));
   EXPECT_EQ(size, 4U);
   char text[4] = "x";
-  EXPECT_FALSE(SetupGetStringFieldA(&line, 1, text, 3, &size));
-  EXPECT_EQ(GetLastError(), ERROR_INSUFFICIENT_BUFFER);
+  for (const DWORD room : {1U, 3U}) {
+    EXPECT_FALSE(SetupGetStringFieldA(&line, 1, text, room, nullptr));
+    EXPECT_EQ(GetLastError(), ERROR_INSUFFICIENT_BUFFER);
+    EXPECT_STREQ(text, "x");
+  }
   EXPECT_TRUE(SetupGetStringFieldA(&line, 1, text, 4, &size));
   EXPECT_STREQ(text, "abc");
 }

@@ -68,6 +68,9 @@ BOOL answer(HINF inf, std::optional<InfPosition> position, INFCONTEXT* context) 
 
 BOOL copyField(InfFile& file, std::string_view field, char* buffer, DWORD size,
                DWORD* requiredSize) {
+  // Nobody learns what names in it stand for: a line is asked for its key in this way.
+  const bool hopeless = buffer != nullptr && size <= 1 && requiredSize == nullptr;
+  if (hopeless && !field.empty()) return fail(ERROR_INSUFFICIENT_BUFFER);
   const std::string_view text = file.expand(field);
   if (requiredSize != nullptr) *requiredSize = static_cast<DWORD>(text.size() + 1);
   if (buffer == nullptr) return TRUE;
@@ -123,7 +126,5 @@ BOOL SetupGetStringFieldA(INFCONTEXT* context, DWORD fieldIndex, char* buffer, D
   const InfLine* const line = lineOf(file, *context);
   if (line == nullptr) return FALSE;
   if (!line->has(fieldIndex)) return fail(ERROR_INVALID_PARAMETER);
-  // Without outputs it is the bare question whether the line has the field.
-  if (buffer == nullptr && requiredSize == nullptr) return TRUE;
   return copyField(*file, *line->field(fieldIndex), buffer, size, requiredSize);
 }
