@@ -16,11 +16,19 @@ TEST(SPXMLDevice, WithoutAnIdentifier_NoNumberIsWritten) {
 
 TEST(SPXMLApplication, PackageVersion_IsTheLastPackagesAndFillsAMissingVersion) {
   const SPXMLApplication application(
-      uR"(<Application display="d"><Package version="A04"/><Package version="A05"/></Application>)");
+      uR"(<Application display="d"><Package version="A04"/><Package version="A05"/><Package/></Application>)");
   EXPECT_TRUE(
       application.generateXML() ==
       SPUString(
           uR"(<Application version="A04"  display="d" ><Package version="A05" ></Package></Application>)"));
+}
+
+TEST(SPXMLApplication, WritesWhatItIsMadeOf) {
+  EXPECT_TRUE(
+      SPXMLApplication(SPUString(u"d"), SPString("c"), SPString("s"), SPString("v"))
+          .generateXML() ==
+      SPUString(
+          uR"(<Application componentType="c"  subComponentID="s"  version="v"  display="d" ></Application>)"));
 }
 
 TEST(SPXMLData, Reading_TakesDevicesAtAnyDepthAndTheLastStatus) {
@@ -33,8 +41,10 @@ TEST(SPXMLData, Reading_TakesDevicesAtAnyDepthAndTheLastStatus) {
       text.starts_with(u"<R lang=\"de\" ><System systemID=\"1A\"  systemModel=\"M\" ></System>"));
   EXPECT_EQ(text.find(u"Validation"), SPUString::npos) << "there is a device";
   EXPECT_NE(text.find(u"<SPStatus result=\"b\" >"), SPUString::npos);
-  EXPECT_NE(SPXMLData(u"<R><Validation type=\"hard\"/></R>").generateXML().find(u"type=\"hard\""),
-            SPUString::npos);
+  const SPUString other =
+      SPXMLData(u"<R><System systemID=\"0\"/><Validation type=\"hard\"/></R>").generateXML();
+  EXPECT_TRUE(other.starts_with(u"<R><OperatingSystem "));
+  EXPECT_NE(other.find(u"type=\"hard\""), SPUString::npos);
 }
 
 TEST(SPXMLOSInfo, ReadingADocumentWithoutArchitecture_SaysNotAvailable) {
