@@ -7,11 +7,27 @@
 namespace tolvanix::test {
 namespace {
 
-TEST(SPXMLDevice, WithoutAnIdentifier_NoNumberIsWritten) {
-  const SPXMLDevice device(
-      uR"(<Device deviceID="0DF8" subDeviceID="1" subVendorID="2" bus="1" componentID="C" display="d"/>)");
-  EXPECT_TRUE(device.generateXML() ==
-              SPUString(uR"(<Device componentID="C"  display="d" ></Device>)"));
+TEST(SPXMLDevice, WithoutAnIdentifier_NeitherTheOthersNorThePlaceAreWritten) {
+  const std::u16string names[] = {u"vendorID", u"deviceID", u"subDeviceID", u"subVendorID"};
+  for (const std::u16string& missing : names) {
+    std::u16string text = u"<Device bus=\"1\" enum=\"3\" componentID=\"C\" display=\"d\"";
+    for (const std::u16string& name : names) {
+      if (name != missing) text += u' ' + name + u"=\"1\"";
+    }
+    EXPECT_TRUE(SPXMLDevice(text + u"/>").generateXML() ==
+                SPUString(uR"(<Device componentID="C"  enum="3"  display="d" ></Device>)"));
+  }
+}
+
+TEST(SPXMLDevice, WritesWhatItRead) {
+  EXPECT_TRUE(
+      SPXMLDevice(
+          uR"(<Device device="5" vendorID="1" deviceID="2" subDeviceID="3" subVendorID="4" bus="x" function="6" display="d">)"
+          uR"(<Validation type="soft"/><Application display="a"/><SPStatus result="a"/><SPStatus result="b"/></Device>)")
+          .generateXML() ==
+      SPUString(
+          uR"(<Device vendorID="1"  deviceID="2"  subDeviceID="3"  subVendorID="4"  device="5"  function="6"  display="d" >)"
+          uR"(<Application display="a" ></Application><Validation type="soft" ></Validation><SPStatus result="b" ></SPStatus></Device>)"));
 }
 
 TEST(SPXMLApplication, PackageVersion_IsTheLastPackagesAndFillsAMissingVersion) {

@@ -12,8 +12,8 @@ namespace tolvanix::test {
 namespace {
 
 TEST(SPString, CompareMode_DecidesEqualityAndOrder) {
-  SPString upper("ABC");
-  const SPString lower("abc");
+  SPString upper("ABZ");
+  const SPString lower("abz");
   EXPECT_FALSE(upper == lower);
   EXPECT_EQ(upper.compare(lower, kCaseSensitive), -1);
   upper.setCompareMode(kCaseInsensitive);
