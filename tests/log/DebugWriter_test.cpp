@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "support/Files.h"
+#include "support/Trace.h"
 
 namespace tolvanix::test {
 namespace {
@@ -35,6 +36,11 @@ TEST(DebugWriter, Target_IsASetOfOutputs) {
   EXPECT_EQ(debugTrace("abc"), -1);
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "") << "nothing goes elsewhere then";
   DebugWriter().initialize(0, kTargetNone, "");
+}
+
+TEST(DebugWriter, NoDocument_IsPassedOver) {
+  const CurrentTempDir folder;
+  EXPECT_EQ(traceOf([] { DebugWriter().dumpXML(nullptr, "None"); }), "");
 }
 
 }  // namespace
