@@ -110,6 +110,8 @@ TEST(CommandLine, DebugFile_StartsWithItsSettings) {
   const std::string longest = debugFileName(255);
   package.run({"-uhid", "-d=1", "-e", longest});
   EXPECT_EQ(readText(package / "e.log"), "loglevel=1\nlogtarget=1\nlogpathfile=" + longest + '\n');
+  package.run({"-uhid", "-e", debugFileName(256)});
+  EXPECT_FALSE(exists(package / "e.lo")) << "a cut name is that of another file";
 }
 
 // Without a file the trace stands before the document. Level 2 has the error lines alone.

@@ -272,7 +272,7 @@ TEST(Update, DeviceThatTellsLittle_IsReportedWithTheDefaults) {
       {R"(<Device bus="0" vendorID="FFFFFFFF0" deviceID="F" subDeviceID="FFFFF" subVendorID="x" function="+7"/>)",
        R"(vendorID="FFFFFFFF" deviceID="000F" subDeviceID="FFFFF" subVendorID="FFFFFFFF" bus="0" device="-1" function="7")",
        empty},
-      {R"(<Device><Application><Package version="1"/><Package version="3"/></Application></Device>)",
+      {R"(<Device><Application><Package version="1"/><Package version="3"/></Application><Application version="9"/></Device>)",
        none, R"(<Application componentType="" version="1" display=""><Package version="3"/>)"},
   };
   std::string devices;
@@ -359,8 +359,8 @@ TEST(Update, Trace_TellsEachStep) {
   EXPECT_EQ(package.trace({"-d=2"}), "loglevel=2\n" + header);
   EXPECT_EQ(package.trace({}), "loglevel=0\n" + header);
   EXPECT_EQ(only(package.trace({"-d=4"}),
-                 {"LoadV", "CIni", "action", "Perform", "Verify", "converted wchar P",
-                  "converted wchar V", "Update", "runKiv", "FreeV", "Unload"}),
+                 {"LoadV", "CIni", "action", "Perform", "Verify", "converted wchar P", "P><Name",
+                  "converted wchar V", "<SVMV", "Update", "runKiv", "FreeV", "Unload"}),
             readText(fixture("traces/update.txt")));
 }
 

@@ -9,20 +9,44 @@
 namespace tolvanix::test {
 namespace {
 
-TEST(SPXMLDevice, WithoutAnIdentifier_NoNumberIsWritten) {
-  const SPXMLDevice device(
-      uR"(<Device deviceID="0DF8" subDeviceID="1" subVendorID="2" bus="1" componentID="C" display="d"/>)");
-  EXPECT_TRUE(device.generateXML() ==
-              SPUString(uR"(<Device componentID="C"  display="d" ></Device>)"));
+TEST(SPXMLDevice, WithoutAnIdentifier_NeitherTheOthersNorThePlaceAreWritten) {
+  const std::u16string names[] = {u"vendorID", u"deviceID", u"subDeviceID", u"subVendorID"};
+  for (const std::u16string& missing : names) {
+    std::u16string text = u"<Device bus=\"1\" enum=\"3\" componentID=\"C\" display=\"d\"";
+    for (const std::u16string& name : names) {
+      if (name != missing) text += u' ' + name + u"=\"1\"";
+    }
+    EXPECT_TRUE(SPXMLDevice(text + u"/>").generateXML() ==
+                SPUString(uR"(<Device componentID="C"  enum="3"  display="d" ></Device>)"));
+  }
+}
+
+TEST(SPXMLDevice, WritesWhatItRead) {
+  EXPECT_TRUE(
+      SPXMLDevice(
+          uR"(<Device device="5" vendorID="1" deviceID="2" subDeviceID="3" subVendorID="4" bus="x" function="6" display="d">)"
+          uR"(<Validation type="soft"/><Application display="a"/><SPStatus result="a"/><SPStatus result="b"/></Device>)")
+          .generateXML() ==
+      SPUString(
+          uR"(<Device vendorID="1"  deviceID="2"  subDeviceID="3"  subVendorID="4"  device="5"  function="6"  display="d" >)"
+          uR"(<Application display="a" ></Application><Validation type="soft" ></Validation><SPStatus result="b" ></SPStatus></Device>)"));
 }
 
 TEST(SPXMLApplication, PackageVersion_IsTheLastPackagesAndFillsAMissingVersion) {
   const SPXMLApplication application(
-      uR"(<Application display="d"><Package version="A04"/><Package version="A05"/></Application>)");
+      uR"(<Application display="d"><Package version="A04"/><Package version="A05"/><Package/></Application>)");
   EXPECT_TRUE(
       application.generateXML() ==
       SPUString(
           uR"(<Application version="A04"  display="d" ><Package version="A05" ></Package></Application>)"));
+}
+
+TEST(SPXMLApplication, WritesWhatItIsMadeOf) {
+  EXPECT_TRUE(
+      SPXMLApplication(SPUString(u"d"), SPString("c"), SPString("s"), SPString("v"))
+          .generateXML() ==
+      SPUString(
+          uR"(<Application componentType="c"  subComponentID="s"  version="v"  display="d" ></Application>)"));
 }
 
 TEST(SPXMLData, Reading_TakesDevicesAtAnyDepthAndTheLastStatus) {
@@ -35,8 +59,10 @@ TEST(SPXMLData, Reading_TakesDevicesAtAnyDepthAndTheLastStatus) {
       text.starts_with(u"<R lang=\"de\" ><System systemID=\"1A\"  systemModel=\"M\" ></System>"));
   EXPECT_EQ(text.find(u"Validation"), SPUString::npos) << "there is a device";
   EXPECT_NE(text.find(u"<SPStatus result=\"b\" >"), SPUString::npos);
-  EXPECT_NE(SPXMLData(u"<R><Validation type=\"hard\"/></R>").generateXML().find(u"type=\"hard\""),
-            SPUString::npos);
+  const SPUString other =
+      SPXMLData(u"<R><System systemID=\"0\"/><Validation type=\"hard\"/></R>").generateXML();
+  EXPECT_TRUE(other.starts_with(u"<R><OperatingSystem "));
+  EXPECT_NE(other.find(u"type=\"hard\""), SPUString::npos);
 }
 
 TEST(SPXMLOSInfo, ReadingADocumentWithoutArchitecture_SaysNotAvailable) {

@@ -12,8 +12,8 @@ namespace tolvanix::test {
 namespace {
 
 TEST(SPString, CompareMode_DecidesEqualityAndOrder) {
-  SPString upper("ABC");
-  const SPString lower("abc");
+  SPString upper("ABZ");
+  const SPString lower("abz");
   EXPECT_FALSE(upper == lower);
   EXPECT_EQ(upper.compare(lower, kCaseSensitive), -1);
   upper.setCompareMode(kCaseInsensitive);
@@ -71,8 +71,17 @@ TEST(Conversion, ToXmlUtf8_IsAlwaysUtf8ThatXmlAllows) {
       {u"\u00E7\u00BD", "\xC3\xA7\xC2\xBD"},                                  // cut-off UTF-8
       {u"vid\u00E9o PCI", "vid\xC3\xA9o PCI"},                                // no tail follows
       {u"\u00C3\u00E9", "\xC3\x83\xC3\xA9"},
-      {u"\u00F0\u009F\u0092\u00BE", "\xF0\x9F\x92\xBE"},    // four bytes
-      {u"\u00C0\u0080", "\xC3\x80\xC2\x80"},                // overlong
+      {u"\u00F0\u009F\u0092\u00BE", "\xF0\x9F\x92\xBE"},                  // four bytes
+      {u"\u00F4\u0090\u0080\u0080", "\xC3\xB4\xC2\x90\xC2\x80\xC2\x80"},  // past Unicode
+      {{char16_t(0x7FF), char16_t(0x800), char16_t(0xE000), char16_t(0xFFFD)},
+       "\xDF\xBF\xE0\xA0\x80\xEE\x80\x80\xEF\xBF\xBD"},
+      {{char16_t(0xD800), char16_t(0xDC00), char16_t(0xDBFF), char16_t(0xDFFF)},
+       "\xF0\x90\x80\x80\xF4\x8F\xBF\xBF"},
+      {u"\u00DF\u00BF\u00EF\u00BD\u00A1\u00F4\u008F\u00BF\u00BD",
+       "\xDF\xBF\xEF\xBD\xA1\xF4\x8F\xBF\xBD"},
+      {u"\u00C0\u0080", "\xC3\x80\xC2\x80"},  // overlong
+      {u"\u00E0\u009F\u00BF", "\xC3\xA0\xC2\x9F\xC2\xBF"},
+      {u"\u00F0\u008F\u00BF\u00BD", "\xC3\xB0\xC2\x8F\xC2\xBF\xC2\xBD"},
       {u"\u00ED\u00A0\u0080", "\xC3\xAD\xC2\xA0\xC2\x80"},  // a surrogate in UTF-8
       {{u'a', char16_t(0xD83D), char16_t(0xD83D), char16_t(0xDE00)},
        "a\xEF\xBF\xBD\xF0\x9F\x98\x80"},
