@@ -2,14 +2,13 @@
 // subsystem 0493 1028).
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <regex>
-#include <sstream>
 
 #include "app/Status.h"
 #include "support/Package.h"
 #include "support/ResultDocument.h"
+#include "support/Trace.h"
 
 namespace tolvanix::test {
 namespace {
@@ -46,18 +45,6 @@ std::string infWith(const std::vector<std::string>& deviceIds) {
   for (const std::string& id : deviceIds)
     ids.push_back("PCI\\VEN_8086&DEV_" + id + "&SUBSYS_04931028");
   return infFile(ids);
-}
-
-// The lines of a trace that tell one of these things.
-std::string only(const std::string& trace, const std::vector<std::string>& beginnings) {
-  std::istringstream in(trace);
-  std::string kept;
-  for (std::string line; std::getline(in, line);) {
-    const bool keep = std::any_of(beginnings.begin(), beginnings.end(),
-                                  [&line](const auto& b) { return line.starts_with(b); });
-    if (keep) kept += line + '\n';
-  }
-  return kept;
 }
 
 // A package whose library answers this document.

@@ -16,25 +16,26 @@ constexpr char kVersion[] = "[Version]\nSignature=\"$Windows NT$\"\nClass=Displa
 
 TEST(CInf, Open_FindsPathClassAndGuid) {
   const CurrentTempDir folder;
-  for (const char* const guid : {"", "ClassGuid={4d36e968-e325-11ce-bfc1-08002be10318}\n"}) {
-    writeFile(folder / "test.inf", std::string(kVersion) + guid);
+  const std::string longest(63, 'C');
+  const struct {
+    std::string version;
+    std::string className;
+    DWORD guid;  // its first part
+  } rows[] = {
+      {"Class=Display\n", "Display", 0x4d36e968U},
+      {"Class=Display\nClassGuid={4d36e97d-e325-11ce-bfc1-08002be10318}\n", "Display", 0x4d36e97dU},
+      {"Class=" + longest + '\n', longest, 0},
+  };
+  for (const auto& row : rows) {
+    writeFile(folder / "test.inf", "[Version]\nSignature=\"$Windows NT$\"\n" + row.version);
     for (const char* const name : {"test.inf", "\"test.inf\"", ".\\test.inf"}) {
       CInf inf;
       EXPECT_EQ(inf.Open(name, 0), ERROR_SUCCESS) << name;
       EXPECT_EQ(inf.getPath(), SPString(".\\test.inf"));
-      EXPECT_EQ(inf.getClassName(), SPString("Display"));
-      EXPECT_EQ(inf.getClassGuid().Data1, 0x4d36e968U);
+      EXPECT_EQ(inf.getClassName(), SPString(row.className));
+      EXPECT_EQ(inf.getClassGuid().Data1, row.guid);
     }
   }
-}
-
-TEST(CInf, Open_TakesAClassOf63Characters) {
-  const CurrentTempDir folder;
-  const std::string name(63, 'C');
-  writeFile(folder / "test.inf", "[Version]\nSignature=\"$Windows NT$\"\nClass=" + name + '\n');
-  CInf inf;
-  EXPECT_EQ(inf.Open("test.inf", 0), ERROR_SUCCESS);
-  EXPECT_EQ(inf.getClassName(), SPString(name));
 }
 
 TEST(CInf, Open_UnusableFile_GivesAnErrorAndTracesIt) {

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <utility>
 
 #include "inventory/SPOSInfo.h"
 #include "inventory/SPXMLData.h"
@@ -9,42 +10,33 @@
 namespace tolvanix::test {
 namespace {
 
-TEST(SPXMLDevice, WithoutAnIdentifier_NeitherTheOthersNorThePlaceAreWritten) {
-  const std::u16string names[] = {u"vendorID", u"deviceID", u"subDeviceID", u"subVendorID"};
-  for (const std::u16string& missing : names) {
-    std::u16string text = u"<Device bus=\"1\" enum=\"3\" componentID=\"C\" display=\"d\"";
-    for (const std::u16string& name : names) {
-      if (name != missing) text += u' ' + name + u"=\"1\"";
-    }
-    EXPECT_TRUE(SPXMLDevice(text + u"/>").generateXML() ==
-                SPUString(uR"(<Device componentID="C"  enum="3"  display="d" ></Device>)"));
+TEST(SPXMLDevice, WritesWhatItRead) {
+  const std::pair<const char16_t*, const char16_t*> rows[] = {
+      {uR"(<Device device="5" vendorID="1" deviceID="2" subDeviceID="3" subVendorID="4" bus="x" function="6" enum="7" componentID="C" display="d">)"
+       uR"(<Validation type="soft"/><Application display="a"/><SPStatus result="a"/><SPStatus result="b"/></Device>)",
+       uR"(<Device componentID="C"  vendorID="1"  deviceID="2"  subDeviceID="3"  subVendorID="4"  device="5"  function="6"  enum="7"  display="d" >)"
+       uR"(<Application display="a" ></Application><Validation type="soft" ></Validation><SPStatus result="b" ></SPStatus></Device>)"},
+      // Without one of the identifiers, neither the others nor the place.
+      {uR"(<Device deviceID="2" subDeviceID="3" subVendorID="4" bus="5"/>)", u"<Device></Device>"},
+      {uR"(<Device vendorID="1" subDeviceID="3" subVendorID="4" bus="5"/>)", u"<Device></Device>"},
+      {uR"(<Device vendorID="1" deviceID="2" subVendorID="4" bus="5"/>)", u"<Device></Device>"},
+      {uR"(<Device vendorID="1" deviceID="2" subDeviceID="3" bus="5"/>)", u"<Device></Device>"},
+  };
+  for (const auto& [text, written] : rows) {
+    EXPECT_TRUE(SPXMLDevice(text).generateXML() == SPUString(written));
   }
 }
 
-TEST(SPXMLDevice, WritesWhatItRead) {
-  EXPECT_TRUE(
-      SPXMLDevice(
-          uR"(<Device device="5" vendorID="1" deviceID="2" subDeviceID="3" subVendorID="4" bus="x" function="6" display="d">)"
-          uR"(<Validation type="soft"/><Application display="a"/><SPStatus result="a"/><SPStatus result="b"/></Device>)")
-          .generateXML() ==
-      SPUString(
-          uR"(<Device vendorID="1"  deviceID="2"  subDeviceID="3"  subVendorID="4"  device="5"  function="6"  display="d" >)"
-          uR"(<Application display="a" ></Application><Validation type="soft" ></Validation><SPStatus result="b" ></SPStatus></Device>)"));
-}
-
 TEST(SPXMLApplication, PackageVersion_IsTheLastPackagesAndFillsAMissingVersion) {
-  const SPXMLApplication application(
+  const SPXMLApplication read(
       uR"(<Application display="d"><Package version="A04"/><Package version="A05"/><Package/></Application>)");
   EXPECT_TRUE(
-      application.generateXML() ==
+      read.generateXML() ==
       SPUString(
           uR"(<Application version="A04"  display="d" ><Package version="A05" ></Package></Application>)"));
-}
-
-TEST(SPXMLApplication, WritesWhatItIsMadeOf) {
+  const SPXMLApplication made(SPUString(u"d"), SPString("c"), SPString("s"), SPString("v"));
   EXPECT_TRUE(
-      SPXMLApplication(SPUString(u"d"), SPString("c"), SPString("s"), SPString("v"))
-          .generateXML() ==
+      made.generateXML() ==
       SPUString(
           uR"(<Application componentType="c"  subComponentID="s"  version="v"  display="d" ></Application>)"));
 }

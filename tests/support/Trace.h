@@ -1,7 +1,10 @@
-// The trace of a part of the program, for tests that run it in their own process.
+// What the program traces, and which of it a test looks at.
 #pragma once
 
+#include <algorithm>
+#include <sstream>
 #include <string>
+#include <vector>
 
 #include "log/DebugWriter.h"
 #include "support/Files.h"
@@ -16,6 +19,18 @@ std::string traceOf(Work work) {
   DebugWriter().initialize(0, kTargetNone, "");
   const std::string traced = readText("trace.log");
   return traced.substr(traced.find("trace.log\n") + 10);
+}
+
+// The lines of a trace that begin with one of these texts.
+inline std::string only(const std::string& trace, const std::vector<std::string>& beginnings) {
+  std::istringstream in(trace);
+  std::string kept;
+  for (std::string line; std::getline(in, line);) {
+    const bool keep = std::any_of(beginnings.begin(), beginnings.end(),
+                                  [&line](const auto& b) { return line.starts_with(b); });
+    if (keep) kept += line + '\n';
+  }
+  return kept;
 }
 
 }  // namespace tolvanix::test
