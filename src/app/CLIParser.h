@@ -36,7 +36,7 @@ class CLIParser {
   const char* getDebugFileName() const { return debugFileName; }
   const char* getOutputFileName() const { return outputFileName; }  // null: standard output
   const char* getPackageFileName() const { return packageFileName; }
-  char* getHardwareID() const { return hardwareID; }          // null: none given
+  const char* getHardwareID() const { return hardwareID; }    // null: none given
   const char* getINFFileName() const { return infFileName; }  // null: all INF files
   std::int32_t getCheckOnly() const { return checkOnly; }
 
@@ -58,7 +58,7 @@ class CLIParser {
   const char* debugFileName = "tolvanix_debug.log";
   const char* outputFileName = nullptr;
   const char* packageFileName = "package.xml";
-  char* hardwareID = nullptr;
+  const char* hardwareID = nullptr;
   const char* infFileName = nullptr;
   std::int32_t checkOnly = 0;
 };

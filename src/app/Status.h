@@ -56,7 +56,7 @@ enum Status : int {
 
 constexpr int kStatusCount = 41;
 
-// The text of each status, by its number. The texts hold no markup: they stand in the result
+// The text of each status, by its number. The texts hold no markup: they go into the result
 // document as they are.
 extern const std::array<const char*, kStatusCount> kStatusTexts;
 

@@ -1,8 +1,8 @@
 #include "install/DriverUpdate.h"
 
-#include <cstring>
 #include <new>
 #include <string>
+#include <string_view>
 
 #include "install/CDevInfoSet.h"
 #include "install/CInf.h"
@@ -12,11 +12,12 @@
 
 namespace tolvanix {
 
-std::int32_t DriverUpdate(char* hardwareId, const char* infName, int checkOnly) try {
-  if (hardwareId == nullptr) return kDeviceNullHardwareId;
-  if (char* const revision = std::strstr(hardwareId, "&REV")) *revision = '\0';
+std::int32_t DriverUpdate(const char* givenId, const char* infName, int checkOnly) try {
+  if (givenId == nullptr) return kDeviceNullHardwareId;
+  const std::string_view given = givenId;
+  const std::string hardwareId(given.substr(0, given.find("&REV")));
   traceStep("DriverUpdate: Entered function.\n");
-  traceStep("DriverUpdate: Hardware ID = %s\n", hardwareId);
+  traceStep("DriverUpdate: Hardware ID = %s\n", hardwareId.c_str());
   traceStep("DriverUpdate: check INF   = %d\n", checkOnly);
   traceStep("DriverUpdate: INF file    = %s\n", infName != nullptr ? infName : "<NULL>");
 
@@ -33,7 +34,7 @@ std::int32_t DriverUpdate(char* hardwareId, const char* infName, int checkOnly) 
   do {
     const std::string path = files.GetFullPath();
     traceStep("DriverUpdate: Found INF file = %s\n", path.c_str());
-    status = Win2kInstall(path.c_str(), hardwareId, checkOnly);
+    status = Win2kInstall(path.c_str(), hardwareId.c_str(), checkOnly);
     traceStep("DriverUpdate: status from Win2kInstall() = %d\n", status);
     switch (status) {
       case kDeviceCheckFound:

@@ -4,21 +4,13 @@
 #include <cstdint>
 #include <cstring>
 
+#include "text/Ascii.h"
+
 namespace tolvanix {
 
 namespace {
 
 constexpr std::string_view kRevision = "&REV";
-
-char toUpper(char c) {
-  return static_cast<char>(c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c);
-}
-
-std::string toUpper(std::string_view text) {
-  std::string upper(text);
-  for (char& c : upper) c = toUpper(c);
-  return upper;
-}
 
 // How many characters the texts have in common at their start; `upper` is in upper case.
 std::size_t commonStart(std::string_view text, std::string_view upper) {
@@ -56,7 +48,7 @@ bool WantedId::matches(std::string_view listed) const {
 bool WantedId::firstComesAgain(std::string_view listed) const {
   if (listed.size() <= wanted.size()) return false;
   const char first = wanted[0];
-  const char lower = static_cast<char>(first >= 'A' && first <= 'Z' ? first - 'A' + 'a' : first);
+  const char lower = toLower(first);
   return listed.find(first, 1) != std::string_view::npos ||
          listed.find(lower, 1) != std::string_view::npos;
 }

@@ -2,6 +2,8 @@
 
 #include <cstddef>
 
+#include "text/Ascii.h"
+
 namespace tolvanix {
 namespace {
 
@@ -13,13 +15,9 @@ std::string_view takeToken(std::string_view& rest, char separator) {
   return token;
 }
 
-// The number behind the four characters of "VEN_" or "DEV_".
-std::uint16_t numberBehindName(std::string_view field) {
+// The number after the four characters of "VEN_" or "DEV_".
+std::uint16_t numberAfterName(std::string_view field) {
   return field.size() > 4 ? ParseHexNumber(field.substr(4)) : std::uint16_t{0};
-}
-
-bool isDecimalDigit(char c) {
-  return c >= '0' && c <= '9';
 }
 
 }  // namespace
@@ -27,17 +25,9 @@ bool isDecimalDigit(char c) {
 std::uint16_t ParseHexNumber(std::string_view text) {
   unsigned number = 0;
   for (const char c : text) {
-    unsigned digit = 0;
-    if (isDecimalDigit(c)) {
-      digit = static_cast<unsigned>(c - '0');
-    } else if (c >= 'A' && c <= 'F') {
-      digit = static_cast<unsigned>(c - 'A') + 10;
-    } else if (c >= 'a' && c <= 'f') {
-      digit = static_cast<unsigned>(c - 'a') + 10;
-    } else {
-      break;
-    }
-    number = number * 16 + digit;
+    const int digit = hexDigitValue(c);
+    if (digit < 0) break;
+    number = number * 16 + static_cast<unsigned>(digit);
   }
   return static_cast<std::uint16_t>(number);
 }
@@ -46,8 +36,8 @@ void ParseHardwareId(DeviceRecord& record) {
   std::string_view rest = record.hardwareID;
   takeToken(rest, '\\');  // the bus
   std::string_view identifiers = takeToken(rest, '\\');
-  record.vendorID = numberBehindName(takeToken(identifiers, '&'));
-  record.deviceID = numberBehindName(takeToken(identifiers, '&'));
+  record.vendorID = numberAfterName(takeToken(identifiers, '&'));
+  record.deviceID = numberAfterName(takeToken(identifiers, '&'));
   std::string_view subsystem = takeToken(identifiers, '&');
   takeToken(subsystem, '_');
   const std::string_view value = takeToken(subsystem, '_');

@@ -3,7 +3,6 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "app/KivWrapper.h"
@@ -14,6 +13,7 @@
 #include "inventory/SPXMLApplication.h"
 #include "inventory/SPXMLData.h"
 #include "inventory/SPXMLDevice.h"
+#include "text/Ascii.h"
 #include "winapi/winapi.h"
 
 namespace tolvanix {
@@ -25,23 +25,14 @@ struct DeviceRecordsDeleter {
 };
 using DeviceRecords = std::unique_ptr<DeviceRecord, DeviceRecordsDeleter>;
 
-// What follows the first record, which is freed: its memory serves the document.
-DeviceRecords withoutFirst(DeviceRecords records) {
-  return DeviceRecords(std::exchange(records->next, nullptr));
-}
-
 constexpr std::string_view kWhiteSpace = " \t\n\v\f\r";
 
 // Without trailing white space, in lower case.
 std::string normalizedName(std::string_view name) {
-  std::string text(name.substr(0, name.find_last_not_of(kWhiteSpace) + 1));
-  std::transform(text.begin(), text.end(), text.begin(), [](char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-  });
-  return text;
+  return toLower(name.substr(0, name.find_last_not_of(kWhiteSpace) + 1));
 }
 
-// The device's name, with " Driver" behind it unless it ends in that word already.
+// The device's name, followed by " Driver" unless it ends in that word already.
 SPUString driverDisplayName(const char* deviceName) {
   const std::string normalized = normalizedName(deviceName);
   const bool namesDriver = normalized.ends_with("driver");
@@ -75,7 +66,8 @@ SPXMLDevice describeDevice(const DeviceRecord& record) {
 int KivWrapper::GetInventory(const char* language) {
   traceStep("GetInventory: Entered function.\n");
   try {
-    DeviceRecords records(EnumeratePciDevices(nullptr, nullptr, DIGCF_PRESENT | DIGCF_ALLCLASSES));
+    const DeviceRecords records(
+        EnumeratePciDevices(nullptr, nullptr, DIGCF_PRESENT | DIGCF_ALLCLASSES));
     if (records == nullptr && GetLastError() == ERROR_NOT_ENOUGH_MEMORY) return kInventoryFailed;
     constexpr std::uint32_t kNoSystemID = 0xFFFFFFFF;
     SPXMLData document(SPString("SVMInventory"), SPString(language), kNoSystemID);
@@ -85,9 +77,9 @@ int KivWrapper::GetInventory(const char* language) {
     std::vector<VendorFilter> entries;
     configuration.GetConfigFileEntries(entries);
 
-    for (; records != nullptr; records = withoutFirst(std::move(records))) {
-      traceStep("%s\n", records->hardwareID);
-      if (!FilterDeviceInventory(*records, entries)) document.addDevice(describeDevice(*records));
+    for (const DeviceRecord* record = records.get(); record != nullptr; record = record->next) {
+      traceStep("%s\n", record->hardwareID);
+      if (!FilterDeviceInventory(*record, entries)) document.addDevice(describeDevice(*record));
     }
     traceStep("GetInventory: At end of list of hardware IDs.\n");
 

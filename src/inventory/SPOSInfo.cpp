@@ -51,10 +51,11 @@ void SPOSInfo::measureVersion() {
   minorVersion = version.dwMinorVersion;
   spMajorVersion = version.wServicePackMajor;
   spMinorVersion = version.wServicePackMinor;
-  if (majorVersion == 6 && minorVersion == 2) minorVersion = minorVersionBehind62(verifyVersion6);
+  if (majorVersion == 6 && minorVersion == 2)
+    minorVersion = minorVersionOfReported62(verifyVersion6);
 }
 
-std::uint32_t minorVersionBehind62(const std::function<std::uint32_t(std::uint32_t)>& verify) {
+std::uint32_t minorVersionOfReported62(std::uint32_t (*verify)(std::uint32_t minor)) {
   constexpr std::uint32_t kReported = 2;
   constexpr std::uint32_t kLast = 5;
   for (std::uint32_t minor = kReported; minor <= kLast; ++minor) {

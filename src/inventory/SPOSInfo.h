@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 
 #include "text/SPUString.h"
 
@@ -19,8 +18,6 @@ class SPOSInfo {
   const SPUString& getArch() const { return osArch; }
 
  protected:
-  friend class SPXMLOSInfo;  // writes a measurement of its own, not itself
-
   SPUString osArch;  // "x64" or "ia64"; "na" after reading a document that does not tell
   std::uint32_t majorVersion = 0;
   std::uint32_t minorVersion = 0;
@@ -32,8 +29,8 @@ class SPOSInfo {
   void measureVersion();
 };
 
-// The minor version behind a reported 6.2, which later systems report for compatibility.
+// The minor version of a system that reports 6.2, which later systems do for compatibility.
 // `verify(minor)` asks the system whether it is 6.minor: 0 for yes, otherwise the error code.
-std::uint32_t minorVersionBehind62(const std::function<std::uint32_t(std::uint32_t)>& verify);
+std::uint32_t minorVersionOfReported62(std::uint32_t (*verify)(std::uint32_t minor));
 
 }  // namespace tolvanix

@@ -1,8 +1,6 @@
 #include "inventory/SPXMLApplication.h"
 
-#include <utility>
-
-#include "xml/Tags.h"
+#include "xml/SPXMLObject.h"
 #include "xml/XMLQuery.h"
 
 namespace tolvanix {
@@ -20,18 +18,12 @@ SPXMLApplication::SPXMLApplication(const SPUString& name, const SPString& type,
 }
 
 SPUString SPXMLApplication::generateXML() const {
-  std::u16string element;
-  appendXML(element);
-  return SPUString(std::move(element));
-}
-
-void SPXMLApplication::appendXML(std::u16string& out) const {
-  appendStartTag(out, kElementName, {&componentType, &subComponentID, &version, &display});
+  SPUString package;
   if (!packageVersion.getValue().empty()) {
-    appendStartTag(out, u"Package", {&packageVersion});
-    appendEndTag(out, u"Package");
+    package = SPXMLObject::buildElement(SPUString(u"Package"), {packageVersion}, SPUString());
   }
-  appendEndTag(out, kElementName);
+  return SPXMLObject::buildElement(SPUString(kElementName),
+                                   {componentType, subComponentID, version, display}, package);
 }
 
 void SPXMLApplication::parseXML(std::u16string_view text) {

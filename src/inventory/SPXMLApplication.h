@@ -16,8 +16,6 @@ class SPXMLApplication : public SPXMLGenerator {
 
   SPUString generateXML() const override;
   void parseXML(std::u16string_view text) override;
-  // Appends what `generateXML` answers.
-  void appendXML(std::u16string& out) const;
 
   void setDisplay(const SPUString& name) { display.setValue(name); }
 

@@ -25,7 +25,7 @@ class SPXMLData : public SPXMLGenerator {
   explicit SPXMLData(std::u16string_view text) { SPXMLData::parseXML(text); }
   SPXMLData(const SPXMLData&) = delete;
   SPXMLData& operator=(const SPXMLData&) = delete;
-  ~SPXMLData() override;
+  ~SPXMLData() override = default;
 
   void addDevice(SPXMLDevice device) { devices.push_back(std::move(device)); }
   const std::list<SPXMLDevice>& getDevices() const { return devices; }
@@ -35,7 +35,7 @@ class SPXMLData : public SPXMLGenerator {
   void parseXML(std::u16string_view text) override;
 
  private:
-  void appendSystem(std::u16string& out) const;
+  SPUString systemElement() const;  // empty when there is no system ID
 
   SPUString rootName;
   SPXMLAttribute lang{u"lang"};

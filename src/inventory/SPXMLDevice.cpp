@@ -1,10 +1,9 @@
 #include "inventory/SPXMLDevice.h"
 
 #include <string_view>
-#include <utility>
 
 #include "xml/Numbers.h"
-#include "xml/Tags.h"
+#include "xml/SPXMLObject.h"
 #include "xml/XMLQuery.h"
 
 namespace tolvanix {
@@ -67,33 +66,24 @@ std::int32_t SPXMLDevice::getFunction() const {
 }
 
 SPUString SPXMLDevice::generateXML() const {
-  std::u16string element;
-  appendXML(element);
-  return SPUString(std::move(element));
+  SPUString children;
+  for (const SPXMLApplication& application : applications) children += application.generateXML();
+  for (const SPXMLValidation& validation : validations) children += validation.generateXML();
+  if (status) children += status->generateXML();
+  return SPXMLObject::buildElement(SPUString(kElementName), writtenAttributes(), children);
 }
 
-void SPXMLDevice::appendXML(std::u16string& out) const {
-  appendStartTag(out, kElementName, writtenAttributes());
-  for (const SPXMLApplication& application : applications) application.appendXML(out);
-  for (const SPXMLValidation& validation : validations) out += validation.generateXML();
-  for (const SPXMLStatus& outcome : status) out += outcome.generateXML();
-  appendEndTag(out, kElementName);
-}
-
-std::vector<const SPXMLAttribute*> SPXMLDevice::writtenAttributes() const {
-  constexpr std::size_t kMost = 10;
-  std::vector<const SPXMLAttribute*> written;
-  written.reserve(kMost);
-  written.push_back(&componentID);
+std::vector<SPXMLAttribute> SPXMLDevice::writtenAttributes() const {
+  std::vector<SPXMLAttribute> written = {componentID};
   if (holdsNumber(vendorID) && holdsNumber(deviceID) && holdsNumber(subVendorID) &&
       holdsNumber(subDeviceID)) {
-    written.insert(written.end(), {&vendorID, &deviceID, &subDeviceID, &subVendorID});
-    for (const SPXMLAttribute* place : {&bus, &device, &function}) {
-      if (holdsNumber(*place)) written.push_back(place);
+    written.insert(written.end(), {vendorID, deviceID, subDeviceID, subVendorID});
+    for (const SPXMLAttribute& place : {bus, device, function}) {
+      if (holdsNumber(place)) written.push_back(place);
     }
   }
-  if (holdsNumber(enumerator)) written.push_back(&enumerator);
-  written.push_back(&display);
+  if (holdsNumber(enumerator)) written.push_back(enumerator);
+  written.push_back(display);
   return written;
 }
 
@@ -106,7 +96,7 @@ void SPXMLDevice::parseXML(std::u16string_view text) {
   xmlquery::readElements(text, u"Validation", validations);
   xmlquery::readElements(text, u"Application", applications);
   if (const auto last = xmlquery::lastElement(text, u"SPStatus"); !last.empty()) {
-    status.assign(1, SPXMLStatus(last));
+    status.emplace(last);
   }
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -39,11 +40,9 @@ class SPXMLDevice : public SPXMLGenerator {
 
   SPUString generateXML() const override;
   void parseXML(std::u16string_view text) override;
-  // Appends what `generateXML` answers.
-  void appendXML(std::u16string& out) const;
 
  private:
-  std::vector<const SPXMLAttribute*> writtenAttributes() const;
+  std::vector<SPXMLAttribute> writtenAttributes() const;
 
   SPXMLAttribute vendorID{u"vendorID"};  // the four identifiers: hexadecimal
   SPXMLAttribute deviceID{u"deviceID"};
@@ -55,7 +54,7 @@ class SPXMLDevice : public SPXMLGenerator {
   SPXMLAttribute bus{u"bus"};  // the place: decimal
   SPXMLAttribute device{u"device"};
   SPXMLAttribute function{u"function"};
-  std::vector<SPXMLStatus> status;  // at most one; hardly a device has one
+  std::optional<SPXMLStatus> status;
   std::vector<SPXMLApplication> applications;
   std::vector<SPXMLValidation> validations;
 };

@@ -28,7 +28,7 @@ SPXMLAttribute numberAttribute(const char16_t* name, std::uint32_t value) {
 }  // namespace
 
 SPUString SPXMLOSInfo::generateXML() const {
-  const SPOSInfo now;
+  const SPXMLOSInfo now;
   return SPXMLObject::buildElement(SPUString(kElementName),
                                    {
                                        textAttribute(u"osVendor", now.osVendor),

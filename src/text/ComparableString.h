@@ -7,6 +7,8 @@
 #include <type_traits>
 #include <utility>
 
+#include "text/Ascii.h"
+
 namespace tolvanix {
 
 // How a string compares; any value but 2 counts as 1.
@@ -35,13 +37,12 @@ class ComparableString : public std::basic_string<Char> {
   int compare(const Base& other, int mode) const {
     const auto unit = [mode](Char c) {
       const auto value = static_cast<std::make_unsigned_t<Char>>(c);
-      const bool fold = mode == kCaseInsensitive && value >= 'A' && value <= 'Z';
-      return static_cast<unsigned>(value) + (fold ? 'a' - 'A' : 0U);
+      return mode == kCaseInsensitive ? toLower(value) : value;
     };
     const std::size_t common = std::min(this->size(), other.size());
     for (std::size_t i = 0; i < common; ++i) {
-      const unsigned left = unit((*this)[i]);
-      const unsigned right = unit(other[i]);
+      const auto left = unit((*this)[i]);
+      const auto right = unit(other[i]);
       if (left != right) return left < right ? -1 : 1;
     }
     if (this->size() == other.size()) return 0;

@@ -3,47 +3,21 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "text/Utf8.h"
+
 namespace tolvanix {
 
 namespace {
-
-constexpr char32_t kReplacement = 0xFFFD;
 
 bool isXmlCharacter(char32_t c) {
   if (c < 0x20) return c == '\t' || c == '\n' || c == '\r';
   return c <= 0xD7FF || (c >= 0xE000 && c <= 0xFFFD) || (c >= 0x10000 && c <= 0x10FFFF);
 }
 
-void appendUtf8(std::string& out, char32_t c) {
-  const auto tail = [&](int shift) { out += static_cast<char>(0x80 | ((c >> shift) & 0x3F)); };
-  if (c < 0x80) {
-    out += static_cast<char>(c);
-  } else if (c < 0x800) {
-    out += static_cast<char>(0xC0 | (c >> 6));
-    tail(0);
-  } else if (c < 0x10000) {
-    out += static_cast<char>(0xE0 | (c >> 12));
-    tail(6);
-    tail(0);
-  } else {
-    out += static_cast<char>(0xF0 | (c >> 18));
-    tail(12);
-    tail(6);
-    tail(0);
-  }
-}
-
 struct Character {
   char32_t value;
   std::size_t units;  // how many units of the text spell it
 };
-
-bool isHighSurrogate(char16_t unit) {
-  return unit >= 0xD800 && unit <= 0xDBFF;
-}
-bool isLowSurrogate(char16_t unit) {
-  return unit >= 0xDC00 && unit <= 0xDFFF;
-}
 
 // The character that units 0x80 to 0xFF at the start of `text` spell as UTF-8 bytes; units 0 when
 // they spell none. Overlong forms and surrogates are no UTF-8 (RFC 3629).
@@ -60,7 +34,8 @@ Character utf8Sequence(std::u16string_view text) {
     value = (value << 6) | (text[i] & 0x3FU);
   }
   constexpr char32_t kSmallest[] = {0, 0, 0x80, 0x800, 0x10000};
-  if (value < kSmallest[length] || value > 0x10FFFF || (value >= 0xD800 && value <= 0xDFFF)) {
+  if (value < kSmallest[length] || value > 0x10FFFF || isHighSurrogate(value) ||
+      isLowSurrogate(value)) {
     return {0, 0};
   }
   return {value, length};
@@ -73,33 +48,9 @@ Character characterAt(std::u16string_view text) {
     if (sequence.units != 0) return sequence;
   }
   if (isHighSurrogate(unit) && text.size() > 1 && isLowSurrogate(text[1])) {
-    const char32_t high = unit - 0xD800U;
-    const char32_t low = text[1] - 0xDC00U;
-    return {0x10000 + (high << 10) + low, 2};
+    return {joinSurrogates(unit, text[1]), 2};
   }
   return {unit, 1};
-}
-
-// How many units at the start are printable ASCII, most of every document: a byte for each unit.
-std::size_t plainLength(std::u16string_view text) {
-  const auto isSpecial = [](char16_t unit) -> char16_t { return unit < 0x20 || unit >= 0x80; };
-  // Many units are looked at together, which the compiler makes vector operations of.
-  constexpr std::size_t kStride = 64;
-  std::size_t length = 0;
-  for (; length + kStride <= text.size(); length += kStride) {
-    char16_t special = 0;
-    for (const char16_t unit : text.substr(length, kStride)) special |= isSpecial(unit);
-    if (special != 0) break;
-  }
-  while (length < text.size() && isSpecial(text[length]) == 0) ++length;
-  return length;
-}
-
-void appendPlain(std::string& out, std::u16string_view text) {
-  const std::size_t size = out.size();
-  out.resize(size + text.size());
-  std::transform(text.begin(), text.end(), &out[size],
-                 [](char16_t unit) { return static_cast<char>(unit); });
 }
 
 }  // namespace
@@ -121,15 +72,12 @@ std::string narrow(std::u16string_view text) {
 std::string toXmlUtf8(std::u16string_view text) {
   std::string out;
   out.reserve(text.size());
-  for (;;) {
-    const std::size_t plain = plainLength(text);
-    appendPlain(out, text.substr(0, plain));
-    text.remove_prefix(plain);
-    if (text.empty()) return out;
+  while (!text.empty()) {
     const Character character = characterAt(text);
-    appendUtf8(out, isXmlCharacter(character.value) ? character.value : kReplacement);
+    appendUtf8(out, isXmlCharacter(character.value) ? character.value : kReplacementCharacter);
     text.remove_prefix(character.units);
   }
+  return out;
 }
 
 }  // namespace tolvanix

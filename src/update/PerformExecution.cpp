@@ -11,7 +11,7 @@
 #include "inventory/SPXMLData.h"
 #include "inventory/SPXMLDevice.h"
 #include "text/Conversion.h"
-#include "text/Format.h"
+#include "text/HardwareId.h"
 #include "update/HwIDList.h"
 #include "xml/SPXMLObject.h"
 
@@ -34,9 +34,8 @@ unsigned identifier(std::int32_t number) {
 }
 
 std::string hardwareIdOf(const SPXMLDevice& device) {
-  return formatText("PCI\\VEN_%4.4X&DEV_%4.4X&SUBSYS_%4.4X%4.4X", identifier(device.getVendorID()),
-                    identifier(device.getDeviceID()), identifier(device.getSubDeviceID()),
-                    identifier(device.getSubVendorID()));
+  return pciHardwareId({identifier(device.getVendorID()), identifier(device.getDeviceID()),
+                        identifier(device.getSubDeviceID()), identifier(device.getSubVendorID())});
 }
 
 void traceMatch(const SPXMLDevice& device) {
@@ -58,8 +57,7 @@ std::int32_t updateOnce(const std::string& hardwareId, HwIDList& handled, const 
     traceStep("PerformExecution: deviceStatus = %d\n", node->getDeviceStatus());
     return node->getDeviceStatus();
   }
-  std::string writable = hardwareId;
-  const std::int32_t deviceStatus = DriverUpdate(writable.data(), infFileName, checkOnly);
+  const std::int32_t deviceStatus = DriverUpdate(hardwareId.c_str(), infFileName, checkOnly);
   traceStep("PerformExecution: deviceStatus from DriverUpdate() = %d\n", deviceStatus);
   if (handled.AddHwIDNode(hardwareId, deviceStatus) == nullptr) {
     traceError("PerformExecution: Error: Failed to add new hardware ID node to the list.\n");

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdint>
 #include <iterator>
 
 namespace tolvanix {
@@ -35,31 +34,20 @@ const Entity* entityWithTail(View view) {
       [view](const Entity& entity) { return view.starts_with(entity.text.substr(1)); });
 }
 
-bool isSpecial(char16_t unit) {
-  constexpr std::uint64_t kSpecial = std::uint64_t{1} << u'&' | std::uint64_t{1} << u'<' |
-                                     std::uint64_t{1} << u'>' | std::uint64_t{1} << u'"' |
-                                     std::uint64_t{1} << u'\'';
-  return unit < 64 && (kSpecial >> unit & 1) != 0;
-}
-
 }  // namespace
 
 // Both take one pass; what they give is what replacing one entity after the other, each time from
 // the start of the text again, would give.
 
 void appendEscaped(std::u16string& out, View text) {
-  while (!text.empty()) {
-    const auto* const special = std::find_if(text.begin(), text.end(), isSpecial);
-    const auto plain = static_cast<std::size_t>(special - text.begin());
-    out += text.substr(0, plain);
-    text.remove_prefix(plain);
-    if (text.empty()) return;
+  for (; !text.empty(); text.remove_prefix(1)) {
     const char16_t unit = text.front();
-    text.remove_prefix(1);
-    if (unit == u'&' && entityWithTail(text) != nullptr) {
+    const Entity* const entity = entityOf(unit);
+    const bool isEntityAlready = unit == u'&' && entityWithTail(text.substr(1)) != nullptr;
+    if (entity == nullptr || isEntityAlready) {
       out += unit;
     } else {
-      out += entityOf(unit)->text;
+      out += entity->text;
     }
   }
 }

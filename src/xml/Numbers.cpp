@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <limits>
 
+#include "text/Ascii.h"
+
 namespace tolvanix {
 
 namespace {
@@ -16,23 +18,17 @@ std::u16string_view withoutLeadingSpace(std::u16string_view text) {
   return text;
 }
 
-// The value of a digit, 16 for a unit that is none.
-unsigned digitValue(char16_t unit) {
-  if (unit >= u'0' && unit <= u'9') return unit - u'0';
-  if (unit >= u'A' && unit <= u'F') return unit - u'A' + 10U;
-  if (unit >= u'a' && unit <= u'f') return unit - u'a' + 10U;
-  return 16;
-}
-
 // The leading digits of that base as a number, at most `limit`; none without a digit.
 std::optional<std::uint64_t> readDigits(std::u16string_view text, unsigned base,
                                         std::uint64_t limit) {
-  if (text.empty() || digitValue(text[0]) >= base) return std::nullopt;
+  const auto isDigit = [base](char16_t unit) {
+    return base == 16 ? hexDigitValue(unit) >= 0 : isDecimalDigit(unit);
+  };
+  if (text.empty() || !isDigit(text[0])) return std::nullopt;
   std::uint64_t value = 0;
   for (const char16_t unit : text) {
-    const unsigned digit = digitValue(unit);
-    if (digit >= base) break;
-    value = std::min(value * base + digit, limit);
+    if (!isDigit(unit)) break;
+    value = std::min(value * base + static_cast<unsigned>(hexDigitValue(unit)), limit);
   }
   return value;
 }
@@ -54,7 +50,7 @@ std::optional<std::int32_t> readDecimal(std::u16string_view text) {
 std::int32_t readHexadecimal(std::u16string_view text) {
   std::u16string_view digits = withoutLeadingSpace(text);
   if (digits.size() > 2 && (digits.starts_with(u"0x") || digits.starts_with(u"0X")) &&
-      digitValue(digits[2]) < 16) {
+      hexDigitValue(digits[2]) >= 0) {
     digits.remove_prefix(2);
   }
   constexpr std::uint64_t kTooLarge = std::uint64_t{1} << 32;

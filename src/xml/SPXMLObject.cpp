@@ -135,10 +135,7 @@ std::int32_t SPXMLObject::getAttributeInt(const SPString& element,
 }
 
 SPUString SPXMLObject::makeCloseTag(const SPUString& name) {
-  std::u16string tag = u"</";
-  tag += name;
-  tag += u'>';
-  return SPUString(std::move(tag));
+  return SPUString(xmlquery::closeTag(name));
 }
 
 SPUString SPXMLObject::escapeText(const SPUString& text) {
@@ -157,9 +154,7 @@ SPUString SPXMLObject::buildElement(const SPUString& name,
   std::u16string element = u"<";
   element += name;
   for (const SPXMLAttribute& attribute : attributes) attribute.appendTo(element);
-  element += u'>';
-  element += inner;
-  element += makeCloseTag(name);
+  element.append(u">").append(inner).append(xmlquery::closeTag(name));
   return SPUString(std::move(element));
 }
 

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -21,6 +22,9 @@ struct Element {
 };
 
 View elementName(View text);
+
+// "</", the name, ">".
+std::u16string closeTag(View name);
 
 // The first start tag of that name at or after `start`, with its ">" (to the end of the text when
 // there is none); empty when there is none.

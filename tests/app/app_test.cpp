@@ -8,6 +8,7 @@
 #include "app/Status.h"
 #include "app/XMLWriter.h"
 #include "support/Files.h"
+#include "support/Trace.h"
 
 namespace tolvanix::test {
 namespace {
@@ -47,11 +48,25 @@ TEST(XMLWriter, RemoveOSElement_TakesTheFirstWholeOne) {
       {"plain", 2, "plain"},
       {"<OperatingSystem></OperatingSystem>-<OperatingSystem/>", 1, "-<OperatingSystem/>"},
   };
+  const std::string place = "removeOSElementFromXMLString: ";
+  const std::string last[] = {"Error: End string for the element not found.\n",
+                              "rightLen = ", "Element name not found.\n"};
+  const CurrentTempDir folder;
   for (const auto& row : rows) {
     std::string text = row.text;
-    EXPECT_EQ(XMLWriter::removeOSElementFromXMLString(text), row.result) << row.text;
+    const std::string trace = traceOf(
+        [&] { EXPECT_EQ(XMLWriter::removeOSElementFromXMLString(text), row.result) << row.text; });
     EXPECT_EQ(text, row.left);
+    EXPECT_EQ(trace.rfind(place), trace.find(place + last[row.result])) << trace;
   }
+}
+
+TEST(XMLWriter, FileThatIsNoLongerThere_TakesNoFragment) {
+  const CurrentTempDir folder;
+  XMLWriter writer;
+  writer.setOutputFileName("none/out.xml");
+  EXPECT_EQ(traceOf([&writer] { writer.writeXMLDeclaration(); }),
+            "XMLWriter::print: failed to open xml file none/out.xml.\n");
 }
 
 }  // namespace

@@ -9,6 +9,13 @@ namespace {
 
 const std::string kDeclaration = R"(<?xml version="1.0" encoding="UTF-8"?>)";
 
+// `e.log` by a name of that many characters.
+std::string debugFileName(std::size_t size) {
+  std::string name = size % 2 == 0 ? ".//" : "./";
+  while (name.size() + 5 < size) name += "./";
+  return name + "e.log";
+}
+
 struct Row {
   int status;
   std::vector<Arguments> commandLines;
@@ -36,7 +43,7 @@ TEST(CommandLine, Version_PrintsTitleAndNotice) {
 TEST(CommandLine, Refused_StatusIsWrittenToStandardOutputOnly) {
   const Row rows[] = {
       {2, {{}}},
-      {3, {{"-bad", "-h"}, {"-d"}, {"-i", "-D=1"}, {"-i", ""}}},
+      {3, {{"-bad", "-h"}, {"-hh"}, {"-vv"}, {"-d"}, {"-i", "-D=1"}, {"-i", ""}}},
       {4, {{"-c"}, {"-o", "-i"}}},
       {5, {{"-i", "-u"}, {"-uhid", "-uhid", "-h"}}},
       {6, {{"-i", "-d=5"}, {"-i", "-d=10"}, {"-i", "-d="}}},
@@ -60,36 +67,36 @@ TEST(CommandLine, Refused_StatusIsWrittenToStandardOutputOnly) {
   }
 }
 
+// The document goes to the file, too, once that is accepted; the default debug file never matters.
 TEST(CommandLine, FileCannotBeUsed_StatusStandsInTheCommandsElement) {
   const Row rows[] = {
-      {11, {{"-uhid"}}},
+      {11, {{"-uhid"}, {"-uhid", "-d=1"}}},
       {13, {{"-i", "-o", "folder"}, {"-i", "-o", "none/out.xml"}, {"-uhid", "-o", "folder"}}},
-      {14, {{"-i", "-d=1", "-e", "folder"}}},
+      {14, {{"-i", "-d=1", "-e", "folder"}, {"-i", "-d=1", "-e", debugFileName(256)}}},
       {15, {{"-uhid", "-n", "none.inf"}, {"-uhid", "-n", "folder"}, {"-u", "-n", "none.inf"}}},
       {16, {{"-u"}, {"-u", "-p", "folder"}}},
       {23, {{"-u", "-p", "text"}}},
   };
   const Package package;
   package.add("folder/in.txt", "");
+  package.add("tolvanix_debug.log/in.txt", "");
   package.add("text", "");
   for (const auto& [status, commandLines] : rows) {
-    for (const Arguments& arguments : commandLines) {
+    for (Arguments arguments : commandLines) {
+      const std::string document = arguments[0] == "-i"
+                                       ? kDeclaration + R"(<SVMInventory lang="en">)" +
+                                             statusElement(status) + "</SVMInventory>"
+                                       : executionDocument(statusElement(status));
       const ProgramResult run = package.run(arguments);
       EXPECT_EQ(run.exitCode, status);
-      EXPECT_EQ(run.output, arguments[0] == "-i" ? kDeclaration + R"(<SVMInventory lang="en">)" +
-                                                       statusElement(status) + "</SVMInventory>"
-                                                 : executionDocument(statusElement(status)));
+      EXPECT_EQ(run.output, document);
+      if (status == 13) continue;
+      package.add("out.xml", std::string(1000, 'x'));
+      arguments.insert(arguments.begin(), {"-o", "out.xml"});
+      EXPECT_EQ(package.run(arguments).output, "");
+      EXPECT_EQ(readText(package / "out.xml"), document);
     }
   }
-}
-
-TEST(CommandLine, OutputFileAccepted_HoldsTheStatusAndNothingOlder) {
-  const Package package;
-  package.add("out.xml", std::string(1000, 'x'));
-  const ProgramResult run = package.run({"-u", "-o", "out.xml"});
-  EXPECT_EQ(run.exitCode, 16);
-  EXPECT_EQ(run.output, "");
-  EXPECT_EQ(readText(package / "out.xml"), executionDocument(statusElement(16)));
 }
 
 TEST(CommandLine, DebugFile_StartsWithItsSettings) {
@@ -100,6 +107,9 @@ TEST(CommandLine, DebugFile_StartsWithItsSettings) {
             "loglevel=0\nlogtarget=-1\nlogpathfile=tolvanix_debug.log\n");
   package.run({"-uhid", "-e", "named.log"});
   EXPECT_EQ(readText(package / "named.log"), "loglevel=0\nlogtarget=1\nlogpathfile=named.log\n");
+  const std::string longest = debugFileName(255);
+  package.run({"-uhid", "-d=1", "-e", longest});
+  EXPECT_EQ(readText(package / "e.log"), "loglevel=1\nlogtarget=1\nlogpathfile=" + longest + '\n');
 }
 
 // Without a file the trace stands before the document. Level 2 has the error lines alone.

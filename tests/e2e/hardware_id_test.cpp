@@ -1,6 +1,7 @@
 // `-uhid` from the command line to the helper program, on a computer with one device of the ID.
 #include <gtest/gtest.h>
 
+#include <map>
 #include <regex>
 
 #include "app/Status.h"
@@ -14,6 +15,21 @@ namespace {
 const std::string kPresent = R"(PCI\VEN_8086&DEV_1502&SUBSYS_04931028)";
 const std::string kAbsent = R"(PCI\VEN_8086&DEV_FFFF&SUBSYS_04931028)";
 constexpr char kHelper[] = "tolvanixhelper64/tolvanixhelper64.exe";
+
+const std::string kOfFile = "DriverUpdate: status from Win2kInstall() = ";
+
+// What is traced last of a search, by the device status that it ends with.
+const std::map<int, std::string> kLastTraced = {
+    {-6, "DriverUpdate: No INF files found.\n"},
+    {-2, kOfFile + "1\n"},
+    {0, kOfFile + "0\n"},
+    {3, kOfFile + "3\nDriverUpdate: Found hardware ID in INF file\n"},
+    {4, kOfFile + "4\nDriverUpdate: Did not find hardware ID in any INF files.\n"},
+    {5, "Win2kInstall: Hardware ID not found in INF file.\n" + kOfFile + "5\n"},
+    {6, kOfFile + "6\n"},
+    {8, "Win2kInstall: error status from UpdateDriver() = #\n" + kOfFile + "8\n"},
+    {9, "Win2kInstall: Could not find existing device.\n" + kOfFile + "9\n"},
+};
 
 TEST(HardwareId, EveryOutcome_HasItsDocumentAndExitCode) {
   using Files = std::vector<std::pair<std::string, std::string>>;
@@ -62,10 +78,16 @@ TEST(HardwareId, EveryOutcome_HasItsDocumentAndExitCode) {
     EXPECT_EQ(result.exitCode, row.exitCode);
     EXPECT_EQ(result.output,
               executionDocument(statusElement(row.exitCode), row.deviceStatus == -2 ? 1 : 0));
-    const std::string trace = readText(package / "trace.log");
-    EXPECT_NE(trace.find(formatText("deviceStatus from DriverUpdate() = %d\n", row.deviceStatus)),
-              std::string::npos)
-        << trace;
+    const std::string trace = std::regex_replace(readText(package / "trace.log"),
+                                                 std::regex("(status from Upd.*) = .*"), "$1 = #");
+    const std::string last =
+        kLastTraced.at(row.deviceStatus) +
+        formatText("actionUpdateHardwareID: deviceStatus from DriverUpdate() = %d\n",
+                   row.deviceStatus);
+    EXPECT_NE(trace.find(last), std::string::npos) << trace;
+    if (row.deviceStatus != 8) continue;
+    EXPECT_EQ(trace.find("\nDevHelper, ExecCmd, line = ") == std::string::npos,
+              !row.helper.empty());
   }
 }
 
@@ -88,8 +110,13 @@ TEST(HardwareId, Search_LooksWhereverAnIdMayStand) {
   } rows[] = {
       {model + "," + id, id, true},
       {model + "," + id + "&REV_02", id, true},
+      {model + ",PCI\\X_" + id, id, true},
+      {model + ",PCI\\x_pci\\ven_1de4&dev_1234&subsys_0001abcd", id, true},
       {model + ", pci\\ven_1de4&dev_1234", id, true},
       {model + "," + id, "pci\\ven_1de4&dev_1234", true},
+      {model + ",PCI\\VEN_1DE4", "PCI\\X_PCI\\VEN_1DE4", true},
+      {model + "," + id + "&REV_02", id + "&rev_03", true},
+      {model + "," + id + "&REV_02", id + "&RE1", true},
       {model + ", USB\\OTHER, PCI\\NONE," + id, id, true},
       {model, id, true},  // no ID counts as an empty one
       {model + ",x," + std::string(400, 'y') + "," + id, id, true},

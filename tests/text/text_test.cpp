@@ -69,7 +69,10 @@ TEST(Conversion, ToXmlUtf8_IsAlwaysUtf8ThatXmlAllows) {
       {u"\u7F51\u5361", "\xE7\xBD\x91\xE5\x8D\xA1"},                          // real wide text
       {u"Intel\u00AE", "Intel\xC2\xAE"},                                      // an ANSI byte
       {u"\u00E7\u00BD", "\xC3\xA7\xC2\xBD"},                                  // cut-off UTF-8
-      {u"\u00C0\u0080", "\xC3\x80\xC2\x80"},                                  // overlong
+      {u"vid\u00E9o PCI", "vid\xC3\xA9o PCI"},                                // no tail follows
+      {u"\u00C3\u00E9", "\xC3\x83\xC3\xA9"},
+      {u"\u00F0\u009F\u0092\u00BE", "\xF0\x9F\x92\xBE"},    // four bytes
+      {u"\u00C0\u0080", "\xC3\x80\xC2\x80"},                // overlong
       {u"\u00ED\u00A0\u0080", "\xC3\xAD\xC2\xA0\xC2\x80"},  // a surrogate in UTF-8
       {{u'a', char16_t(0xD83D), char16_t(0xD83D), char16_t(0xDE00)},
        "a\xEF\xBF\xBD\xF0\x9F\x98\x80"},

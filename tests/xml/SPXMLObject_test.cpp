@@ -52,7 +52,7 @@ TEST(SPXMLObject, Elements_EndAtTheFirstClosingTag) {
       {u"-<a b=\"c\"/>-", u"<a b=\"c\"/>", u"", 11},
       {u"<a>x", u"", u"", -1},
       {u"</a><a>x</a>", u"<a>x</a>", u"x", 4},  // the end is looked for from the position on
-      {u"<a </a>", u"<a </a>", u"", 7},         // the closing tag inside the start tag
+      {u"<a </a>b", u"<a </a>", u"", 7},        // the closing tag inside the start tag
       {u"<ab/><a> &lt; </a>", u"<a> &lt; </a>", u" &lt; ", 18},
   };
   for (const auto& c : cases) {
@@ -85,14 +85,15 @@ TEST(SPXMLObject, Attributes_AreTakenWhereTheirNameFirstOccurs) {
   } rows[] = {
       {device, u"device", u"1502", 1502},
       {device, u"vendorID", u"8086", 8086},
-      {uR"(<D v="a&amp;b"/>)", u"v", u"a&amp;b", 0},
+      {uR"(<D v="a&amp;/b"/>)", u"v", u"a&amp;/b", 0},
+      {uR"(<D a="v" b="2"/>)", u"v", u"", 0},
       {uR"(<D><P v="2"/></D>)", u"v", u"2", 2},
       {uR"(<D v=""/><D v="x"/>)", u"v", u"x", 0},
       {uR"(<D w=""/>)", u"v", u"", 0},
       {uR"(<D v='1'/>)", u"v", u"", 0},
       {uR"(<D v="1/>)", u"v", u"", 0},
       {uR"(<D v="0012"/>)", u"v", u"0012", 12},
-      {uR"(<D v=" -7x"/>)", u"v", u" -7x", -7},
+      {u"<D v=\"\t\r -7x\"/>", u"v", u"\t\r -7x", -7},
       {uR"(<D v="99999999999"/>)", u"v", u"99999999999", 2147483647},
       {uR"(<D v="-99999999999"/>)", u"v", u"-99999999999", -2147483647 - 1},
   };
@@ -112,21 +113,42 @@ TEST(SPXMLObject, GetElementCData_UnwrapsAndTrimsASection) {
     return SPXMLObject::getElementCData(wide(text), wide(u"D"));
   };
   EXPECT_TRUE(cdata(u"<D>x<![CDATA[  Video  ]]>y</D>") == wide(u"Video"));
+  EXPECT_TRUE(cdata(u"<D>]]><![CDATA[Video]]></D>") == wide(u"Video"));
   EXPECT_TRUE(cdata(u"<D>Plain</D>") == wide(u"Plain"));
   EXPECT_TRUE(cdata(u"<D>a]]>b</D>") == wide(u"a]]>b"));
   EXPECT_TRUE(cdata(u"<D><![CDATA[a</D>") == wide(u"<![CDATA[a"));
 }
 
+TEST(SPXMLObject, Escaping_GivesWhatRepeatedReplacingWouldGive) {
+  const struct {
+    const char16_t* text;
+    const char16_t* escaped;
+    const char16_t* unescaped;
+  } rows[] = {
+      {u"a < b & c", u"a &lt; b &amp; c", u"a < b & c"},
+      {u"&amp;&#38;", u"&amp;&amp;#38;", u"&&#38;"},
+      {u"say \"hi\" it's", u"say &quot;hi&quot; it&apos;s", u"say \"hi\" it's"},
+      {u"&lt;t&gt; &quot; &apos; &AMP;", u"&lt;t&gt; &quot; &apos; &amp;AMP;", u"<t> \" ' &AMP;"},
+      {u"&amp;lt; &amp;amp;", u"&amp;lt; &amp;amp;", u"< &"},
+      {u"&amp;amp;amp;lt; &am&amp;p;", u"&amp;amp;amp;lt; &amp;am&amp;p;", u"< &am&p;"},
+      {u"&", u"&amp;", u"&"},
+      {u"&gt", u"&amp;gt", u"&gt"},
+  };
+  for (const auto& row : rows) {
+    EXPECT_TRUE(SPXMLObject::escapeText(SPUString(row.text)) == SPUString(row.escaped));
+    EXPECT_TRUE(SPXMLObject::unescapeText(SPUString(row.text)) == SPUString(row.unescaped));
+  }
+}
+
 TEST(SPXMLObject, BuildElement_SpacesAttributesAndAlwaysCloses) {
   SPXMLAttribute type(u"type");
-  SPXMLAttribute result(u"result", SPString("false"));
+  SPXMLAttribute result(u"result", SPString("&amp;lt;"));
   const SPUString name = wide(u"Validation");
-  EXPECT_TRUE(SPXMLObject::buildElement(name, {type}, {}) == wide(u"<Validation></Validation>"));
-  type.setValue(u"A & \"x\"");
-  EXPECT_TRUE(type.format() == wide(u" type=\"A &amp; &quot;x&quot;\" "));
+  type.setValue(u"A &amp;amp; \"x\"");
   EXPECT_TRUE(
       SPXMLObject::buildElement(name, {type, result}, wide(u"<a/>")) ==
-      wide(u"<Validation type=\"A &amp; &quot;x&quot;\"  result=\"false\" ><a/></Validation>"));
+      wide(u"<Validation type=\"A &amp; &quot;x&quot;\"  result=\"&lt;\" ><a/></Validation>"));
+  EXPECT_TRUE(SPXMLAttribute(u"", 0x1AU).format().empty());
   EXPECT_TRUE(SPXMLAttribute(u"id", 0x1AU).format() == wide(u" id=\"001A\" "));
 }
 

@@ -22,20 +22,22 @@ TEST(SPXMLValidation, ReadsTypeResultAndEveryMessage) {
 }
 
 TEST(SPXMLResult, WritesWhatItReadFromItsElement) {
-  const std::u16string messages = u"<Message>1 &lt; 2</Message><Message>m2</Message>";
+  const std::u16string read = u"<Message>1 &lt; 2</Message><Message><![CDATA[m2]]></Message>";
+  const std::u16string written =
+      u"<Message>1 &lt; 2</Message><Message>&lt;![CDATA[m2]]&gt;</Message>";
   EXPECT_TRUE(
-      SPXMLValidation(u"<Validation type=\"soft\" result=\"false\">" + messages + u"</Validation>")
+      SPXMLValidation(u"<Validation type=\"soft\" result=\"false\">" + read + u"</Validation>")
           .generateXML() ==
-      SPUString(u"<Validation type=\"soft\"  result=\"false\" >" + messages + u"</Validation>"));
+      SPUString(u"<Validation type=\"soft\"  result=\"false\" >" + written + u"</Validation>"));
   EXPECT_TRUE(SPXMLValidation(u"<x/>").generateXML() == SPUString(u"<Validation></Validation>"));
   EXPECT_EQ(SPXMLValidation(u"<Message>1</Message>").getMessageCount(), 1U);
   SPXMLStatus copy;
-  copy = SPXMLStatus(u"<SPStatus result=\"true\" reboot=\"true\" extMessage=\"x\">" + messages +
+  copy = SPXMLStatus(u"<SPStatus result=\"true\" reboot=\"true\" extMessage=\"x\">" + read +
                      u"</SPStatus>");
   EXPECT_TRUE(copy.generateXML() ==
               SPUString(u"<SPStatus result=\"true\"  reboot=\"true\"  extMessage=\"x\" >" +
-                        messages + u"</SPStatus>"));
-  EXPECT_TRUE(SPXMLStatus(u"<SPStatus>" + messages + u"</SPStatus>").generateXML().empty());
+                        written + u"</SPStatus>"));
+  EXPECT_TRUE(SPXMLStatus(u"<SPStatus>" + read + u"</SPStatus>").generateXML().empty());
 }
 
 }  // namespace

@@ -1,0 +1,21 @@
+// The identifiers by which Windows knows a PCI device
+// (learn.microsoft.com/windows-hardware/drivers/install/identifiers-for-pci-devices).
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace tolvanix {
+
+struct PciIdentifiers {
+  std::uint32_t vendor;
+  std::uint32_t device;
+  std::uint32_t subDevice;
+  std::uint32_t subVendor;
+};
+
+// PCI\VEN_vvvv&DEV_dddd&SUBSYS_ssssnnnn, the subsystem's device before its vendor. A number above
+// FFFF is written with all its digits.
+std::string pciHardwareId(const PciIdentifiers& identifiers);
+
+}  // namespace tolvanix
