@@ -18,19 +18,21 @@ namespace {
 
 constexpr char kThisComputer[] = "/sys";
 
-std::string machineFromEnvironment() {
+// Of a relative name the absolute one. Takes no memory, the lack of which nobody could handle yet.
+const char* machineFromEnvironment() {
   const char* const name = std::getenv("TOLVANIX_MACHINE");
   if (name == nullptr || *name == '\0' || *name == '/') return name == nullptr ? "" : name;
-  char folder[PATH_MAX];
-  if (getcwd(folder, sizeof folder) == nullptr) return name;
-  std::string absolute = std::string(folder).append("/").append(name);
-  setenv("TOLVANIX_MACHINE", absolute.c_str(), 1);  // for programs that this one starts elsewhere
+  static char absolute[2 * PATH_MAX];
+  if (getcwd(absolute, PATH_MAX) == nullptr) return name;
+  const std::size_t folder = std::strlen(absolute);
+  std::snprintf(absolute + folder, sizeof absolute - folder, "/%s", name);
+  setenv("TOLVANIX_MACHINE", absolute, 1);  // for programs that this one starts elsewhere
   return absolute;
 }
 
 // Taken before main: the program changes its current directory first of all, and a relative name
 // is meant where it was started.
-const std::string kMachineAtStart = machineFromEnvironment();
+const char* const kMachineAtStart = machineFromEnvironment();
 
 std::unique_ptr<Machine>& presented() {
   static std::unique_ptr<Machine> machine;

@@ -3,9 +3,12 @@
 #include <cstring>
 #include <iterator>
 
+#include "winapi/posix/OutOfMemory.h"
 #include "winapi/winapi.h"
 
 namespace {
+
+using tolvanix::winapi::outOfMemory;
 
 thread_local DWORD lastError = ERROR_SUCCESS;
 
@@ -102,7 +105,7 @@ void SetLastError(DWORD code) {
 }
 
 DWORD FormatMessageA(DWORD flags, const void* source, DWORD messageId, DWORD languageId,
-                     char* buffer, DWORD size, void* arguments) {
+                     char* buffer, DWORD size, void* arguments) try {
   const DWORD origin = flags & (FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_FROM_HMODULE);
   const bool oneOrigin =
       origin == FORMAT_MESSAGE_FROM_SYSTEM || origin == FORMAT_MESSAGE_FROM_HMODULE;
@@ -134,6 +137,8 @@ DWORD FormatMessageA(DWORD flags, const void* source, DWORD messageId, DWORD lan
     std::memcpy(buffer, text, length + 1);
   }
   return static_cast<DWORD>(length);
+} catch (const std::bad_alloc&) {
+  return outOfMemory(DWORD{0});
 }
 
 HLOCAL LocalAlloc(UINT flags, SIZE_T bytes) {

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "winapi/posix/HandleTable.h"
+#include "winapi/posix/OutOfMemory.h"
 #include "winapi/posix/Paths.h"
 #include "winapi/winapi.h"
 
@@ -21,6 +22,7 @@ namespace {
 using tolvanix::winapi::fromNativePath;
 using tolvanix::winapi::fullNativePath;
 using tolvanix::winapi::hasReservedCharacter;
+using tolvanix::winapi::outOfMemory;
 using tolvanix::winapi::pathError;
 
 using FileStatus = struct stat;
@@ -162,16 +164,18 @@ HANDLE failSearch(DWORD error) {
 
 }  // namespace
 
-DWORD GetCurrentDirectoryA(DWORD size, char* buffer) {
+DWORD GetCurrentDirectoryA(DWORD size, char* buffer) try {
   const std::string path = fullNativePath(".");
   if (path.empty()) {
     SetLastError(pathError(errno, "."));
     return 0;
   }
   return answerText(fromNativePath(path), size, buffer);
+} catch (const std::bad_alloc&) {
+  return outOfMemory(DWORD{0});
 }
 
-BOOL SetCurrentDirectoryA(const char* path) {
+BOOL SetCurrentDirectoryA(const char* path) try {
   if (path == nullptr || *path == '\0' || hasReservedCharacter(path)) {
     SetLastError(ERROR_INVALID_NAME);
     return FALSE;
@@ -190,9 +194,11 @@ BOOL SetCurrentDirectoryA(const char* path) {
   const bool isFile = error == ENOTDIR && stat(native.c_str(), &status) == 0;
   SetLastError(isFile ? ERROR_DIRECTORY : pathError(error, native));
   return FALSE;
+} catch (const std::bad_alloc&) {
+  return outOfMemory(FALSE);
 }
 
-DWORD GetFullPathNameA(const char* fileName, DWORD size, char* buffer, char** filePart) {
+DWORD GetFullPathNameA(const char* fileName, DWORD size, char* buffer, char** filePart) try {
   if (fileName == nullptr || *fileName == '\0') {
     SetLastError(ERROR_INVALID_NAME);
     return 0;
@@ -207,6 +213,8 @@ DWORD GetFullPathNameA(const char* fileName, DWORD size, char* buffer, char** fi
     *filePart = native.ends_with('/') ? nullptr : buffer + native.rfind('/') + 1;
   }
   return length;
+} catch (const std::bad_alloc&) {
+  return outOfMemory(DWORD{0});
 }
 
 DWORD GetFileAttributesA(const char* fileName) {
@@ -221,7 +229,7 @@ DWORD GetFileAttributesA(const char* fileName) {
   return INVALID_FILE_ATTRIBUTES;
 }
 
-HANDLE FindFirstFileA(const char* fileName, WIN32_FIND_DATAA* findData) {
+HANDLE FindFirstFileA(const char* fileName, WIN32_FIND_DATAA* findData) try {
   if (findData == nullptr) return failSearch(ERROR_INVALID_PARAMETER);
   if (fileName == nullptr || *fileName == '\0') return failSearch(ERROR_PATH_NOT_FOUND);
   const std::string_view given = fileName;
@@ -255,13 +263,17 @@ HANDLE FindFirstFileA(const char* fileName, WIN32_FIND_DATAA* findData) {
   Search search(folder, std::move(names));
   if (!search.next(*findData)) return failSearch(ERROR_FILE_NOT_FOUND);
   return searches().open(std::move(search));
+} catch (const std::bad_alloc&) {
+  return outOfMemory(INVALID_HANDLE_VALUE);
 }
 
-BOOL FindNextFileA(HANDLE find, WIN32_FIND_DATAA* findData) {
+BOOL FindNextFileA(HANDLE find, WIN32_FIND_DATAA* findData) try {
   Search* const search = searches().find(find);
   if (search != nullptr && search->next(*findData)) return TRUE;
   SetLastError(search != nullptr ? ERROR_NO_MORE_FILES : ERROR_INVALID_HANDLE);
   return FALSE;
+} catch (const std::bad_alloc&) {
+  return outOfMemory(FALSE);
 }
 
 BOOL FindClose(HANDLE find) {

@@ -11,11 +11,14 @@
 #include <string>
 #include <vector>
 
+#include "winapi/posix/OutOfMemory.h"
 #include "winapi/posix/Paths.h"
 #include "winapi/posix/kernel32.h"
 #include "winapi/winapi.h"
 
 namespace {
+
+using tolvanix::winapi::outOfMemory;
 
 namespace fs = std::filesystem;
 
@@ -141,7 +144,7 @@ DWORD loadError() {
 
 }  // namespace
 
-DWORD GetModuleFileNameA(HMODULE module, char* fileName, DWORD size) {
+DWORD GetModuleFileNameA(HMODULE module, char* fileName, DWORD size) try {
   if (module != nullptr) {
     SetLastError(ERROR_MOD_NOT_FOUND);
     return 0;
@@ -161,6 +164,8 @@ DWORD GetModuleFileNameA(HMODULE module, char* fileName, DWORD size) {
   const bool whole = length == path.size();
   SetLastError(whole ? ERROR_SUCCESS : ERROR_INSUFFICIENT_BUFFER);
   return whole ? static_cast<DWORD>(length) : size;
+} catch (const std::bad_alloc&) {
+  return outOfMemory(DWORD{0});
 }
 
 HMODULE GetModuleHandleA(const char* moduleName) {
@@ -171,7 +176,7 @@ HMODULE GetModuleHandleA(const char* moduleName) {
   return nullptr;
 }
 
-HMODULE LoadLibraryA(const char* libFileName) {
+HMODULE LoadLibraryA(const char* libFileName) try {
   const auto fail = [](DWORD code) -> HMODULE {
     SetLastError(code);
     return nullptr;
@@ -187,6 +192,8 @@ HMODULE LoadLibraryA(const char* libFileName) {
   prepareForForeignExceptions();
   loadedModules().push_back(module);
   return module;
+} catch (const std::bad_alloc&) {
+  return outOfMemory(HMODULE{});
 }
 
 BOOL FreeLibrary(HMODULE module) {

@@ -20,14 +20,18 @@
 #include <utility>
 #include <vector>
 
+#include "winapi/Owner.h"
 #include "winapi/posix/CommandLine.h"
 #include "winapi/posix/HandleTable.h"
+#include "winapi/posix/OutOfMemory.h"
 #include "winapi/posix/Paths.h"
 #include "winapi/winapi.h"
 
 namespace {
 
 using std::chrono::milliseconds;
+using tolvanix::KernelObjectOwner;
+using tolvanix::winapi::outOfMemory;
 using tolvanix::winapi::pathError;
 using Clock = std::chrono::steady_clock;
 
@@ -111,15 +115,6 @@ HANDLE openHandle(std::unique_ptr<KernelObject> object) {
   return kernelObjects().open(std::move(object));
 }
 
-// Null, with ERROR_INVALID_HANDLE, when the handle stands for no object of that kind.
-template <typename Kind>
-Kind* handleObject(HANDLE handle) {
-  const std::unique_ptr<KernelObject>* const object = kernelObjects().find(handle);
-  auto* const found = object != nullptr ? dynamic_cast<Kind*>(object->get()) : nullptr;
-  if (found == nullptr) SetLastError(ERROR_INVALID_HANDLE);
-  return found;
-}
-
 class Stream : public KernelObject {
  public:
   Stream(Descriptor open, bool forChildren) : descriptor(std::move(open)), inherits(forChildren) {}
@@ -127,21 +122,73 @@ class Stream : public KernelObject {
   const bool inherits;
 };
 
+// The streams that this process was started with, which have handles even when there is no memory:
+// the addresses of these.
+class StandardStreams {
+ public:
+  StandardStreams() {
+    for (int fd = 0; fd < kStandardStreams; ++fd) {
+      if (fcntl(fd, F_GETFD) < 0) continue;
+      std::optional<Stream>& stream = streams[static_cast<std::size_t>(fd)];
+      stream.emplace(Descriptor(fd), true);
+      handles[static_cast<std::size_t>(fd)] = &stream;
+    }
+  }
+
+  // Null for any other handle.
+  std::optional<Stream>* find(const void* handle) {
+    for (std::optional<Stream>& stream : streams) {
+      if (&stream == handle && stream) return &stream;
+    }
+    return nullptr;
+  }
+
+  // What GetStdHandle returns, by file descriptor. Null for a stream that is not open.
+  std::array<HANDLE, kStandardStreams> handles{};
+
+ private:
+  std::array<std::optional<Stream>, kStandardStreams> streams;
+};
+
+StandardStreams& standardStreams() {
+  static StandardStreams streams;
+  return streams;
+}
+
+KernelObject* kernelObject(HANDLE handle) {
+  if (auto* const stream = standardStreams().find(handle)) return &**stream;
+  const std::unique_ptr<KernelObject>* const object = kernelObjects().find(handle);
+  return object != nullptr ? object->get() : nullptr;
+}
+
+// Null, with ERROR_INVALID_HANDLE, when the handle stands for no object of that kind.
+template <typename Kind>
+Kind* handleObject(HANDLE handle) {
+  auto* const found = dynamic_cast<Kind*>(kernelObject(handle));
+  if (found == nullptr) SetLastError(ERROR_INVALID_HANDLE);
+  return found;
+}
+
 // A child's first thread, which the program gets a handle to and closes.
 class Thread : public KernelObject {};
 
 class Process : public KernelObject {
  public:
-  // Without a descriptor (kernels before 5.3, some sandboxes) the wait looks now and then.
-  explicit Process(pid_t child)
-      : pid(child), descriptor(static_cast<int>(syscall(SYS_pidfd_open, child, 0))) {}
+  // Made before its child is: what cannot be made for lack of memory could not be waited for.
+  Process() = default;
   Process(const Process&) = delete;
   Process& operator=(const Process&) = delete;
   // Also takes the end of the child off the system's books.
   ~Process() override { hasEnded(); }
 
+  // Without a descriptor (kernels before 5.3, some sandboxes) the wait looks now and then.
+  void adopt(pid_t child) {
+    pid = child;
+    descriptor.emplace(static_cast<int>(syscall(SYS_pidfd_open, child, 0)));
+  }
+
   bool hasEnded() {
-    if (exitCode) return true;
+    if (exitCode || pid == 0) return true;
     int status = 0;
     const pid_t ended = waitpid(pid, &status, WNOHANG);
     if (ended == 0) return false;
@@ -164,8 +211,8 @@ class Process : public KernelObject {
         left = std::min(left, std::chrono::ceil<milliseconds>(*end - Clock::now()));
         if (left <= milliseconds::zero()) return hasEnded();
       }
-      if (descriptor.get() >= 0) {
-        pollfd poller{descriptor.get(), POLLIN, 0};
+      if (descriptor->get() >= 0) {
+        pollfd poller{descriptor->get(), POLLIN, 0};
         poll(&poller, 1, static_cast<int>(left.count()));
       } else {
         std::this_thread::sleep_for(std::min(nap, left));
@@ -178,28 +225,14 @@ class Process : public KernelObject {
   DWORD currentExitCode() { return hasEnded() ? *exitCode : kStillActive; }
 
  private:
-  const pid_t pid;
-  const Descriptor descriptor;
+  pid_t pid = 0;  // no child yet
+  std::optional<Descriptor> descriptor;
   std::optional<DWORD> exitCode;
 };
 
-// The handles that GetStdHandle answers, by file descriptor. Null for a stream that is not open.
-std::array<HANDLE, kStandardStreams>& standardHandles() {
-  static std::array<HANDLE, kStandardStreams> handles = [] {
-    std::array<HANDLE, kStandardStreams> open{};
-    for (int fd = 0; fd < kStandardStreams; ++fd) {
-      if (fcntl(fd, F_GETFD) < 0) continue;
-      open[static_cast<std::size_t>(fd)] =
-          openHandle(std::make_unique<Stream>(Descriptor(fd), true));
-    }
-    return open;
-  }();
-  return handles;
-}
-
 HANDLE* standardHandle(DWORD stdHandle) {
   const DWORD index = STD_INPUT_HANDLE - stdHandle;
-  return index < kStandardStreams ? &standardHandles()[index] : nullptr;
+  return index < kStandardStreams ? &standardStreams().handles[index] : nullptr;
 }
 
 bool isPipe(const Descriptor& descriptor) {
@@ -214,9 +247,10 @@ class SpawnSetup {
   explicit SpawnSetup(const std::string& nativeDirectory) {
     posix_spawn_file_actions_init(&actions);
     posix_spawnattr_init(&attributes);
+    copies.reserve(kStandardStreams);
     for (int fd = 0; fd < kStandardStreams; ++fd) setStream(fd);
-    posix_spawn_file_actions_addclosefrom_np(&actions, kStandardStreams);
-    posix_spawn_file_actions_addchdir_np(&actions, nativeDirectory.c_str());
+    require(posix_spawn_file_actions_addclosefrom_np(&actions, kStandardStreams));
+    require(posix_spawn_file_actions_addchdir_np(&actions, nativeDirectory.c_str()));
     sigset_t signals{};
     sigemptyset(&signals);
     posix_spawnattr_setsigmask(&attributes, &signals);
@@ -233,6 +267,7 @@ class SpawnSetup {
 
   // 0 or the errno. Unlike a shell, does not take a text for a script.
   int start(const std::string& program, std::vector<std::string> arguments, pid_t& pid) const {
+    if (setupError != 0) return setupError;
     std::vector<char*> argv;
     argv.reserve(arguments.size() + 1);
     for (std::string& argument : arguments) argv.push_back(argument.data());
@@ -244,18 +279,24 @@ class SpawnSetup {
   // By way of a copy above the standard streams, so that no two of them get into each other's way.
   void setStream(int fd) {
     const auto index = static_cast<std::size_t>(fd);
-    const auto* const stream = handleObject<Stream>(standardHandles()[index]);
+    const auto* const stream = handleObject<Stream>(standardStreams().handles[index]);
     if (stream != nullptr && stream->inherits) {
       copies.push_back(stream->descriptor.duplicate());
-      posix_spawn_file_actions_adddup2(&actions, copies.back().get(), fd);
+      require(posix_spawn_file_actions_adddup2(&actions, copies.back().get(), fd));
     } else {
-      posix_spawn_file_actions_addclose(&actions, fd);
+      require(posix_spawn_file_actions_addclose(&actions, fd));
     }
+  }
+
+  // Keeps the first error: a child that starts in another way than asked for must not start.
+  void require(int error) {
+    if (setupError == 0) setupError = error;
   }
 
   posix_spawn_file_actions_t actions{};
   posix_spawnattr_t attributes{};
   std::vector<Descriptor> copies;
+  int setupError = 0;
 };
 
 DWORD spawnError(int error, const std::string& program) {
@@ -298,19 +339,22 @@ BOOL SetStdHandle(DWORD stdHandle, HANDLE handle) {
 }
 
 BOOL CreatePipe(HANDLE* readPipe, HANDLE* writePipe, SECURITY_ATTRIBUTES* attributes,
-                DWORD /*size: a suggestion*/) {
+                DWORD /*size: a suggestion*/) try {
   std::array<int, 2> ends{};
   if (pipe2(ends.data(), O_CLOEXEC) != 0) return fail(errnoError(errno));
   Descriptor readEnd = Descriptor::aboveStandard(ends[0]);
   Descriptor writeEnd = Descriptor::aboveStandard(ends[1]);
   const bool inherits = attributes != nullptr && attributes->bInheritHandle != FALSE;
-  *readPipe = openHandle(std::make_unique<Stream>(std::move(readEnd), inherits));
+  KernelObjectOwner read(openHandle(std::make_unique<Stream>(std::move(readEnd), inherits)));
   *writePipe = openHandle(std::make_unique<Stream>(std::move(writeEnd), inherits));
+  *readPipe = read.release();
   return TRUE;
+} catch (const std::bad_alloc&) {
+  return outOfMemory(FALSE);
 }
 
 BOOL DuplicateHandle(HANDLE sourceProcess, HANDLE source, HANDLE targetProcess, HANDLE* target,
-                     DWORD /*desiredAccess*/, BOOL inheritHandle, DWORD options) {
+                     DWORD /*desiredAccess*/, BOOL inheritHandle, DWORD options) try {
   if (sourceProcess != GetCurrentProcess() || targetProcess != GetCurrentProcess() ||
       options != DUPLICATE_SAME_ACCESS) {
     return fail(ERROR_NOT_SUPPORTED);
@@ -321,6 +365,8 @@ BOOL DuplicateHandle(HANDLE sourceProcess, HANDLE source, HANDLE targetProcess, 
   if (copy.get() < 0) return fail(errnoError(errno));
   *target = openHandle(std::make_unique<Stream>(std::move(copy), inheritHandle != FALSE));
   return TRUE;
+} catch (const std::bad_alloc&) {
+  return outOfMemory(FALSE);
 }
 
 BOOL ReadFile(HANDLE file, void* buffer, DWORD bytesToRead, DWORD* bytesRead, void* overlapped) {
@@ -375,6 +421,10 @@ BOOL PeekNamedPipe(HANDLE pipe, void* buffer, DWORD /*size*/, DWORD* bytesRead,
 }
 
 BOOL CloseHandle(HANDLE handle) {
+  if (auto* const stream = standardStreams().find(handle)) {
+    stream->reset();
+    return TRUE;
+  }
   return kernelObjects().close(handle) ? TRUE : fail(ERROR_INVALID_HANDLE);
 }
 
@@ -383,7 +433,7 @@ BOOL CreateProcessA(const char* applicationName, char* commandLine,
                     SECURITY_ATTRIBUTES* processAttributes, SECURITY_ATTRIBUTES* threadAttributes,
                     BOOL inheritHandles, DWORD creationFlags, void* environment,
                     const char* currentDirectory, STARTUPINFOA* /*startupInfo: windows only*/,
-                    PROCESS_INFORMATION* processInformation) {
+                    PROCESS_INFORMATION* processInformation) try {
   if (applicationName != nullptr || processAttributes != nullptr || threadAttributes != nullptr ||
       inheritHandles == FALSE || creationFlags != 0 || environment != nullptr) {
     return fail(ERROR_NOT_SUPPORTED);
@@ -402,15 +452,20 @@ BOOL CreateProcessA(const char* applicationName, char* commandLine,
 
   std::vector<std::string> arguments = tolvanix::winapi::splitArguments(program.arguments);
   arguments.insert(arguments.begin(), program.nativePath);
+  KernelObjectOwner process(openHandle(std::make_unique<Process>()));
+  KernelObjectOwner thread(openHandle(std::make_unique<Thread>()));
   pid_t pid = 0;
   const int error = SpawnSetup(directory).start(program.nativePath, std::move(arguments), pid);
   if (error != 0) return fail(spawnError(error, program.nativePath));
 
-  processInformation->hProcess = openHandle(std::make_unique<Process>(pid));
-  processInformation->hThread = openHandle(std::make_unique<Thread>());
+  handleObject<Process>(process.get())->adopt(pid);
+  processInformation->hProcess = process.release();
+  processInformation->hThread = thread.release();
   processInformation->dwProcessId = static_cast<DWORD>(pid);
   processInformation->dwThreadId = static_cast<DWORD>(pid);
   return TRUE;
+} catch (const std::bad_alloc&) {
+  return outOfMemory(FALSE);
 }
 
 DWORD WaitForSingleObject(HANDLE handle, DWORD milliseconds) {

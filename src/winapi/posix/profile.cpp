@@ -6,11 +6,14 @@
 #include <string>
 #include <string_view>
 
+#include "winapi/posix/OutOfMemory.h"
 #include "winapi/posix/ProfileText.h"
 #include "winapi/posix/TextFile.h"
 #include "winapi/winapi.h"
 
 namespace {
+
+using tolvanix::winapi::outOfMemory;
 
 // A name without a folder means a file of the system's own folder, and this system has none.
 DWORD readProfile(const char* fileName, std::string& text) {
@@ -20,7 +23,7 @@ DWORD readProfile(const char* fileName, std::string& text) {
 
 }  // namespace
 
-DWORD GetPrivateProfileSectionNamesA(char* buffer, DWORD size, const char* fileName) {
+DWORD GetPrivateProfileSectionNamesA(char* buffer, DWORD size, const char* fileName) try {
   if (buffer == nullptr || size < 2) {
     SetLastError(ERROR_INVALID_PARAMETER);
     return 0;
@@ -35,10 +38,13 @@ DWORD GetPrivateProfileSectionNamesA(char* buffer, DWORD size, const char* fileN
   std::fill_n(end, fits && !names.empty() ? 1 : 2, '\0');
   SetLastError(error);
   return static_cast<DWORD>(length);
+} catch (const std::bad_alloc&) {
+  std::fill_n(buffer, 2, '\0');
+  return outOfMemory(DWORD{0});
 }
 
 DWORD GetPrivateProfileStringA(const char* section, const char* key, const char* defaultValue,
-                               char* buffer, DWORD size, const char* fileName) {
+                               char* buffer, DWORD size, const char* fileName) try {
   if (section == nullptr || key == nullptr || buffer == nullptr || size == 0) {
     SetLastError(ERROR_INVALID_PARAMETER);
     return 0;
@@ -60,6 +66,9 @@ DWORD GetPrivateProfileStringA(const char* section, const char* key, const char*
   buffer[length] = '\0';
   SetLastError(error);
   return static_cast<DWORD>(length);
+} catch (const std::bad_alloc&) {
+  *buffer = '\0';
+  return outOfMemory(DWORD{0});
 }
 
 int _mbsicmp(const unsigned char* left, const unsigned char* right) {

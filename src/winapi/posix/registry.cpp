@@ -5,11 +5,13 @@
 
 #include "winapi/posix/HandleTable.h"
 #include "winapi/posix/Machine.h"
+#include "winapi/posix/OutOfMemory.h"
 #include "winapi/winapi.h"
 
 namespace {
 
 using tolvanix::winapi::HandleTable;
+using tolvanix::winapi::outOfMemory;
 using tolvanix::winapi::presentedMachine;
 using tolvanix::winapi::RegistryValue;
 
@@ -25,7 +27,8 @@ LSTATUS status(DWORD code) {
 
 }  // namespace
 
-LSTATUS RegOpenKeyExA(HKEY key, const char* subKey, DWORD options, REGSAM access, HKEY* result) {
+LSTATUS RegOpenKeyExA(HKEY key, const char* subKey, DWORD options, REGSAM access,
+                      HKEY* result) try {
   if (key != HKEY_LOCAL_MACHINE) return status(ERROR_INVALID_HANDLE);
   if (subKey == nullptr || options != 0 || result == nullptr)
     return status(ERROR_INVALID_PARAMETER);
@@ -33,11 +36,13 @@ LSTATUS RegOpenKeyExA(HKEY key, const char* subKey, DWORD options, REGSAM access
   if (!presentedMachine().hasKey(subKey)) return status(ERROR_FILE_NOT_FOUND);
   *result = openKeys().open(subKey);
   return status(ERROR_SUCCESS);
+} catch (const std::bad_alloc&) {
+  return outOfMemory(status(ERROR_NOT_ENOUGH_MEMORY));
 }
 
 // NOLINTNEXTLINE(readability-non-const-parameter): the published signature
 LSTATUS RegQueryValueExA(HKEY key, const char* valueName, DWORD* reserved, DWORD* type, BYTE* data,
-                         DWORD* size) {
+                         DWORD* size) try {
   const std::string* const path = openKeys().find(key);
   if (path == nullptr) return status(ERROR_INVALID_HANDLE);
   if (reserved != nullptr || (data != nullptr && size == nullptr)) {
@@ -57,6 +62,8 @@ LSTATUS RegQueryValueExA(HKEY key, const char* valueName, DWORD* reserved, DWORD
   const bool isText = value->type == REG_SZ || value->type == REG_EXPAND_SZ;
   if (isText && value->data.size() < room && !value->data.ends_with('\0')) *end = 0;
   return status(ERROR_SUCCESS);
+} catch (const std::bad_alloc&) {
+  return outOfMemory(status(ERROR_NOT_ENOUGH_MEMORY));
 }
 
 LSTATUS RegCloseKey(HKEY key) {

@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "winapi/posix/IgnoreCase.h"
+#include "winapi/posix/OutOfMemory.h"
 #include "winapi/posix/ProfileText.h"
 #include "winapi/posix/TextFile.h"
 #include "winapi/winapi.h"
@@ -16,6 +17,7 @@
 namespace {
 
 using tolvanix::winapi::equalIgnoringCase;
+using tolvanix::winapi::outOfMemory;
 using tolvanix::winapi::profileValue;
 
 struct SetupClass {
@@ -160,7 +162,7 @@ BOOL fail(DWORD code) {
 }  // namespace
 
 BOOL SetupDiGetINFClassA(const char* infName, GUID* classGuid, char* className, DWORD classNameSize,
-                         DWORD* requiredSize) {
+                         DWORD* requiredSize) try {
   std::string text;
   VersionValues values;
   const DWORD error = readVersion(infName, text, values);
@@ -179,10 +181,12 @@ BOOL SetupDiGetINFClassA(const char* infName, GUID* classGuid, char* className, 
   className[name.size()] = '\0';
   SetLastError(ERROR_SUCCESS);
   return TRUE;
+} catch (const std::bad_alloc&) {
+  return outOfMemory(FALSE);
 }
 
 BOOL SetupDiClassGuidsFromNameA(const char* className, GUID* classGuidList, DWORD size,
-                                DWORD* requiredSize) {
+                                DWORD* requiredSize) try {
   if (className == nullptr || requiredSize == nullptr) return fail(ERROR_INVALID_PARAMETER);
   const auto* const found = std::find_if(
       std::begin(kSetupClasses), std::end(kSetupClasses),
@@ -191,4 +195,6 @@ BOOL SetupDiClassGuidsFromNameA(const char* className, GUID* classGuidList, DWOR
   if (*requiredSize > size) return fail(ERROR_INSUFFICIENT_BUFFER);
   if (*requiredSize != 0) *classGuidList = *parseGuid(found->guid);
   return TRUE;
+} catch (const std::bad_alloc&) {
+  return outOfMemory(FALSE);
 }

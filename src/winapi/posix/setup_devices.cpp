@@ -4,12 +4,14 @@
 
 #include "winapi/posix/HandleTable.h"
 #include "winapi/posix/Machine.h"
+#include "winapi/posix/OutOfMemory.h"
 #include "winapi/winapi.h"
 
 namespace {
 
 using tolvanix::winapi::HandleTable;
 using tolvanix::winapi::Machine;
+using tolvanix::winapi::outOfMemory;
 using tolvanix::winapi::presentedMachine;
 using tolvanix::winapi::RegistryValue;
 
@@ -43,7 +45,7 @@ HDEVINFO SetupDiGetClassDevsA(const GUID* classGuid, const char* enumerator, HWN
 // All present devices is the one selection there is, of this computer, in a new set.
 HDEVINFO SetupDiGetClassDevsExA(const GUID* classGuid, const char* enumerator, HWND parent,
                                 DWORD flags, HDEVINFO existing, const char* machineName,
-                                void* reserved) {
+                                void* reserved) try {
   if (machineName != nullptr) return noSet(ERROR_INVALID_MACHINENAME);
   if (flags != (DIGCF_PRESENT | DIGCF_ALLCLASSES) || reserved != nullptr) {
     return noSet(ERROR_INVALID_PARAMETER);
@@ -52,12 +54,16 @@ HDEVINFO SetupDiGetClassDevsExA(const GUID* classGuid, const char* enumerator, H
     return noSet(ERROR_CALL_NOT_IMPLEMENTED);
   }
   return deviceSets().open({&presentedMachine()});
+} catch (const std::bad_alloc&) {
+  return outOfMemory(INVALID_HANDLE_VALUE);
 }
 
 HDEVINFO SetupDiCreateDeviceInfoList(const GUID* /*classGuid: nothing is ever added*/,
-                                     HWND parent) {
+                                     HWND parent) try {
   if (parent != nullptr) return noSet(ERROR_CALL_NOT_IMPLEMENTED);
   return deviceSets().open({nullptr});
+} catch (const std::bad_alloc&) {
+  return outOfMemory(INVALID_HANDLE_VALUE);
 }
 
 // Only DevInst is filled: the number of the device, from 1.
@@ -74,7 +80,8 @@ BOOL SetupDiEnumDeviceInfo(HDEVINFO set, DWORD index, SP_DEVINFO_DATA* data) {
 }
 
 BOOL SetupDiGetDeviceRegistryPropertyA(HDEVINFO set, SP_DEVINFO_DATA* data, DWORD property,
-                                       DWORD* type, BYTE* buffer, DWORD size, DWORD* requiredSize) {
+                                       DWORD* type, BYTE* buffer, DWORD size,
+                                       DWORD* requiredSize) try {
   const DeviceSet* const found = deviceSets().find(set);
   if (found == nullptr) return failed(ERROR_INVALID_HANDLE);
   if (data == nullptr || (buffer == nullptr && size != 0)) return failed(ERROR_INVALID_PARAMETER);
@@ -90,6 +97,8 @@ BOOL SetupDiGetDeviceRegistryPropertyA(HDEVINFO set, SP_DEVINFO_DATA* data, DWOR
   if (value->data.size() > size) return failed(ERROR_INSUFFICIENT_BUFFER);
   std::copy(value->data.begin(), value->data.end(), buffer);
   return TRUE;
+} catch (const std::bad_alloc&) {
+  return outOfMemory(FALSE);
 }
 
 // No set holds a list of drivers, so none is left to release.

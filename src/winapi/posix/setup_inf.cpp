@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "winapi/posix/InfFile.h"
+#include "winapi/posix/OutOfMemory.h"
 #include "winapi/winapi.h"
 
 namespace {
@@ -11,6 +12,7 @@ namespace {
 using tolvanix::winapi::InfFile;
 using tolvanix::winapi::InfLine;
 using tolvanix::winapi::InfPosition;
+using tolvanix::winapi::outOfMemory;
 
 constinit std::vector<std::unique_ptr<InfFile>> openFiles;
 
@@ -82,13 +84,16 @@ BOOL copyField(InfFile& file, std::string_view field, char* buffer, DWORD size,
 
 }  // namespace
 
-HINF SetupOpenInfFileA(const char* fileName, const char* infClass, DWORD style, UINT* errorLine) {
+HINF SetupOpenInfFileA(const char* fileName, const char* infClass, DWORD style,
+                       UINT* errorLine) try {
   UINT faultyLine = 0;
   const bool supported = fileName != nullptr && infClass == nullptr && style == INF_STYLE_WIN4;
   const DWORD error = supported ? openFile(fileName, faultyLine) : ERROR_INVALID_PARAMETER;
   if (errorLine != nullptr) *errorLine = faultyLine;
   SetLastError(error);
   return error == ERROR_SUCCESS ? openFiles.back().get() : INVALID_HANDLE_VALUE;
+} catch (const std::bad_alloc&) {
+  return outOfMemory(INVALID_HANDLE_VALUE);
 }
 
 void SetupCloseInfFile(HINF inf) {
@@ -99,7 +104,7 @@ void SetupCloseInfFile(HINF inf) {
   openFiles.erase(found);
 }
 
-BOOL SetupFindFirstLineA(HINF inf, const char* section, const char* key, INFCONTEXT* context) {
+BOOL SetupFindFirstLineA(HINF inf, const char* section, const char* key, INFCONTEXT* context) try {
   InfFile* const file = fromHandle(inf);
   if (file == nullptr) return FALSE;
   // Looking for a key is nothing that the program does.
@@ -107,12 +112,16 @@ BOOL SetupFindFirstLineA(HINF inf, const char* section, const char* key, INFCONT
     return fail(ERROR_INVALID_PARAMETER);
   }
   return answer(inf, file->firstLine(section), context);
+} catch (const std::bad_alloc&) {
+  return outOfMemory(FALSE);
 }
 
-BOOL SetupFindNextLine(INFCONTEXT* contextIn, INFCONTEXT* contextOut) {
+BOOL SetupFindNextLine(INFCONTEXT* contextIn, INFCONTEXT* contextOut) try {
   InfFile* const file = fromHandle(contextIn->Inf);
   if (lineOf(file, *contextIn) == nullptr) return FALSE;
   return answer(contextIn->Inf, file->nextLine({contextIn->Section, contextIn->Line}), contextOut);
+} catch (const std::bad_alloc&) {
+  return outOfMemory(FALSE);
 }
 
 DWORD SetupGetFieldCount(INFCONTEXT* context) {
@@ -121,10 +130,12 @@ DWORD SetupGetFieldCount(INFCONTEXT* context) {
 }
 
 BOOL SetupGetStringFieldA(INFCONTEXT* context, DWORD fieldIndex, char* buffer, DWORD size,
-                          DWORD* requiredSize) {
+                          DWORD* requiredSize) try {
   InfFile* const file = fromHandle(context->Inf);
   const InfLine* const line = lineOf(file, *context);
   if (line == nullptr) return FALSE;
   if (!line->has(fieldIndex)) return fail(ERROR_INVALID_PARAMETER);
   return copyField(*file, *line->field(fieldIndex), buffer, size, requiredSize);
+} catch (const std::bad_alloc&) {
+  return outOfMemory(FALSE);
 }

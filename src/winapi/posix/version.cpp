@@ -8,6 +8,7 @@
 
 #include "winapi/posix/Hex.h"
 #include "winapi/posix/Machine.h"
+#include "winapi/posix/OutOfMemory.h"
 #include "winapi/posix/kernel32.h"
 #include "winapi/winapi.h"
 
@@ -15,6 +16,7 @@ namespace {
 
 using tolvanix::winapi::kLanguageKey;
 using tolvanix::winapi::kVersionKey;
+using tolvanix::winapi::outOfMemory;
 using tolvanix::winapi::presentedMachine;
 using tolvanix::winapi::readHex;
 using tolvanix::winapi::RegistryValue;
@@ -111,7 +113,7 @@ std::optional<Version> readVersion() {
 
 }  // namespace
 
-BOOL GetVersionExA(OSVERSIONINFOA* information) {
+BOOL GetVersionExA(OSVERSIONINFOA* information) try {
   const bool extended =
       information != nullptr && information->dwOSVersionInfoSize == sizeof(OSVERSIONINFOEXA);
   if (!extended &&
@@ -135,6 +137,8 @@ BOOL GetVersionExA(OSVERSIONINFOA* information) {
   whole.wServicePackMajor = version->servicePackMajor;
   std::memcpy(static_cast<void*>(information), &whole, information->dwOSVersionInfoSize);
   return TRUE;
+} catch (const std::bad_alloc&) {
+  return outOfMemory(FALSE);
 }
 
 // Three bits for each type, in the order of the types' bits.
@@ -148,7 +152,8 @@ DWORDLONG VerSetConditionMask(DWORDLONG conditionMask, DWORD typeMask, BYTE cond
 }
 
 // Tests major and minor version for equality, the one question of the program.
-BOOL VerifyVersionInfoW(OSVERSIONINFOEXW* information, DWORD typeMask, DWORDLONG conditionMask) {
+BOOL VerifyVersionInfoW(OSVERSIONINFOEXW* information, DWORD typeMask,
+                        DWORDLONG conditionMask) try {
   constexpr DWORD kBoth = VER_MAJORVERSION | VER_MINORVERSION;
   if (information == nullptr || information->dwOSVersionInfoSize != sizeof(OSVERSIONINFOEXW) ||
       typeMask != kBoth || conditionMask != VerSetConditionMask(0, kBoth, VER_EQUAL)) {
@@ -166,6 +171,8 @@ BOOL VerifyVersionInfoW(OSVERSIONINFOEXW* information, DWORD typeMask, DWORDLONG
   }
   SetLastError(ERROR_OLD_WIN_VERSION);
   return FALSE;
+} catch (const std::bad_alloc&) {
+  return outOfMemory(FALSE);
 }
 
 LANGID GetSystemDefaultLangID() {
