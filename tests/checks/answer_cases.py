@@ -195,6 +195,7 @@ DEPARTURES = {
         "only the UTF-8 mark": ENCODED_NOTHING,
         "empty.utf8": ENCODED_NOTHING,
         "empty.utf16": ENCODED_NOTHING,
+        "open bracket first.utf16be": "both refuse the file, Wine for what its bytes are as narrow text",
         "zeros": "Wine takes a zero for a blank",
         "zero in line": "Wine takes a zero for a blank",
         "lines no-break spaces": "Wine takes a no-break space for a blank; published: blanks and tabs",

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <utility>
 
 #include "support/Files.h"
 #include "winapi/Owner.h"
@@ -94,6 +95,29 @@ TEST_F(PosixTest, NamesThatDifferInCaseAlone_TheExactOneIsFound) {
   const FindOwner find(FindFirstFileA("net.inf", &data));
   EXPECT_STREQ(data.cFileName, "net.inf");
   EXPECT_FALSE(FindNextFileA(find.get(), &data));
+}
+
+// As published; Wine reads these values as an INI file has them.
+TEST_F(PosixTest, ClassOfAnInfFile_IsReadAsItsOtherLinesAre) {
+  const std::string start = "[Version]\nSignature=\"$Windows NT$\" ; comment\n";
+  const std::string guid = "{4d36e972-e325-11ce-bfc1-08002be10318}";
+  const std::pair<std::string, const char*> rows[] = {
+      {"Class = Net ; comment\nClassGuid = " + guid + " ; comment\n", "Net"},
+      {"Class=%c%\nClassGuid=%g%\n[Strings]\nc=\"Net\"\ng=" + guid, "Net"},
+      {"[Other]\n[VERSION]\nClass=Net\nClassGuid=" + guid + "\nClass=Second\n", "Net"},
+      {"Class=\"Net; a\"\nClassGuid=\"" + guid + "\"\n", "Net; a"},
+      {"ClassGuid=" + guid + "\n", "Net"},
+      {"Class=Net\nClassGuid=" + guid + " x\n", ""},
+      {"Class=Net\nClassGuid=" + guid.substr(0, 37) + "\n", ""},
+  };
+  for (const auto& [values, expected] : rows) {
+    writeFile(dir / "a.inf", start + values);
+    GUID found{};
+    char name[64] = "";
+    const BOOL done = SetupDiGetINFClassA(".\\a.inf", &found, name, sizeof name, nullptr);
+    EXPECT_EQ(done != FALSE ? name : "", std::string(expected)) << values;
+    EXPECT_EQ(found.Data1, done != FALSE ? 0x4d36e972U : 0U) << values;
+  }
 }
 
 TEST_F(PosixTest, HandleOfAnotherFamilyOrClosed_IsInvalid) {

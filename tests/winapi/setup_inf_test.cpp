@@ -58,6 +58,7 @@ TEST_F(Inf, Open_UnusableFiles_EachHaveTheirError) {
       {"\n; comment\n[VERSION]\r\nSignature = \"$windows nt$\" ; x\r\n", ERROR_SUCCESS},
       {"\xEF\xBB\xBF[Version]\nSignature=\"$Windows NT$\"", ERROR_SUCCESS},
       {utf16File(u"[Version]\r\nSignature=\"$Windows NT$\"\r\n"), ERROR_SUCCESS},
+      {{"\xFE\xFF\0[\0V\0e\0r\0s\0i\0o\0n\0]", 20}, ERROR_EXPECTED_SECTION_NAME},
       {"", ERROR_FILE_INVALID},
       {"; only a comment\n", ERROR_WRONG_INF_STYLE},
       {"[Strings]\na=b\n", ERROR_WRONG_INF_STYLE},

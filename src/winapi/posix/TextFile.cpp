@@ -62,7 +62,8 @@ DWORD readUtf16(int file, ByteOrder order, std::string_view begin, std::size_t r
 
 }  // namespace
 
-DWORD readTextFile(const char* fileName, std::string& text, std::size_t limit) {
+DWORD readTextFile(const char* fileName, std::string& text, BigEndian bigEndian,
+                   std::size_t limit) {
   const std::string path = toNativePath(fileName);
   // Without O_NONBLOCK a named pipe would be waited for.
   const FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
@@ -79,6 +80,7 @@ DWORD readTextFile(const char* fileName, std::string& text, std::size_t limit) {
     return readUtf16(file.get(), ByteOrder::kLittleEndian, begin.substr(2), rest, text);
   }
   if (begin.starts_with("\xFE\xFF")) {
+    if (bigEndian == BigEndian::kRefused) return ERROR_INVALID_DATA;
     return readUtf16(file.get(), ByteOrder::kBigEndian, begin.substr(2), rest, text);
   }
   const bool marked = begin.starts_with("\xEF\xBB\xBF");
