@@ -7,9 +7,12 @@ enum ExitCode : int {
   kInstalledRestart = 1,  // works only after a restart
   kNoMachine = 2,         // not Windows, and TOLVANIX_MACHINE names no registry export
   kWrongArguments = 3,
-  kInfUnusable = 4,   // cannot be read, or tells no driver version
-  kNoDevice = 5,      // no device with a driver has the hardware ID
-  kNotInstalled = 6,  // the system refused, or the machine's file could not be written
+  kInfUnusable = 4,   // cannot be read, or lacks what a driver needs
+  kNoDevice = 5,      // no device has the hardware ID (off Windows: none that has a driver)
+  kNotInstalled = 6,  // any other refusal of the system; or the machine's file cannot be written
+  kNotBetter = 7,     // the installed driver is newer (on Windows: as good, or better) and stays
+  kNoRights = 8,      // whoever runs the helper may not install drivers
+  kNeedsAnswer = 9,   // the system has a question, and there is nobody to answer it
 };
 
 // Installs the driver of the INF file, given by its full path, on every device that has the

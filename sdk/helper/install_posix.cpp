@@ -7,17 +7,19 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
+#include <optional>
 #include <set>
-#include <sstream>
 #include <string>
 #include <string_view>
 
 #include "install.h"
+#include "validation/Version.h"
 #include "winapi/Owner.h"
+#include "winapi/posix/FileBytes.h"
 
 namespace {
 
@@ -25,6 +27,7 @@ namespace fs = std::filesystem;
 using tolvanix::DeviceSetOwner;
 using tolvanix::InfOwner;
 using tolvanix::RegistryKeyOwner;
+using tolvanix::winapi::FileDescriptor;
 
 constexpr char kClassKeys[] = R"(SYSTEM\CurrentControlSet\Control\Class\)";
 constexpr std::string_view kUtf16Mark = "\xFF\xFE";
@@ -97,18 +100,30 @@ std::set<std::string> driverKeys(const char* hardwareId) {
   return keys;
 }
 
-bool hasVersion(const std::string& driverKey, const std::string& version) {
+// None when the class key, or its version as a text of usual length, is missing.
+std::optional<std::string> installedVersion(const std::string& driverKey) {
   HKEY opened = nullptr;
   if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, (kClassKeys + driverKey).c_str(), 0, KEY_QUERY_VALUE,
                     &opened) != ERROR_SUCCESS) {
-    return false;
+    return std::nullopt;
   }
   const RegistryKeyOwner key(opened);
-  char installed[kTextSize] = "";
-  DWORD size = sizeof installed - 1;
-  return RegQueryValueExA(key.get(), "DriverVersion", nullptr, nullptr,
-                          reinterpret_cast<BYTE*>(installed), &size) == ERROR_SUCCESS &&
-         version == installed;
+  char version[kTextSize] = "";
+  DWORD size = sizeof version - 1;
+  if (RegQueryValueExA(key.get(), "DriverVersion", nullptr, nullptr,
+                       reinterpret_cast<BYTE*>(version), &size) != ERROR_SUCCESS) {
+    return std::nullopt;
+  }
+  return version;
+}
+
+// Negative, 0 or positive as the installed driver is older than, the same as or newer than the
+// version; one without a version is older than any.
+int compareInstalled(const std::string& driverKey, const std::string& version) {
+  const auto installed = installedVersion(driverKey);
+  if (!installed) return -1;
+  return tolvanix::sample::compareVersions(std::u16string(installed->begin(), installed->end()),
+                                           std::u16string(version.begin(), version.end()));
 }
 
 // What sets the version in one class key, with the file's line ends.
@@ -127,25 +142,40 @@ void append(std::string& bytes, const std::string& text) {
   }
 }
 
-// Replaces the file at once: whoever reads it has the old one or the new one, whole.
+bool writeAll(int descriptor, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t count = write(descriptor, bytes.data(), bytes.size());
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) return false;
+    bytes.remove_prefix(static_cast<std::size_t>(count));
+  }
+  return true;
+}
+
+// Replaces the file at once, its owner and permissions as they were: whoever reads it has the old
+// one or the new one, whole. False, with errno, leaves the old one and nothing beside it.
 bool replaceFile(const fs::path& file, const std::string& bytes) {
   struct stat status {};
   if (stat(file.c_str(), &status) != 0) return false;
   std::string temporary = file.string() + ".XXXXXX";
-  const int descriptor = mkostemp(temporary.data(), O_CLOEXEC);
-  if (descriptor < 0) return false;
-  std::size_t written = 0;
-  while (written < bytes.size()) {
-    const ssize_t count = write(descriptor, bytes.data() + written, bytes.size() - written);
-    if (count <= 0) break;
-    written += static_cast<std::size_t>(count);
+  const FileDescriptor copy(mkostemp(temporary.data(), O_CLOEXEC));
+  if (copy.get() < 0) return false;
+  if (!writeAll(copy.get(), bytes) || fchown(copy.get(), status.st_uid, status.st_gid) != 0 ||
+      fchmod(copy.get(), status.st_mode & 07777) != 0 || fsync(copy.get()) != 0 ||
+      rename(temporary.c_str(), file.c_str()) != 0) {
+    const int error = errno;
+    unlink(temporary.c_str());
+    errno = error;
+    return false;
   }
-  bool done = written == bytes.size() && fchmod(descriptor, status.st_mode & 07777) == 0 &&
-              fsync(descriptor) == 0;
-  done = close(descriptor) == 0 && done;
-  done = done && rename(temporary.c_str(), file.c_str()) == 0;
-  if (!done) unlink(temporary.c_str());
-  return done;
+  // The new name survives a failure of the power only when the folder is written, too.
+  const FileDescriptor folder(open(file.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  fsync(folder.get());
+  return true;
+}
+
+bool isMissingRight(int error) {
+  return error == EACCES || error == EPERM || error == EROFS;
 }
 
 }  // namespace
@@ -157,13 +187,11 @@ ExitCode install(const char* hardwareId, const char* infPath) {
   }
   std::error_code error;
   const fs::path file = fs::canonical(machine, error);  // a link to the file stays
-  std::ifstream input(file, std::ios::binary);
-  if (error || !fs::is_regular_file(file, error) || !input) {
-    return fail(kNoMachine, machine, "is no registry export that can be read");
+  std::optional<std::string> bytes;
+  if (!error && fs::is_regular_file(file, error)) {
+    bytes = tolvanix::winapi::readWholeFile(file.c_str());
   }
-  std::ostringstream content;
-  content << input.rdbuf();
-  std::string bytes = content.str();
+  if (!bytes) return fail(kNoMachine, machine, "is no registry export that can be read");
 
   const std::string version = driverVersion(infPath);
   if (version.empty() || version.find_first_not_of("0123456789.") != std::string::npos) {
@@ -172,13 +200,19 @@ ExitCode install(const char* hardwareId, const char* infPath) {
   const std::set<std::string> keys = driverKeys(hardwareId);
   if (keys.empty()) return fail(kNoDevice, hardwareId, "no device with a driver has this ID");
 
-  const std::string lineEnd = bytes.find('\r') != std::string::npos ? "\r\n" : "\n";
+  const std::string lineEnd = bytes->find('\r') != std::string::npos ? "\r\n" : "\n";
   std::string changes;
+  bool allNewer = true;
   for (const std::string& key : keys) {
-    if (!hasVersion(key, version)) changes += registryChange(key, version, lineEnd);
+    const int order = compareInstalled(key, version);
+    if (order < 0) changes += registryChange(key, version, lineEnd);
+    if (order <= 0) allNewer = false;
   }
+  if (allNewer) return fail(kNotBetter, infPath, "is older than the installed driver");
   if (changes.empty()) return kInstalled;
-  append(bytes, lineEnd + changes);  // the last line may have no end
-  if (!replaceFile(file, bytes)) return fail(kNotInstalled, machine, "cannot be written");
+  append(*bytes, lineEnd + changes);  // the last line may have no end
+  if (!replaceFile(file, *bytes)) {
+    return fail(isMissingRight(errno) ? kNoRights : kNotInstalled, machine, "cannot be written");
+  }
   return kInstalled;
 }

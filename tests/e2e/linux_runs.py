@@ -8,7 +8,10 @@ devices that refuse every byte, in any locale.
 import os
 import pathlib
 import re
+import resource
 import shutil
+import signal
+import stat
 import subprocess
 import sys
 import tempfile
@@ -321,6 +324,8 @@ class HelperProgram(WholeRun):
     def test_failures_have_an_exit_code_each_and_change_nothing(self):
         export = self.add("machine.reg", self.EXPORT)
         good = self.add("good.inf", inf_file(self.ID, "DriverVer=01/02/2024,2.3.4.5"))
+        same = self.add("same.inf", inf_file(self.ID, "DriverVer=01/02/2024,1.00.0.1.0"))
+        older = self.add("older.inf", inf_file(self.ID, "DriverVer=01/02/2024,1.0.0.0"))
         without_version = self.add("date.inf", inf_file(self.ID, "DriverVer=01/02/2024"))
         quoting = self.add("text.inf", inf_file(self.ID, 'DriverVer=01/02/2024,"1""]"'))
         none = self.folder / "none"
@@ -328,17 +333,47 @@ class HelperProgram(WholeRun):
             ("", (self.ID, good), 2),
             (self.folder, (self.ID, good), 2),
             (none, (self.ID, good), 2),
+            ("/proc/self/mem", (self.ID, good), 2),  # opens, and its first byte cannot be read
             (export, (self.ID,), 3),
             (export, (self.ID, none), 4),
             (export, (self.ID, without_version), 4),
             (export, (self.ID, quoting), 4),
             (export, ("PCI\\VEN_1DE4&DEV_0C01", good), 5),
             (export, ("PCI\\VEN_1DE4&DEV_0C02&SUBSYS_00021DE4", good), 5),
+            (export, (self.ID, older), 7),
+            (export, (self.ID, same), 0),
         ]:
             result = run(HELPER, *arguments, machine=machine)
             self.assertEqual(result.returncode, exit_code, result)
-            self.assertNotEqual(result.stderr, b"")
+            self.assertEqual(result.stderr == b"", exit_code == 0)
         self.assertEqual(export.read_text(), self.EXPORT)
+
+    def test_file_keeps_its_permissions_and_has_nothing_beside_it(self):
+        export = self.add("machine/machine.reg", self.EXPORT)
+        good = self.add("good.inf", inf_file(self.ID, "DriverVer=01/02/2024,2.3.4.5"))
+        helper = shutil.copy(HELPER, self.folder)
+        export.chmod(0o654)
+
+        def no_large_file():
+            resource.setrlimit(resource.RLIMIT_FSIZE, (100, 100))
+            signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
+
+        def no_right():
+            if os.geteuid() == 0:
+                os.setuid(65534)
+
+        for folder_mode, before_start, exit_code, content in [
+            (0o755, no_large_file, 6, self.EXPORT),
+            (0o555, no_right, 8, self.EXPORT),
+            (0o755, None, 0, self.EXPORT + self.ADDED),
+        ]:
+            self.folder.chmod(0o755)
+            export.parent.chmod(folder_mode)
+            result = run(helper, self.ID, good, machine=export, preexec_fn=before_start, restore_signals=False)
+            self.assertEqual(result.returncode, exit_code, result)
+            self.assertEqual(export.read_text(), content)
+            self.assertEqual(os.listdir(export.parent), [export.name])
+            self.assertEqual(stat.filemode(export.stat().st_mode), "-rw-r-xr--")
 
 
 class Platform(WholeRun):

@@ -45,13 +45,14 @@ class SamplePackage : public ::testing::Test {
     }
     return devices;
   }
-  // Checks the package: the exit code, and the findings as "type: message".
+  // Checks the package: the exit code, and the findings as "type result: message".
   std::pair<int, Texts> check(const Computer& computer) const {
     const int status = package.run({"-u", "-c", "-d=4", "-e", "trace.log"}, computer).exitCode;
     const std::string trace = readText(package / "trace.log");
     Texts found;
     for (const std::string& finding : between(trace, "<Validation ", "</Validation>")) {
-      found.push_back(between(finding, "type=\"", "\"").at(0) + ": " +
+      found.push_back(between(finding, "type=\"", "\"").at(0) + ' ' +
+                      between(finding, "result=\"", "\"").at(0) + ": " +
                       between(finding, "<Message>", "</Message>").at(0));
     }
     return {status, found};
@@ -70,16 +71,19 @@ TEST_F(SamplePackage, Rules_GiveTheFindings) {
     std::string finding;
   } rows[] = {
       {R"(minimumVersion="1.0")", R"(minimumVersion="1.0.0.6")",
-       "hard: " + net + "is too old; the package needs at least 1.0.0.6."},
-      {R"(version="1.1.0.12")", R"(version="1.0.00.05")", "info: " + net + "is installed already."},
+       "hard false: " + net + "is too old; the package needs at least 1.0.0.6."},
+      {R"(version="1.1.0.12")", R"(version="1.0.00.05")",
+       "info true: " + net + "is installed already."},
       {R"(version="1.1.0.12")", R"(version="1.0.0")",
-       "soft: " + net + "is newer than the package&apos;s 1.0.0."},
+       "soft true: " + net + "is newer than the package&apos;s 1.0.0."},
       {R"(minimumVersion="6.1")", R"(minimumVersion="10.1")",
-       "qualification: The operating system&apos;s version is 10.0; the package needs at least "
-       "10.1."},
-      {"</SupportedDevices>", "", "qualification: The package description cannot be read."},
+       "qualification false: The operating system&apos;s version is 10.0; the package needs at "
+       "least 10.1."},
+      {"</SupportedDevices>", "", "qualification false: The package description cannot be read."},
+      {R"( subVendorID="1DE0")", "",
+       "qualification false: The package description cannot be read."},
       {R"(vendorID="1DE0")", R"(vendorID="x")",
-       "qualification: The package description cannot be read."},
+       "qualification false: The package description cannot be read."},
   };
   const std::string original = readText(package / "package.xml");
   for (const auto& row : rows) {
@@ -94,7 +98,8 @@ TEST_F(SamplePackage, OtherComputer_IsRefused) {
   const Computer computer(fixture("computers/four_devices.reg"));
   EXPECT_EQ(
       check(computer),
-      std::pair(21, Texts{"qualification: The computer has no device that the package supports."}));
+      std::pair(
+          21, Texts{"qualification false: The computer has no device that the package supports."}));
 }
 
 TEST_F(SamplePackage, Update_BringsTheNewDrivers) {
@@ -107,17 +112,31 @@ TEST_F(SamplePackage, Update_BringsTheNewDrivers) {
             (Texts{"0010 1.0.0.5 > 1.1.0.12: 0", "0020 2.1.0.0 > 2.1.10.0: 0"}));
 }
 
+TEST_F(SamplePackage, FolderOfAnyName_BringsTheNewDrivers) {
+  const Computer computer(registry / "computer.reg");
+  const TempDir parent;
+  const auto folder = parent / "Łódź 日本 é";
+  std::filesystem::copy(package.path(), folder, std::filesystem::copy_options::recursive);
+  ProgramCall call = package.call({"-u"});
+  call.program = folder / call.program.filename();
+  call.environment = computer.environment();
+  const ProgramResult result = runProgram(call);
+  EXPECT_EQ(result.exitCode, 0) << result.output;
+  EXPECT_EQ(between(result.output, "<Message id=\"", "\""), (Texts{"0", "0"}));
+}
+
 TEST_F(SamplePackage, SecondUpdate_HasNothingToDo) {
   const Computer computer(registry / "computer.reg");
   if (computer.environment().empty()) GTEST_SKIP() << "Wine says it installs, and changes nothing";
   package.run({"-u"}, computer);
   EXPECT_EQ(devicesAfter({"-i"}, computer), (Texts{"0010 1.1.0.12", "0020 2.1.10.0"}));
   EXPECT_EQ(devicesAfter({"-u"}, computer), Texts{});
-  EXPECT_EQ(check(computer),
-            std::pair(0, Texts{"info: Sample Gigabit Network Adapter: version 1.1.0.12 is "
-                               "installed already.",
-                               "info: Sample Storage Controller: version 2.1.10.0 is installed "
-                               "already."}));
+  EXPECT_EQ(
+      check(computer),
+      std::pair(0, Texts{"info true: Sample Gigabit Network Adapter: version 1.1.0.12 is "
+                         "installed already.",
+                         "info true: Sample Storage Controller: version 2.1.10.0 is installed "
+                         "already."}));
 }
 
 }  // namespace

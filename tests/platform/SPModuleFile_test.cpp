@@ -3,7 +3,6 @@
 #include <string>
 
 #include "app/SPException.h"
-#include "platform/SPMessageFile.h"
 #include "platform/SPModuleFile.h"
 #include "support/Files.h"
 
@@ -20,20 +19,6 @@ TEST(SPModuleFile, MissingFileOrFolder_ThrowsNotFound) {
       EXPECT_EQ(e.getErrorNum(), SPModuleFile::kFileNotFound);
       EXPECT_TRUE(e.getMessage() == SPUString(u"Internal Error - Message not found"));
     }
-  }
-}
-
-TEST(SPMessageFile, LanguageCode_MatchesWholeWithoutRegardToCase) {
-  const struct {
-    const char* code;
-    int primary;
-    int sub;
-  } cases[] = {{"es", 10, 3}, {"FR", 12, 1}, {"de", 7, 1},    {"zh", 4, 2},    {"Ja", 17, 1},
-               {"en", 9, 1},  {"ko", 9, 1},  {"zh_TW", 9, 1}, {"de_AT", 9, 1}, {"", 9, 1}};
-  for (const auto& c : cases) {
-    const SPMessageFile messages(c.code);
-    EXPECT_EQ(messages.getPrimaryLanguage(), c.primary) << c.code;
-    EXPECT_EQ(messages.getSubLanguage(), c.sub) << c.code;
   }
 }
 

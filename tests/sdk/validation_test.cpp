@@ -49,7 +49,7 @@ TEST(ParseXml, OnlyNestedElementsWithQuotedAttributesAreRead) {
 
 TEST(Validate, AnyDeviceName_GivesAWellFormedDocument) {
   const std::u16string ids = u"vendorID=\"1\" deviceID=\"2\" subDeviceID=\"3\" subVendorID=\"4\"";
-  const std::u16string name = u"A &amp; &lt;B&gt; &quot;\x01\xD800\uFFFF\u7F51\U0001F4BE\t%s";
+  const std::u16string name = u"A &amp; &lt;B&gt; &quot;\x01\x1F\xD800\uFFFF\u7F51\U0001F4BE\t%s";
   const std::u16string package =
       u"<P><SupportedDevices><Device " + ids + u" version=\"2\"/></SupportedDevices></P>";
   for (const std::u16string version : {u"1", u"2", u"3", u""}) {
@@ -57,8 +57,9 @@ TEST(Validate, AnyDeviceName_GivesAWellFormedDocument) {
                                                           u"\"><Application version=\"" + version +
                                                           u"\" display=\"d\"/></Device></I>");
     EXPECT_TRUE(parseXml(document));
-    EXPECT_NE(document.find(u"A &amp; &lt;B&gt; &quot;\uFFFD\uFFFD\uFFFD\u7F51\U0001F4BE\t%s"),
-              std::u16string::npos);
+    EXPECT_NE(
+        document.find(u"A &amp; &lt;B&gt; &quot;\uFFFD\uFFFD\uFFFD\uFFFD\u7F51\U0001F4BE\t%s"),
+        std::u16string::npos);
   }
 }
 

@@ -10,7 +10,8 @@ namespace tolvanix::test {
 
 // For the life of the object, a program that runs with `environment` sees the export's devices,
 // driver versions and version of the system. Off Windows the layer reads the export; under Wine
-// it is imported, and devices are enumerated in the order of their names.
+// it is imported, and devices are enumerated in the order of their names. On Windows itself nothing
+// is imported, since that would change the drivers of the computer: the test is skipped.
 class Computer {
  public:
   explicit Computer(const std::filesystem::path& registryExport);

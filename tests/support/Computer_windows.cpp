@@ -2,6 +2,8 @@
 #include <windows.h>
 // clang-format on
 
+#include <gtest/gtest.h>
+
 #include <regex>
 #include <sstream>
 #include <stdexcept>
@@ -16,6 +18,18 @@ namespace tolvanix::test {
 namespace {
 
 constexpr char kProgramSettings[] = R"(Software\Wine\AppDefaults\tolvanix.exe)";
+
+// Ends the test as skipped unless this is Wine, whose registry is the tests' own. The export is how
+// Wine can be recognised: https://wiki.winehq.org/Developer_FAQ
+void skipUnlessWine() {
+  if (GetProcAddress(GetModuleHandleA("ntdll.dll"), "wine_get_version") != nullptr) return;
+  constexpr char kReason[] = "the devices and drivers of a real computer stay as they are";
+  [&kReason] { GTEST_SKIP() << kReason; }();
+  // The skip is recorded, but the caller would go on. GoogleTest takes this exception for a failure
+  // that it has recorded already, so it ends the test and adds nothing.
+  throw testing::AssertionException(
+      testing::TestPartResult(testing::TestPartResult::kSkip, __FILE__, __LINE__, kReason));
+}
 
 std::wstring widen(const std::string& text) {
   const int bytes = static_cast<int>(text.size());
@@ -104,6 +118,7 @@ void deleteKeys(const std::vector<std::string>& keys) {
 }  // namespace
 
 Computer::Computer(const std::filesystem::path& registryExport) {
+  skipUnlessWine();
   const std::string text = readExport(registryExport);
   std::string kept = text.substr(0, text.find_first_of("\r\n")) + "\n\n";
   if (kept != "Windows Registry Editor Version 5.00\n\n" && kept != "REGEDIT4\n\n") {

@@ -1,0 +1,23 @@
+# tolvanix_add_resources(<target> <description>): on Windows the target's file carries its version and
+# the manifest of the project.
+function(tolvanix_add_resources target description)
+  if(NOT WIN32)
+    return()
+  endif()
+  get_target_property(type ${target} TYPE)
+  # The number of a manifest's resource says whether it is a program's or a library's.
+  if(type STREQUAL "EXECUTABLE")
+    set(file_name ${target}.exe)
+    set(file_type VFT_APP)
+    set(manifest_number 1)
+  else()
+    set(file_name ${target}.dll)
+    set(file_type VFT_DLL)
+    set(manifest_number 2)
+  endif()
+  set(manifest ${PROJECT_SOURCE_DIR}/src/app/tolvanix.manifest)
+  set(resources ${CMAKE_CURRENT_BINARY_DIR}/${target}.rc)
+  configure_file(${PROJECT_SOURCE_DIR}/src/app/tolvanix.rc.in ${resources} @ONLY)
+  set_source_files_properties(${resources} PROPERTIES OBJECT_DEPENDS ${manifest})
+  target_sources(${target} PRIVATE ${resources})
+endfunction()
