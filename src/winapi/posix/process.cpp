@@ -124,7 +124,7 @@ class Stream : public KernelObject {
  public:
   Stream(Descriptor open, bool forChildren) : descriptor(std::move(open)), inherits(forChildren) {}
   const Descriptor descriptor;
-  const bool inherits;
+  bool inherits;
 };
 
 // A child's first thread, which the program gets a handle to and closes.
@@ -320,6 +320,21 @@ BOOL DuplicateHandle(HANDLE sourceProcess, HANDLE source, HANDLE targetProcess, 
   Descriptor copy = stream->descriptor.duplicate();
   if (copy.get() < 0) return fail(errnoError(errno));
   *target = openHandle(std::make_unique<Stream>(std::move(copy), inheritHandle != FALSE));
+  return TRUE;
+}
+
+BOOL GetHandleInformation(HANDLE handle, DWORD* flags) {
+  const auto* const stream = handleObject<Stream>(handle);
+  if (stream == nullptr) return FALSE;
+  *flags = stream->inherits ? HANDLE_FLAG_INHERIT : 0;
+  return TRUE;
+}
+
+BOOL SetHandleInformation(HANDLE handle, DWORD mask, DWORD flags) {
+  if (mask != HANDLE_FLAG_INHERIT) return fail(ERROR_NOT_SUPPORTED);
+  auto* const stream = handleObject<Stream>(handle);
+  if (stream == nullptr) return FALSE;
+  stream->inherits = (flags & HANDLE_FLAG_INHERIT) != 0;
   return TRUE;
 }
 
