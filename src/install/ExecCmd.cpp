@@ -105,6 +105,11 @@ int runChild(const std::string& directory, std::string commandLine, WORD showWin
              DWORD& exitCode, DWORD milliseconds) {
   STARTUPINFOA startup{};
   GetStartupInfoA(&startup);
+  // What started this program may have left its table of open files there (the C runtime's spawn
+  // functions do), and the child would write to the file that was standard output then.
+  startup.lpReserved = nullptr;
+  startup.cbReserved2 = 0;
+  startup.lpReserved2 = nullptr;
   startup.dwFlags = STARTF_USESHOWWINDOW;
   startup.wShowWindow = showWindow != 0 ? SW_SHOW : SW_HIDE;
   PROCESS_INFORMATION child{};

@@ -69,6 +69,22 @@ TEST(HardwareId, EveryOutcome_HasItsDocumentAndExitCode) {
   }
 }
 
+// A C program hands its table of open files on to what it starts.
+TEST(HardwareId, ProgramStartedByACProgram_KeepsTheHelpersTextOutOfTheDocument) {
+  const Computer computer(fixture("computers/four_devices.reg"));
+  const Package package;
+  package.add("a.inf", infFile({kPresent}));
+  placeHelper(package / kHelper, "print 10");
+  placeHelper(package / "launcher.exe", "");
+  ProgramCall call = package.call({"-uhid", "-w", kPresent});
+  call.arguments.insert(call.arguments.begin(), {"spawn", call.program.string()});
+  call.program = package / "launcher.exe";
+  call.environment = computer.environment();
+  const ProgramResult result = runProgram(call);
+  EXPECT_EQ(result.exitCode, kSuccess);
+  EXPECT_EQ(result.output, executionDocument(statusElement(kSuccess)));
+}
+
 TEST(HardwareId, ProcessThatTheHelperLeaves_DoesNotKeepTheDocumentOpen) {
   const Computer computer(fixture("computers/four_devices.reg"));
   const Package package;

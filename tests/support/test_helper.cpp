@@ -9,7 +9,9 @@
 //                 on
 //   raise N       send itself the signal
 //   exit N
-// Files are those beside the program. Without such a text it ends with 0 at once.
+// Files are those beside the program. Without such a text it ends with 0 at once. As
+//   spawn PROGRAM ARGUMENT...
+// it starts that program instead and ends with its exit code.
 #include <chrono>
 #include <csignal>
 #include <cstdio>
@@ -21,6 +23,7 @@
 #include <system_error>
 #include <thread>
 
+#include "support/Spawn.h"
 #include "winapi/winapi.h"
 
 namespace {
@@ -59,6 +62,7 @@ void startLingeringCopy(const std::string& program, const std::string& file) {
 
 int main(int argc, char** argv) {
   const std::string task = argc > 2 ? argv[1] : "";
+  if (task == "spawn") return tolvanix::test::spawnAndWait(argv + 2);
   fs::path stepsFile = argv[0];
   stepsFile.replace_extension(".txt");
   const fs::path folder = stepsFile.parent_path();
