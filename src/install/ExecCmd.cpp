@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "install/DevHelper.h"
@@ -14,6 +15,27 @@ namespace {
 constexpr DWORD kDirectorySize = 256;
 constexpr int kDefaultTimeLimitSeconds = 1200;
 constexpr std::int64_t kLongestWait = 0xFFFFFFFE;  // the next number would wait for ever
+
+// While it lives, no child inherits what standard output is, and so none that outlives its parent
+// keeps a reader waiting for our end. Where it is another standard stream too, it has to stay.
+class KeptFromChildren {
+ public:
+  explicit KeptFromChildren(HANDLE standardOutput) : handle(standardOutput) {
+    DWORD flags = 0;
+    taken = handle != GetStdHandle(STD_INPUT_HANDLE) && handle != GetStdHandle(STD_ERROR_HANDLE) &&
+            GetHandleInformation(handle, &flags) != FALSE && (flags & HANDLE_FLAG_INHERIT) != 0 &&
+            SetHandleInformation(handle, HANDLE_FLAG_INHERIT, 0) != FALSE;
+  }
+  KeptFromChildren(const KeptFromChildren&) = delete;
+  KeptFromChildren& operator=(const KeptFromChildren&) = delete;
+  ~KeptFromChildren() {
+    if (taken) SetHandleInformation(handle, HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
+  }
+
+ private:
+  HANDLE handle;
+  bool taken;
+};
 
 // While it lives, this process's standard output, and that of every child started meanwhile, is a
 // pipe. When the pipe cannot be had the child is started without.
@@ -28,6 +50,7 @@ class StandardOutputPipe {
     writeEnd.reset(write);
     replaced = SetStdHandle(STD_OUTPUT_HANDLE, write) != FALSE;
     if (!replaced) return;
+    kept.emplace(previous);
     // The child must not hold the read end too, or its writes would never fail.
     HANDLE copy = nullptr;
     readable = DuplicateHandle(GetCurrentProcess(), read, GetCurrentProcess(), &copy, 0, FALSE,
@@ -41,6 +64,7 @@ class StandardOutputPipe {
   void putBack() {
     if (replaced) SetStdHandle(STD_OUTPUT_HANDLE, previous);
     replaced = false;
+    kept.reset();
     writeEnd.reset();
   }
 
@@ -65,6 +89,7 @@ class StandardOutputPipe {
   HANDLE previous;
   bool replaced = false;
   bool readable = false;
+  std::optional<KeptFromChildren> kept;
   KernelObjectOwner readEnd;
   KernelObjectOwner writeEnd;
 };
@@ -80,6 +105,11 @@ int runChild(const std::string& directory, std::string commandLine, WORD showWin
              DWORD& exitCode, DWORD milliseconds) {
   STARTUPINFOA startup{};
   GetStartupInfoA(&startup);
+  // What started this program may have left its table of open files there (the C runtime's spawn
+  // functions do), and the child would write to the file that was standard output then.
+  startup.lpReserved = nullptr;
+  startup.cbReserved2 = 0;
+  startup.lpReserved2 = nullptr;
   startup.dwFlags = STARTF_USESHOWWINDOW;
   startup.wShowWindow = showWindow != 0 ? SW_SHOW : SW_HIDE;
   PROCESS_INFORMATION child{};

@@ -188,6 +188,7 @@ constexpr DWORD STARTF_USESHOWWINDOW = 0x0001;
 constexpr WORD SW_HIDE = 0;
 constexpr WORD SW_SHOW = 5;
 constexpr DWORD DUPLICATE_SAME_ACCESS = 0x0002;
+constexpr DWORD HANDLE_FLAG_INHERIT = 0x0001;
 constexpr DWORD WAIT_OBJECT_0 = 0;
 constexpr DWORD WAIT_TIMEOUT = 258;
 constexpr DWORD WAIT_FAILED = 0xFFFFFFFF;
@@ -228,6 +229,9 @@ BOOL SetStdHandle(DWORD stdHandle, HANDLE handle);
 BOOL CreatePipe(HANDLE* readPipe, HANDLE* writePipe, SECURITY_ATTRIBUTES* attributes, DWORD size);
 BOOL DuplicateHandle(HANDLE sourceProcess, HANDLE source, HANDLE targetProcess, HANDLE* target,
                      DWORD desiredAccess, BOOL inheritHandle, DWORD options);
+// Of pipes and standard streams only, and HANDLE_FLAG_INHERIT alone.
+BOOL GetHandleInformation(HANDLE handle, DWORD* flags);
+BOOL SetHandleInformation(HANDLE handle, DWORD mask, DWORD flags);
 BOOL ReadFile(HANDLE file, void* buffer, DWORD bytesToRead, DWORD* bytesRead, void* overlapped);
 BOOL WriteFile(HANDLE file, const void* buffer, DWORD bytesToWrite, DWORD* bytesWritten,
                void* overlapped);

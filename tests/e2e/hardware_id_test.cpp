@@ -91,6 +91,32 @@ TEST(HardwareId, EveryOutcome_HasItsDocumentAndExitCode) {
   }
 }
 
+// A C program hands its table of open files on to what it starts.
+TEST(HardwareId, ProgramStartedByACProgram_KeepsTheHelpersTextOutOfTheDocument) {
+  const Computer computer(fixture("computers/four_devices.reg"));
+  const Package package;
+  package.add("a.inf", infFile({kPresent}));
+  placeHelper(package / kHelper, "print 10");
+  placeHelper(package / "launcher.exe", "");
+  ProgramCall call = package.call({"-uhid", "-w", kPresent});
+  call.arguments.insert(call.arguments.begin(), {"spawn", call.program.string()});
+  call.program = package / "launcher.exe";
+  call.environment = computer.environment();
+  const ProgramResult result = runProgram(call);
+  EXPECT_EQ(result.exitCode, kSuccess);
+  EXPECT_EQ(result.output, executionDocument(statusElement(kSuccess)));
+}
+
+TEST(HardwareId, ProcessThatTheHelperLeaves_DoesNotKeepTheDocumentOpen) {
+  const Computer computer(fixture("computers/four_devices.reg"));
+  const Package package;
+  package.add("a.inf", infFile({kPresent}));
+  placeHelper(package / kHelper, "linger go");
+  const ProgramResult result = package.run({"-uhid", "-w", kPresent}, computer);
+  EXPECT_EQ(result.output, executionDocument(statusElement(kSuccess)));
+  EXPECT_TRUE(releaseHelper(package / kHelper, "go")) << "the document ended with the process";
+}
+
 // No device of these IDs is present, so what is found leads to that status.
 TEST(HardwareId, Search_LooksWhereverAnIdMayStand) {
   const std::string id = "PCI\\VEN_1DE4&DEV_1234&SUBSYS_0001ABCD";

@@ -1,11 +1,13 @@
 #include "support/Files.h"
 
+#include <chrono>
 #include <cstdint>
 #include <cstring>
 #include <fstream>
 #include <random>
 #include <sstream>
 #include <stdexcept>
+#include <thread>
 
 namespace tolvanix::test {
 
@@ -82,6 +84,31 @@ void placeHelper(const fs::path& program, std::string_view steps) {
   fs::remove(program);  // the option to overwrite does not work everywhere
   fs::copy_file(TEST_HELPER_PROGRAM, program);
   writeFile(fs::path(program).replace_extension(".txt"), steps);
+}
+
+namespace {
+
+// Whether it holds within a time that is long for a step of any program.
+template <typename Condition>
+bool soon(Condition condition) {
+  for (int tries = 0; tries < 2000; ++tries) {
+    if (condition()) return true;
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
+  return false;
+}
+
+}  // namespace
+
+bool releaseHelper(const fs::path& program, std::string_view file) {
+  const fs::path given = program.parent_path() / file;
+  writeFile(given, "");
+  if (!soon([&given] { return !exists(given); })) return false;
+  // Windows removes no program that runs.
+  return soon([&program] {
+    std::error_code stillRuns;
+    return fs::remove(program, stillRuns);
+  });
 }
 
 void placeValidationLibrary(const fs::path& folder, std::string_view answer, Exports exports) {

@@ -51,6 +51,10 @@ std::string infFile(const std::vector<std::string>& hardwareIds, std::string_vie
 // Copies the helper program for tests (test_helper.cpp) to that file, and its steps beside it.
 void placeHelper(const std::filesystem::path& program, std::string_view steps);
 
+// Gives a helper that waits for it that file beside its program, and waits for the helper's end.
+// False when the helper was not there to take it.
+bool releaseHelper(const std::filesystem::path& program, std::string_view file);
+
 enum class Exports { kBoth, kWithoutValidate, kWithoutFree };
 
 // Puts the validation library for tests (test_kivvalid.cpp) into that folder as kivvalid.dll, with

@@ -14,8 +14,6 @@ struct ProgramCall {
   std::vector<std::string> arguments;  // each arrives as it stands, whatever it holds
   std::filesystem::path currentDirectory = std::filesystem::current_path();
   std::map<std::string, std::string> environment{};  // beside what the test itself has
-  std::filesystem::path
-      outputDevice{};  // takes standard output in place of `ProgramResult::output`
   std::chrono::seconds timeLimit{30};
 };
 
@@ -25,8 +23,9 @@ struct ProgramResult {
   std::string errors;
 };
 
-// Waits for the end. A program that cannot be started, that is ended by a signal or that is not
-// done in time fails the test (an exception).
+// Reads the program's standard output from a pipe until nobody can write there any more, and waits
+// for the program's end. One that cannot be started, that is ended by a signal or that is not done
+// in time fails the test (an exception).
 ProgramResult runProgram(const ProgramCall& call);
 
 }  // namespace tolvanix::test

@@ -3,13 +3,16 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
 #include <csignal>
 #include <cstring>
 #include <future>
+#include <optional>
 #include <stdexcept>
 
 #include "support/Files.h"
 #include "support/Program.h"
+#include "winapi/posix/FileBytes.h"
 
 namespace tolvanix::test {
 
@@ -52,25 +55,27 @@ int waitForExitCode(pid_t process, const ProgramCall& call) {
   return WEXITSTATUS(status);
 }
 
-}  // namespace
+std::string readToEnd(int descriptor) {
+  std::string text;
+  std::array<char, 65536> block;
+  for (;;) {
+    const ssize_t count = read(descriptor, block.data(), block.size());
+    if (count <= 0) return text;
+    text.append(block.data(), static_cast<std::size_t>(count));
+  }
+}
 
-ProgramResult runProgram(const ProgramCall& call) {
-  // Files take the output: pipes could fill, or stay open in a process that outlives the program.
-  const TempDir captured;
-  const auto output = captured / "output";
-  const auto errors = captured / "errors";
-  const auto& outputTarget = call.outputDevice.empty() ? output : call.outputDevice;
-
+pid_t start(const ProgramCall& call, int output, const std::filesystem::path& errors) {
   std::vector<std::string> arguments = call.arguments;
   arguments.insert(arguments.begin(), call.program.string());
   std::vector<std::string> environment = environmentWith(call.environment);
 
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
-  constexpr int kCreate = O_WRONLY | O_CREAT | O_TRUNC;
   posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-  posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, outputTarget.c_str(), kCreate, 0600);
-  posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, errors.c_str(), kCreate, 0600);
+  posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO);
+  posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, errors.c_str(),
+                                   O_WRONLY | O_CREAT | O_TRUNC, 0600);
   posix_spawn_file_actions_addchdir_np(&actions, call.currentDirectory.c_str());
   pid_t process = -1;
   const int failure = posix_spawn(&process, call.program.c_str(), &actions, nullptr,
@@ -79,9 +84,24 @@ ProgramResult runProgram(const ProgramCall& call) {
   if (failure != 0) {
     throw std::runtime_error("cannot start " + call.program.string() + ": " + strerror(failure));
   }
+  return process;
+}
 
+}  // namespace
+
+ProgramResult runProgram(const ProgramCall& call) {
+  std::array<int, 2> ends{};
+  if (pipe2(ends.data(), O_CLOEXEC) != 0) throw std::runtime_error("cannot make a pipe");
+  const winapi::FileDescriptor readEnd(ends[0]);
+  std::optional<winapi::FileDescriptor> writeEnd(ends[1]);
+
+  // Standard error is left to a process that outlives the program; a file waits for none.
+  const TempDir captured;
+  const pid_t process = start(call, writeEnd->get(), captured / "errors");
+  writeEnd.reset();
+  auto output = std::async(std::launch::async, readToEnd, readEnd.get());
   const int exitCode = waitForExitCode(process, call);
-  return {exitCode, call.outputDevice.empty() ? readText(output) : "", readText(errors)};
+  return {exitCode, output.get(), readText(captured / "errors")};
 }
 
 }  // namespace tolvanix::test

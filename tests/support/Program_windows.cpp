@@ -2,9 +2,12 @@
 #include <windows.h>
 // clang-format on
 
+#include <array>
+#include <future>
 #include <memory>
 #include <optional>
 #include <stdexcept>
+#include <string_view>
 #include <utility>
 
 #include "support/Files.h"
@@ -85,43 +88,65 @@ DWORD waitForExitCode(HANDLE process, const ProgramCall& call) {
   return exitCode;
 }
 
+// What the C runtime makes of the line ends.
+std::string withPlainLineEnds(std::string_view text) {
+  std::string result;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (!text.substr(i).starts_with("\r\n")) result += text[i];
+  }
+  return result;
+}
+
+std::string readToEnd(HANDLE pipe) {
+  std::string bytes;
+  std::array<char, 65536> block;
+  DWORD count = 0;
+  while (ReadFile(pipe, block.data(), block.size(), &count, nullptr) != FALSE) {
+    bytes.append(block.data(), count);
+  }
+  return withPlainLineEnds(bytes);
+}
+
+Handle start(const ProgramCall& call, HANDLE output, const std::filesystem::path& errors) {
+  std::vector<std::unique_ptr<ScopedVariable>> variables;
+  for (const auto& [name, value] : call.environment) {
+    variables.push_back(std::make_unique<ScopedVariable>(name, value));
+  }
+  const Handle input = openInheritable("NUL", GENERIC_READ, OPEN_EXISTING);
+  const Handle error = openInheritable(errors, GENERIC_WRITE, CREATE_ALWAYS);
+  STARTUPINFOA startup{};
+  startup.cb = sizeof startup;
+  startup.dwFlags = STARTF_USESTDHANDLES;
+  startup.hStdInput = input.get();
+  startup.hStdOutput = output;
+  startup.hStdError = error.get();
+  PROCESS_INFORMATION information{};
+  std::string line = commandLine(call);
+  if (CreateProcessA(call.program.string().c_str(), line.data(), nullptr, nullptr, TRUE, 0, nullptr,
+                     call.currentDirectory.string().c_str(), &startup, &information) == FALSE) {
+    fail("cannot start " + call.program.string());
+  }
+  CloseHandle(information.hThread);
+  return Handle(information.hProcess);
+}
+
 }  // namespace
 
 ProgramResult runProgram(const ProgramCall& call) {
-  const TempDir captured;
-  const auto output = captured / "output";
-  const auto errors = captured / "errors";
+  HANDLE readHandle = nullptr;
+  HANDLE writeHandle = nullptr;
+  if (CreatePipe(&readHandle, &writeHandle, nullptr, 0) == FALSE) fail("cannot make a pipe");
+  const Handle readEnd(readHandle);
+  Handle writeEnd(writeHandle);
+  SetHandleInformation(writeHandle, HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
 
-  DWORD exitCode = 0;
-  {
-    std::vector<std::unique_ptr<ScopedVariable>> variables;
-    for (const auto& [name, value] : call.environment) {
-      variables.push_back(std::make_unique<ScopedVariable>(name, value));
-    }
-    const Handle input = openInheritable("NUL", GENERIC_READ, OPEN_EXISTING);
-    const Handle out = call.outputDevice.empty()
-                           ? openInheritable(output, GENERIC_WRITE, CREATE_ALWAYS)
-                           : openInheritable(call.outputDevice, GENERIC_WRITE, OPEN_EXISTING);
-    const Handle error = openInheritable(errors, GENERIC_WRITE, CREATE_ALWAYS);
-    STARTUPINFOA startup{};
-    startup.cb = sizeof startup;
-    startup.dwFlags = STARTF_USESTDHANDLES;
-    startup.hStdInput = input.get();
-    startup.hStdOutput = out.get();
-    startup.hStdError = error.get();
-    PROCESS_INFORMATION information{};
-    std::string line = commandLine(call);
-    if (CreateProcessA(call.program.string().c_str(), line.data(), nullptr, nullptr, TRUE, 0,
-                       nullptr, call.currentDirectory.string().c_str(), &startup,
-                       &information) == FALSE) {
-      fail("cannot start " + call.program.string());
-    }
-    const Handle thread(information.hThread);
-    const Handle process(information.hProcess);
-    exitCode = waitForExitCode(process.get(), call);
-  }
-  return {static_cast<int>(exitCode), call.outputDevice.empty() ? readText(output) : "",
-          readText(errors)};
+  // Standard error is left to a process that outlives the program; a file waits for none.
+  const TempDir captured;
+  const Handle process = start(call, writeHandle, captured / "errors");
+  writeEnd.reset();
+  auto output = std::async(std::launch::async, readToEnd, readHandle);
+  const DWORD exitCode = waitForExitCode(process.get(), call);
+  return {static_cast<int>(exitCode), output.get(), readText(captured / "errors")};
 }
 
 }  // namespace tolvanix::test

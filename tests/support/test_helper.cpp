@@ -2,11 +2,16 @@
 // with ".txt"; the steps, one a line, in order:
 //   record FILE   append the arguments, one a line each, and the working folder, to that file
 //   print N       write N bytes to standard output
+//   complain N    the same to standard error
 //   sleep MS
-//   linger MS     start a copy that keeps standard output open for that long, and go on
+//   wait FILE     until the test gives that file, which is taken away (releaseHelper)
+//   linger FILE   start a copy that keeps standard output open until it is given that file, and go
+//                 on
 //   raise N       send itself the signal
 //   exit N
-// Files are those beside the program. Without such a text it ends with 0 at once.
+// Files are those beside the program. Without such a text it ends with 0 at once. As
+//   spawn PROGRAM ARGUMENT...
+// it starts that program instead and ends with its exit code.
 #include <chrono>
 #include <csignal>
 #include <cstdio>
@@ -15,8 +20,10 @@
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <system_error>
 #include <thread>
 
+#include "support/Spawn.h"
 #include "winapi/winapi.h"
 
 namespace {
@@ -27,9 +34,21 @@ void sleepFor(const std::string& milliseconds) {
   std::this_thread::sleep_for(std::chrono::milliseconds(std::stoi(milliseconds)));
 }
 
-void startLingeringCopy(const std::string& program, const std::string& milliseconds) {
+// False when no test gives the file in time.
+bool waitFor(const fs::path& file) {
+  for (int tries = 0; tries < 2000; ++tries) {
+    std::error_code notYet;
+    if (fs::remove(file, notYet)) return true;
+    sleepFor("10");
+  }
+  return false;
+}
+
+// The copy has no standard error, which may be a file that the test removes.
+void startLingeringCopy(const std::string& program, const std::string& file) {
   std::string commandLine = '"' + program;
-  commandLine += "\" linger " + milliseconds;
+  commandLine += "\" linger " + file;
+  SetHandleInformation(GetStdHandle(STD_ERROR_HANDLE), HANDLE_FLAG_INHERIT, 0);
   STARTUPINFOA startup{};
   startup.cb = sizeof startup;
   PROCESS_INFORMATION process{};
@@ -42,13 +61,12 @@ void startLingeringCopy(const std::string& program, const std::string& milliseco
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc == 3 && std::string(argv[1]) == "linger") {
-    sleepFor(argv[2]);
-    return 0;
-  }
+  const std::string task = argc > 2 ? argv[1] : "";
+  if (task == "spawn") return tolvanix::test::spawnAndWait(argv + 2);
   fs::path stepsFile = argv[0];
   stepsFile.replace_extension(".txt");
   const fs::path folder = stepsFile.parent_path();
+  if (task == "linger") return waitFor(folder / argv[2]) ? 0 : 97;
   std::ifstream steps(stepsFile);
   std::string line;
   while (std::getline(steps, line)) {
@@ -60,11 +78,14 @@ int main(int argc, char** argv) {
       std::ofstream out(folder / value, std::ios::app | std::ios::binary);
       for (int i = 1; i < argc; ++i) out << argv[i] << '\n';
       out << fs::current_path().string() << '\n';
-    } else if (step == "print") {
-      std::fputs(std::string(std::stoul(value), 'x').c_str(), stdout);
-      std::fflush(stdout);
+    } else if (step == "print" || step == "complain") {
+      std::FILE* const stream = step == "print" ? stdout : stderr;
+      std::fputs(std::string(std::stoul(value), 'x').c_str(), stream);
+      if (std::fflush(stream) != 0) return 98;
     } else if (step == "sleep") {
       sleepFor(value);
+    } else if (step == "wait") {
+      if (!waitFor(folder / value)) return 97;
     } else if (step == "linger") {
       startLingeringCopy(argv[0], value);
     } else if (step == "raise") {

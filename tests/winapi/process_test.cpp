@@ -105,6 +105,8 @@ TEST_F(ProcessTest, Pipe_TellsWhatIsThereAndBreaksAtTheEnd) {
   ASSERT_TRUE(SetStdHandle(STD_OUTPUT_HANDLE, writeHandle));
   placeHelper(dir / "helper.exe", "print 1000");
   const auto exitCode = run(native("helper.exe"));
+  ASSERT_TRUE(SetHandleInformation(writeHandle, HANDLE_FLAG_INHERIT, 0));
+  EXPECT_TRUE(run(native("helper.exe"))) << "and what it prints goes nowhere";
   ASSERT_TRUE(SetStdHandle(STD_OUTPUT_HANDLE, before));
   ASSERT_EQ(exitCode, 0U);
   writeEnd.reset();

@@ -119,7 +119,7 @@ class Stream : public KernelObject {
  public:
   Stream(Descriptor open, bool forChildren) : descriptor(std::move(open)), inherits(forChildren) {}
   const Descriptor descriptor;
-  const bool inherits;
+  bool inherits;
 };
 
 // The streams that this process was started with, which have handles even when there is no memory:
@@ -367,6 +367,21 @@ BOOL DuplicateHandle(HANDLE sourceProcess, HANDLE source, HANDLE targetProcess, 
   return TRUE;
 } catch (const std::bad_alloc&) {
   return outOfMemory(FALSE);
+}
+
+BOOL GetHandleInformation(HANDLE handle, DWORD* flags) {
+  const auto* const stream = handleObject<Stream>(handle);
+  if (stream == nullptr) return FALSE;
+  *flags = stream->inherits ? HANDLE_FLAG_INHERIT : 0;
+  return TRUE;
+}
+
+BOOL SetHandleInformation(HANDLE handle, DWORD mask, DWORD flags) {
+  if (mask != HANDLE_FLAG_INHERIT) return fail(ERROR_NOT_SUPPORTED);
+  auto* const stream = handleObject<Stream>(handle);
+  if (stream == nullptr) return FALSE;
+  stream->inherits = (flags & HANDLE_FLAG_INHERIT) != 0;
+  return TRUE;
 }
 
 BOOL ReadFile(HANDLE file, void* buffer, DWORD bytesToRead, DWORD* bytesRead, void* overlapped) {
