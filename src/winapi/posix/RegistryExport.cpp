@@ -10,6 +10,7 @@
 namespace tolvanix::winapi {
 namespace {
 
+constexpr std::string_view kMark = "\xEF\xBB\xBF";  // the byte-order mark in UTF-8
 constexpr std::string_view kLocalMachine = "hkey_local_machine\\";
 constexpr std::string_view kFirstControlSet = "system\\controlset001";
 constexpr std::string_view kCurrentControlSet = "system\\currentcontrolset";
@@ -52,7 +53,8 @@ class Reader {
       : text(fileText), wanted(wantedKeys) {}
 
   ExportedKeys read() {
-    readHeader();
+    if (text.empty()) fail("the file is empty");
+    if (!takeHeader()) fail("this is no header of a registry export");
     while (position < text.size()) {
       skipBlanks();
       const char c = peek();
@@ -62,7 +64,7 @@ class Reader {
         readValue();
       } else if (c == ';') {
         takeLine();
-      } else {
+      } else if (!takeHeader()) {
         endLine("this is neither a key nor a value");
       }
     }
@@ -100,12 +102,17 @@ class Reader {
     return true;
   }
 
-  void readHeader() {
-    if (text.empty()) fail("the file is empty");
-    const std::string_view header = trimmed(text.substr(0, text.find('\n')));
-    wide = header == "Windows Registry Editor Version 5.00";
-    if (!wide && header != "REGEDIT4") fail("this is no header of a registry export");
+  // Takes the line that begins an export, and each one that was joined to it.
+  bool takeHeader() {
+    takeWord(kMark);
+    const std::size_t end = std::min(text.find('\n', position), text.size());
+    const std::string_view header = trimmed(text.substr(position, end - position));
+    const bool isWide = header == "Windows Registry Editor Version 5.00";
+    if (!isWide && header != "REGEDIT4") return false;
+    wide = isWide;
+    inKey = false;
     takeLine();
+    return true;
   }
 
   void readKey() {
@@ -247,7 +254,6 @@ ExportedKeys readRegistryExport(std::string_view bytes, bool (*wanted)(std::stri
     }
     return Reader(text, wanted).read();
   }
-  if (bytes.starts_with("\xEF\xBB\xBF")) bytes.remove_prefix(3);
   return Reader(bytes, wanted).read();
 }
 

@@ -1,5 +1,6 @@
 // Reader of Windows registry exports (.reg files, as `reg export` writes them): UTF-16LE with
 // byte-order mark or UTF-8, "Windows Registry Editor Version 5.00", or REGEDIT4 with ANSI bytes.
+// Files of one encoding that were joined, each with its mark and header, are one export.
 // Format: support.microsoft.com, "How to add, modify, or delete registry subkeys and values by
 // using a .reg file".
 #pragma once
