@@ -18,6 +18,8 @@ PROGRAM, HELPER, FIXTURES, VALIDATION_LIBRARY = (pathlib.Path(a).resolve() for a
 SCHEMA = FIXTURES.parents[1] / "docs/result.xsd"
 HEADER = "Windows Registry Editor Version 5.00\n\n"
 ENUM = r"HKEY_LOCAL_MACHINE\SYSTEM\CurrentControlSet\Enum\PCI"
+CLASS = r"HKEY_LOCAL_MACHINE\SYSTEM\CurrentControlSet\Control\Class"
+WINDOWS = r"HKEY_LOCAL_MACHINE\SOFTWARE\Microsoft\Windows NT\CurrentVersion"
 EMPTY_INVENTORY = '<?xml version="1.0" encoding="UTF-8"?><SVMInventory lang="en" ></SVMInventory>'
 
 
@@ -61,12 +63,54 @@ class WholeRun(unittest.TestCase):
 
 
 class RegistryExport(WholeRun):
+    def device(self, driver):
+        driver = driver.replace("\\", "\\\\")
+        return f'[{ENUM}\\A\\1]\n"HardwareID"="PCI\\\\VEN_1DE4&DEV_0001"\n"Driver"="{driver}"\n'
+
+    def driver(self, driver):
+        return f'[{CLASS}\\{driver}]\n"DriverVersion"="7.5"\n'
+
     def test_every_encoding_and_form_counts_as_it_is_after_an_import(self):
         forms = ["forms_utf16", "forms_utf8", "forms_utf8_bom", "forms_regedit4"]
         for name, expected in [*((form, "forms") for form in forms), ("import_rules", "import_rules")]:
             self.machine = FIXTURES / f"machines/{name}.reg"
             document = (FIXTURES / f"machines/{expected}.xml").read_bytes().replace(b">\n", b">")
             self.assertEqual(self.run_program("-i").stdout, document, name)
+
+    def test_joined_exports_are_one(self):
+        version = f'[{WINDOWS}]\n"CurrentVersion"="6.3"\n'
+        parts = [self.device(r"{4D36E972}\0001"), self.driver(r"{4D36E972}\0001"), version]
+        plain = [(HEADER + part + "\n").encode() for part in parts]
+        marked = [b"\xef\xbb\xbf" + part for part in plain]
+        wide = [(HEADER + part + "\n").replace("\n", "\r\n").encode("utf-16") for part in parts]
+        narrow = ("REGEDIT4\n\n" + parts[1]).encode()
+        for exports in [plain, marked, wide, [plain[0], narrow, marked[2]]]:
+            self.machine = self.add("m.reg", b"".join(exports))
+            result = self.run_program("-i", "-d=4", "-e", "trace.log")
+            self.assertEqual(result.stderr, b"")
+            self.assertRegex(result.stdout, b'deviceID="0001" .* version="7.5"')
+            trace = self.folder / "trace.log"
+            self.assertIn('majorVersion="6"  minorVersion="3"', trace.read_text())
+            trace.unlink()
+
+    def test_limits_and_odd_values(self):
+        def driven(length):  # by a class key with a path of that length
+            driver = "k" * (length - len(CLASS.partition("\\")[2] + "\\"))
+            return HEADER + self.device(driver) + self.driver(driver)
+
+        half_a_pair = (driven(100) + "; \ud83d").encode("utf-16", "surrogatepass")
+        six = HEADER + f'[{WINDOWS}]\n"CurrentVersion"="six"\n'
+        rows = [
+            (driven(255), 0, b' version="7.5"'),
+            (driven(256), 0, b' version="0"'),
+            (half_a_pair, 0, b' version="7.5"'),
+            (six, 19, b'<Message id="19">'),
+        ]
+        for content, code, part in rows:
+            self.machine = self.add("m.reg", content)
+            result = self.run_program("-i")
+            self.assertEqual((result.returncode, result.stderr), (code, b""))
+            self.assertIn(part, result.stdout)
 
     def test_unusable_is_one_line_and_no_devices(self):
         device = HEADER + f'[{ENUM}\\A\\1]\n"HardwareID"='
@@ -92,6 +136,10 @@ class RegistryExport(WholeRun):
             (device + "hex(7:50\n", '4: the type of the value is not followed by "):"'),
             (device + "dword:123456789\n", "4: one to eight hexadecimal digits needed"),
             (HEADER + '[a]\n"b"\n', "4: the value's name is not followed by an equals sign"),
+            (HEADER + "[a]\n" + HEADER + '"b"="c"\n', "6: this value stands before the first key"),
+            (HEADER + "[a]" + HEADER, "3: there is text behind the key"),
+            (HEADER.encode() + HEADER.encode("utf-16"), "3: this is neither a key nor a value"),
+            (HEADER.encode("utf-16") + HEADER.encode(), "3: this is neither a key nor a value"),
         ]
         for content, complaint in rows:
             self.machine = self.add("m.reg", content)
@@ -101,6 +149,27 @@ class RegistryExport(WholeRun):
         self.machine = self.folder / "none.reg"
         complaint = f"tolvanix: {self.machine}: No such file or directory\n"
         self.assertEqual(self.run_program("-i").stderr.decode(), complaint)
+
+
+class ValidationLibraryThatDoesNotLoad(WholeRun):
+    def test_loaders_reason_is_one_line(self):
+        whole = VALIDATION_LIBRARY.read_bytes()
+        foreign = whole[:18] + b"\x28" + whole[19:]  # the number of another processor
+        rows = [
+            (None, 23, "^$"),
+            (b"text", 24, "/kivvalid.dll: not a whole shared object of 64 bits\n$"),
+            (whole[:512], 24, "/kivvalid.dll: not a whole shared object of 64 bits\n$"),
+            (foreign, 24, "/kivvalid.dll: .+\n$"),
+            (whole.replace(b"\0libc.so.6\0", b"\0libx.so.6\0"), 24, "libx.so.6: cannot open .+\n$"),
+        ]
+        self.add("package.xml", "<P/>")
+        for content, code, reason in rows:
+            if content is not None:
+                self.add("kivvalid.dll", content)
+            result = self.run_program("-u")
+            self.assertEqual(result.returncode, code)
+            self.assertRegex(result.stderr.decode(), "^tolvanix: .*" + reason if content else reason)
+            self.assertEqual(result.stderr.count(b"\n"), 0 if content is None else 1)
 
 
 class SysfsTree(WholeRun):
@@ -206,7 +275,6 @@ class SysfsTree(WholeRun):
 
 class HelperProgram(WholeRun):
     ID = "PCI\\VEN_1DE4&DEV_0C01&SUBSYS_00011DE4"
-    CLASS = r"HKEY_LOCAL_MACHINE\SYSTEM\CurrentControlSet\Control\Class"
     # A device that has a driver, and one that has none.
     EXPORT = rf"""{HEADER}[{ENUM}\VEN_1DE4&DEV_0C01\1]
 "HardwareID"="PCI\\VEN_1DE4&DEV_0C01&SUBSYS_00011DE4"

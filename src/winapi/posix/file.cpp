@@ -14,6 +14,7 @@
 
 #include "winapi/posix/HandleTable.h"
 #include "winapi/posix/Paths.h"
+#include "winapi/posix/Report.h"
 #include "winapi/winapi.h"
 
 namespace {
@@ -131,14 +132,24 @@ tolvanix::winapi::HandleTable<Search, 0x46>& searches() {
   return table;
 }
 
-// The names that match, in order; none, with errno, when the folder cannot be read.
+// The folder's next entry; null at the end, and, with a report, where reading it fails.
+const dirent* nextEntry(DIR* directory, const std::string& folder) {
+  errno = 0;
+  const dirent* const entry = readdir(directory);
+  if (entry == nullptr && errno != 0) {
+    tolvanix::winapi::report(folder + ": " + std::strerror(errno));
+  }
+  return entry;
+}
+
+// The names that match, in order; none, with errno, when the folder cannot be opened.
 std::optional<std::vector<std::string>> matchingNames(const std::string& folder,
                                                       const std::string& pattern) {
   const std::unique_ptr<DIR, decltype([](DIR* open) { closedir(open); })> directory(
       opendir(folder.c_str()));
   if (!directory) return std::nullopt;
   std::vector<std::pair<std::string, std::string>> matches;  // upper-cased, as it is
-  while (const dirent* const entry = readdir(directory.get())) {
+  while (const dirent* const entry = nextEntry(directory.get(), folder)) {
     std::string name = entry->d_name;
     // A name with '\' in it cannot be told to the program.
     if (name.size() >= MAX_PATH || name.find('\\') != std::string::npos) continue;

@@ -2,8 +2,10 @@
 #include <elf.h>
 #include <strings.h>
 #include <sys/auxv.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -11,12 +13,15 @@
 #include <vector>
 
 #include "winapi/posix/Paths.h"
+#include "winapi/posix/Report.h"
 #include "winapi/posix/kernel32.h"
 #include "winapi/winapi.h"
 
 namespace {
 
 namespace fs = std::filesystem;
+
+using tolvanix::winapi::report;
 
 // ---- The program's own path ----
 
@@ -77,11 +82,14 @@ fs::path findIgnoringCase(const fs::path& folder, const std::string& name) {
   std::error_code error;
   if (fs::exists(folder / name, error)) return folder / name;
   std::string found;
-  for (const auto& entry : fs::directory_iterator(folder, error)) {
-    const std::string candidate = entry.path().filename().string();
+  for (fs::directory_iterator entry(folder, error); entry != fs::directory_iterator();
+       entry.increment(error)) {
+    const std::string candidate = entry->path().filename().string();
     const bool same = strcasecmp(candidate.c_str(), name.c_str()) == 0;
     if (same && (found.empty() || candidate < found)) found = candidate;
   }
+  const bool isMissing = error == std::errc::no_such_file_or_directory;
+  if (error && !isMissing) report(folder.string() + ": " + error.message());
   return found.empty() ? fs::path() : folder / found;
 }
 
@@ -124,9 +132,11 @@ bool isWholeLibrary(const fs::path& path) {
   return true;
 }
 
+// The code for what the loader says, which is reported too.
 DWORD loadError() {
   const char* const text = dlerror();
   if (text == nullptr) return ERROR_BAD_EXE_FORMAT;
+  report(text);
   if (std::strstr(text, "cannot open shared object file") != nullptr) return ERROR_MOD_NOT_FOUND;
   if (std::strstr(text, "undefined symbol") != nullptr) return ERROR_PROC_NOT_FOUND;
   return ERROR_BAD_EXE_FORMAT;
@@ -173,8 +183,14 @@ HMODULE LoadLibraryA(const char* libFileName) {
   const fs::path path = findLibrary(libFileName);
   std::error_code error;
   if (path.empty() || fs::is_directory(path, error)) return fail(ERROR_MOD_NOT_FOUND);
-  if (!std::ifstream(path)) return fail(ERROR_ACCESS_DENIED);
-  if (!isWholeLibrary(path)) return fail(ERROR_BAD_EXE_FORMAT);
+  if (access(path.c_str(), R_OK) != 0) {
+    report(path.string() + ": " + std::strerror(errno));
+    return fail(ERROR_ACCESS_DENIED);
+  }
+  if (!isWholeLibrary(path)) {
+    report(path.string() + ": not a whole shared object of 64 bits");
+    return fail(ERROR_BAD_EXE_FORMAT);
+  }
   void* const module = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (module == nullptr) return fail(loadError());
   loadedModules().push_back(module);

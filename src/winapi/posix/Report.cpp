@@ -1,0 +1,11 @@
+#include "winapi/posix/Report.h"
+
+#include <cstdio>
+
+namespace tolvanix::winapi {
+
+void report(const std::string& problem) {
+  std::fprintf(stderr, "tolvanix: %s\n", problem.c_str());
+}
+
+}  // namespace tolvanix::winapi
