@@ -33,11 +33,10 @@ def encodings(text, kind):
         return {"": text}
     dos = text.replace("\n", "\r\n")
     files = {"": text.encode(), ".crlf": dos.encode(), ".utf8": b"\xef\xbb\xbf" + dos.encode(),
-             ".utf16": b"\xff\xfe" + dos.encode("utf-16-le")}
-    if kind == "profile":  # Wine reads no INF file of this kind
-        files[".utf16be"] = b"\xfe\xff" + dos.encode("utf-16-be")
+             ".utf16": b"\xff\xfe" + dos.encode("utf-16-le"), ".utf16be": b"\xfe\xff" + dos.encode("utf-16-be")}
     if kind == "devices":  # what is not UTF-16 must be ASCII for Wine; the import converts it
         files.pop(".crlf")
+        files.pop(".utf16be")
     return files
 
 

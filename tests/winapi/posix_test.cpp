@@ -87,6 +87,30 @@ TEST_F(PosixTest, Search_FollowsTheRulesOfDos) {
   }
 }
 
+// Wine reads the class as if it were in an INI file.
+TEST_F(PosixTest, Class_IsReadAsAllOfAnInfFile) {
+  const std::string start = "[Version]\nSignature=\"$Windows NT$\" ; comment\n";
+  const std::string guid = "ClassGuid={4D36E972-E325-11CE-BFC1-08002BE10318}";
+  const std::string padding = "[Other]\n" + std::string(5000, ';') + "\n";
+  const std::string rows[] = {
+      start + "Class=Net ; comment\n" + guid + " ; comment\n[Other]\n",
+      start + "Class=Net\n" + guid + " ; comment\n" + padding,
+      start + "Class=Net\n[Other]\n[VERSION]\n" + guid + "\nClass=Other\n",
+      start + "Class=Net\n" + padding + "[version]\n" + guid + "\n",
+      start + "Class=%c%\nClassGuid=%g%\n" + padding + "[Strings]\nc=Net\ng=" + guid.substr(10),
+      start + "Class=N\"et\", x\nClassGuid=\\\n" + guid.substr(10) + ",x\n" + padding,
+      padding + start + "Class=Net\n" + guid,
+  };
+  for (const std::string& text : rows) {
+    writeFile(dir / "test.inf", text);
+    GUID found{};
+    char name[64] = "";
+    EXPECT_TRUE(SetupDiGetINFClassA(".\\test.inf", &found, name, sizeof name, nullptr)) << text;
+    EXPECT_STREQ(name, "Net") << text;
+    EXPECT_EQ(found.Data1, 0x4D36E972U) << text;
+  }
+}
+
 TEST_F(PosixTest, NamesThatDifferInCaseAlone_TheExactOneIsFound) {
   writeFile(dir / "net.inf", "1");
   writeFile(dir / "NET.INF", "22");

@@ -32,29 +32,44 @@ void cutTrailingCtrlZ(std::string& text) {
 
 DWORD InfFile::open(const char* fileName, UINT& errorLine) {
   errorLine = 0;
-  sections.clear();
-  strings.clear();
-  stringsPrepared = false;
-  line.clear();
-  linePosition = kNowhere;
-  const DWORD readError = readTextFile(fileName, text);
+  const DWORD readError = read(fileName, std::numeric_limits<std::size_t>::max());
   if (readError != ERROR_SUCCESS) return readError;
-  if (text.empty()) return ERROR_FILE_INVALID;
-  // Positions in the text have to fit an INFCONTEXT.
-  if (text.size() > std::numeric_limits<UINT>::max()) return ERROR_NOT_ENOUGH_MEMORY;
-  cutTrailingCtrlZ(text);
-  text.append(kPadding, '\n');
   const char* place = text.data();
   const DWORD error = findSections(place);
   if (error != ERROR_SUCCESS) {
     errorLine = static_cast<UINT>(std::count<const char*>(text.data(), place, '\n')) + 1;
     return error;
   }
-  std::sort(sections.begin(), sections.end(), [](const Section& left, const Section& right) {
-    return left.nameHash != right.nameHash ? left.nameHash < right.nameHash
-                                           : left.begin < right.begin;
-  });
+  sortSections();
   return hasSignature() ? ERROR_SUCCESS : ERROR_WRONG_INF_STYLE;
+}
+
+bool InfFile::openBeginning(const char* fileName) {
+  constexpr std::size_t kBeginning = 4096;
+  if (read(fileName, kBeginning) != ERROR_SUCCESS) return false;
+  const char* place = text.data();
+  if (findSections(place) != ERROR_SUCCESS) return false;
+  if (!sections.empty()) sections.pop_back();  // its end is not known
+  sortSections();
+  return true;
+}
+
+DWORD InfFile::read(const char* fileName, std::size_t limit) {
+  sections.clear();
+  strings.clear();
+  stringsPrepared = false;
+  line.clear();
+  linePosition = kNowhere;
+  const DWORD error = readTextFile(fileName, text, BigEndian::kRefused, limit);
+  // Windows takes a file in big-endian UTF-16 for narrow text, which has no section then.
+  if (error == ERROR_INVALID_DATA) return ERROR_EXPECTED_SECTION_NAME;
+  if (error != ERROR_SUCCESS) return error;
+  if (text.empty()) return ERROR_FILE_INVALID;
+  // Positions in the text have to fit an INFCONTEXT.
+  if (text.size() > std::numeric_limits<UINT>::max()) return ERROR_NOT_ENOUGH_MEMORY;
+  cutTrailingCtrlZ(text);
+  text.append(kPadding, '\n');
+  return ERROR_SUCCESS;
 }
 
 // On an error `place` is in the line at fault.
@@ -82,6 +97,13 @@ DWORD InfFile::findSections(const char*& place) {
   return ERROR_SUCCESS;
 }
 
+void InfFile::sortSections() {
+  std::sort(sections.begin(), sections.end(), [](const Section& left, const Section& right) {
+    return left.nameHash != right.nameHash ? left.nameHash < right.nameHash
+                                           : left.begin < right.begin;
+  });
+}
+
 // The bracket of the next section header in the text from the end of one header on, or the end of
 // the text. A bracket counts at the beginning of a line that does not continue the one before it.
 const char* InfFile::findHeader(const char* body) const {
@@ -103,20 +125,20 @@ const char* InfFile::findHeader(const char* body) const {
 }
 
 bool InfFile::hasSignature() {
-  auto position = firstLine("Version");
-  while (position) {
-    const InfLine* const versionLine = lineAt(*position);
-    if (equalIgnoringCase(versionLine->field(0).value_or(""), "Signature")) {
-      constexpr std::array<std::string_view, 3> kSignatures = {"$Windows NT$", "$Chicago$",
-                                                               "$Windows 95$"};
-      const std::string_view signature = versionLine->field(1).value_or("");
-      return std::any_of(kSignatures.begin(), kSignatures.end(), [&](std::string_view known) {
-        return equalIgnoringCase(signature, known);
-      });
-    }
-    position = nextLine(*position);
+  constexpr std::array<std::string_view, 3> kSignatures = {"$Windows NT$", "$Chicago$",
+                                                           "$Windows 95$"};
+  const std::string_view signature = firstValue("Version", "Signature").value_or("");
+  return std::any_of(kSignatures.begin(), kSignatures.end(),
+                     [&](std::string_view known) { return equalIgnoringCase(signature, known); });
+}
+
+std::optional<std::string_view> InfFile::firstValue(std::string_view section,
+                                                    std::string_view key) {
+  for (auto position = firstLine(section); position; position = nextLine(*position)) {
+    const InfLine* const found = lineAt(*position);
+    if (equalIgnoringCase(found->field(0).value_or(""), key)) return found->field(1);
   }
-  return false;
+  return std::nullopt;
 }
 
 std::optional<UINT> InfFile::findSection(std::string_view name) const {

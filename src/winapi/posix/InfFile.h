@@ -32,6 +32,10 @@ class InfFile {
   // code; `errorLine` is the number of the line at fault, 0 for none. Memory is used again.
   DWORD open(const char* fileName, UINT& errorLine);
 
+  // Reads the beginning of the file, and takes the sections that are whole in it. False when they
+  // cannot be found in it; the rest of the file is not checked.
+  bool openBeginning(const char* fileName);
+
   // Sections of one name are one section, in the order of the file.
   std::optional<InfPosition> firstLine(std::string_view section) const;
   std::optional<InfPosition> nextLine(const InfPosition& position) {
@@ -48,6 +52,10 @@ class InfFile {
   const InfLine* lineAt(const InfPosition& position) {
     return position == linePosition ? &line : splitLineAt(position);
   }
+
+  // The first value of the first line with that key in the section, %names% left. Good until the
+  // next call for another line.
+  std::optional<std::string_view> firstValue(std::string_view section, std::string_view key);
 
   // The field's text with %names% replaced. Good until the next call.
   std::string_view expand(std::string_view field);
@@ -72,7 +80,9 @@ class InfFile {
   static constexpr InfPosition kNowhere{std::numeric_limits<UINT>::max(), 0};
 
   const InfLine* splitLineAt(const InfPosition& position);
+  DWORD read(const char* fileName, std::size_t limit);
   DWORD findSections(const char*& place);
+  void sortSections();
   const char* findHeader(const char* body) const;
   bool hasSignature();
   std::optional<UINT> findSection(std::string_view name) const;

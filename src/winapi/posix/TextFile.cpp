@@ -17,6 +17,8 @@ namespace tolvanix::winapi {
 
 namespace {
 
+constexpr char kReplacement[] = "\xEF\xBF\xBD";  // U+FFFD, for half a pair
+
 // Fills `size` bytes unless the file ends before; the count of bytes, negative on an error.
 ssize_t readFully(int file, char* bytes, std::size_t size) {
   std::size_t length = 0;
@@ -55,14 +57,16 @@ DWORD readUtf16(int file, ByteOrder order, std::string_view begin, std::size_t r
     held -= taken;
     std::copy_n(block.data() + taken, held, block.data());
   }
-  // What is left over is half a character.
   text.resize(length);
+  // What is left over is half a pair, or half a unit.
+  if (held >= sizeof(char16_t)) text += kReplacement;
   return ERROR_SUCCESS;
 }
 
 }  // namespace
 
-DWORD readTextFile(const char* fileName, std::string& text, std::size_t limit) {
+DWORD readTextFile(const char* fileName, std::string& text, BigEndian bigEndian,
+                   std::size_t limit) {
   const std::string path = toNativePath(fileName);
   // Without O_NONBLOCK a named pipe would be waited for.
   const FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
@@ -79,6 +83,7 @@ DWORD readTextFile(const char* fileName, std::string& text, std::size_t limit) {
     return readUtf16(file.get(), ByteOrder::kLittleEndian, begin.substr(2), rest, text);
   }
   if (begin.starts_with("\xFE\xFF")) {
+    if (bigEndian == BigEndian::kRefused) return ERROR_INVALID_DATA;
     return readUtf16(file.get(), ByteOrder::kBigEndian, begin.substr(2), rest, text);
   }
   const bool marked = begin.starts_with("\xEF\xBB\xBF");

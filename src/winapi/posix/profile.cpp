@@ -15,7 +15,7 @@ namespace {
 // A name without a folder means a file of the system's own folder, and this system has none.
 DWORD readProfile(const char* fileName, std::string& text) {
   if (fileName == nullptr || std::strpbrk(fileName, "\\/") == nullptr) return ERROR_FILE_NOT_FOUND;
-  return tolvanix::winapi::readTextFile(fileName, text);
+  return tolvanix::winapi::readTextFile(fileName, text, tolvanix::winapi::BigEndian::kRead);
 }
 
 }  // namespace

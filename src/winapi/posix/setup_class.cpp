@@ -9,14 +9,13 @@
 #include <string_view>
 
 #include "winapi/posix/IgnoreCase.h"
-#include "winapi/posix/ProfileText.h"
-#include "winapi/posix/TextFile.h"
+#include "winapi/posix/InfFile.h"
 #include "winapi/winapi.h"
 
 namespace {
 
 using tolvanix::winapi::equalIgnoringCase;
-using tolvanix::winapi::profileValue;
+using tolvanix::winapi::InfFile;
 
 struct SetupClass {
   const char* name;
@@ -109,31 +108,41 @@ std::optional<GUID> parseGuid(std::string_view text) {
   return guid;
 }
 
+// What [Version] says of the class, %names% left.
 struct VersionValues {
-  std::optional<std::string_view> signature;
-  std::optional<std::string_view> classGuid;
-  std::optional<std::string_view> className;
+  std::optional<std::string> signature;
+  std::optional<std::string> classGuid;
+  std::optional<std::string> className;
 };
 
-// The class is read as an INI file has it: no comments behind values, no %names%, the first
-// section of that name only.
-VersionValues versionValues(std::string_view text) {
-  return {profileValue(text, "Version", "Signature"), profileValue(text, "Version", "ClassGUID"),
-          profileValue(text, "Version", "Class")};
+VersionValues versionValues(InfFile& file) {
+  const auto value = [&file](std::string_view key) -> std::optional<std::string> {
+    const auto found = file.firstValue("Version", key);
+    if (!found) return std::nullopt;
+    return std::string(*found);
+  };
+  return {value("Signature"), value("ClassGUID"), value("Class")};
 }
 
-// The section stands near the beginning, so the whole file is read only when that does not do.
-DWORD readVersion(const char* infName, std::string& text, VersionValues& values) {
-  constexpr std::size_t kBeginning = 4096;
+// Whether nothing that follows in the file could change the value.
+bool isFinal(const std::optional<std::string>& value) {
+  return value && value->find('%') == std::string::npos;
+}
+
+// [Version] is near the beginning of most files, so the whole file is read only when that does not
+// do.
+DWORD readVersion(const char* infName, InfFile& file, VersionValues& values) {
   if (infName == nullptr) return ERROR_INVALID_PARAMETER;
   if (std::strpbrk(infName, "\\/") == nullptr) return ERROR_FILE_NOT_FOUND;
-  DWORD error = tolvanix::winapi::readTextFile(infName, text, kBeginning);
-  if (error != ERROR_SUCCESS) return error;
-  // The last line may be cut.
-  values = versionValues(std::string_view(text).substr(0, text.rfind('\n') + 1));
-  if (values.signature && values.classGuid && values.className) return ERROR_SUCCESS;
-  error = tolvanix::winapi::readTextFile(infName, text);
-  values = versionValues(text);
+  if (file.openBeginning(infName)) {
+    values = versionValues(file);
+    if (isFinal(values.signature) && isFinal(values.classGuid) && isFinal(values.className)) {
+      return ERROR_SUCCESS;
+    }
+  }
+  UINT errorLine = 0;
+  const DWORD error = file.open(infName, errorLine);
+  if (error == ERROR_SUCCESS) values = versionValues(file);
   return error;
 }
 
@@ -161,15 +170,16 @@ BOOL fail(DWORD code) {
 
 BOOL SetupDiGetINFClassA(const char* infName, GUID* classGuid, char* className, DWORD classNameSize,
                          DWORD* requiredSize) {
-  std::string text;
+  InfFile file;
   VersionValues values;
-  const DWORD error = readVersion(infName, text, values);
+  const DWORD error = readVersion(infName, file, values);
   if (error != ERROR_SUCCESS) return fail(error);
-  std::string_view name = values.className.value_or("");
+  const std::string classText(file.expand(values.className.value_or("")));
+  std::string_view name = classText;
   if (!isSignature(values.signature.value_or("")) || (name.empty() && !values.classGuid)) {
     return fail(ERROR_NO_ASSOCIATED_CLASS);
   }
-  const auto guid = values.classGuid ? parseGuid(*values.classGuid) : GUID{};
+  const auto guid = values.classGuid ? parseGuid(file.expand(*values.classGuid)) : GUID{};
   if (!guid || classGuid == nullptr || className == nullptr) return fail(ERROR_INVALID_PARAMETER);
   if (name.empty()) name = nameOfClass(*guid);
   *classGuid = *guid;
