@@ -78,6 +78,10 @@ INF_FILES = {
     "bare guid": SIGNED + f"Class=Net\nClassGuid={GUID[1:-1]}\n",
     "upper guid": SIGNED + f"Class=Net\nClassGuid={GUID.upper()}\n",
     "named guid": SIGNED + f"Class=Net\nClassGuid=%g%\n[Strings]\ng={GUID}\n",
+    "commented guid": SIGNED + f"Class=Net\nClassGuid={GUID} ; c\n",
+    "commented class": SIGNED + f"Class=Net ; c\nClassGuid={GUID}\n",
+    "guid and text": SIGNED + f"Class=Net\nClassGuid={GUID}x\n",
+    "guid in second version": SIGNED + f"Class=Net\n[S]\na=b\n[Version]\nClassGuid={GUID}\n",
     "second version": SIGNED + "[Manufacturer]\n" + HEAD,
     "version later": MODELS + "[S]\na=b\n" + HEAD,
     "far version": "[Other]\n" + ";" * 9000 + "\n" + HEAD,
@@ -89,6 +93,7 @@ INF_FILES = {
     "zero in line": HEAD + MODELS + "[S]\nk=a\0b,c\nl=d\n",
     "ctrl-z at the end": HEAD + MODELS + "[S]\nk=a,b\n\x1a",
     "lone surrogate": b"\xff\xfe" + (HEAD + MODELS + "[S]\nk=a\ud800b\ud800,\udc00\n").encode("utf-16-le", "surrogatepass"),
+    "half a pair": b"\xff\xfe" + (HEAD + MODELS + "[S]\nk=a,b\ud800").encode("utf-16-le", "surrogatepass"),
     "half a unit": b"\xff\xfe" + (HEAD + MODELS + "[S]\nk=a,b\n").encode("utf-16-le") + b"x",
     "only a mark": b"\xff\xfe",
     "only the UTF-8 mark": b"\xef\xbb\xbf",
@@ -118,6 +123,7 @@ INI_FILES = {
     "bytes": bytes(range(256)) * 20,
     "zeros": bytes(100),
     "windows-1252": "[S]\na=caf\u00e9\n".encode("cp1252"),
+    "half a pair": b"\xff\xfe" + "[S]\na=1\ud800".encode("utf-16-le", "surrogatepass"),
     "half a unit": b"\xff\xfe" + "[S]\na=1\n".encode("utf-16-le") + b"x",
 }
 

@@ -37,11 +37,10 @@ def encodings(text, kind):
         return {"": text}
     dos = text.replace("\n", "\r\n")
     files = {"": text.encode(), ".crlf": dos.encode(), ".utf8": b"\xef\xbb\xbf" + dos.encode(),
-             ".utf16": b"\xff\xfe" + dos.encode("utf-16-le")}
-    if kind != "devices":  # in this order of bytes no INF file is read, on either side
-        files[".utf16be"] = b"\xfe\xff" + dos.encode("utf-16-be")
+             ".utf16": b"\xff\xfe" + dos.encode("utf-16-le"), ".utf16be": b"\xfe\xff" + dos.encode("utf-16-be")}
     if kind == "devices":  # what is not UTF-16 must be ASCII for Wine; the import converts it
         files.pop(".crlf")
+        files.pop(".utf16be")
     return files
 
 

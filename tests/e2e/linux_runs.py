@@ -82,7 +82,8 @@ class RegistryExport(WholeRun):
             self.assertEqual(self.run_program("-i").stdout, document, name)
 
     def test_joined_exports_are_one(self):
-        parts = [self.device(r"{4D36E972}\0001"), self.driver(r"{4D36E972}\0001"), f'[{WINDOWS}]\n"CurrentVersion"="6.3"\n']
+        version = f'[{WINDOWS}]\n"CurrentVersion"="6.3"\n'
+        parts = [self.device(r"{4D36E972}\0001"), self.driver(r"{4D36E972}\0001"), version]
         plain = [(HEADER + part + "\n").encode() for part in parts]
         marked = [b"\xef\xbb\xbf" + part for part in plain]
         wide = [(HEADER + part + "\n").replace("\n", "\r\n").encode("utf-16") for part in parts]

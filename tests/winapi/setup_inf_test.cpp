@@ -58,7 +58,7 @@ TEST_F(Inf, Open_UnusableFiles_EachHaveTheirError) {
       {"\n; comment\n[VERSION]\r\nSignature = \"$windows nt$\" ; x\r\n", ERROR_SUCCESS},
       {"\xEF\xBB\xBF[Version]\nSignature=\"$Windows NT$\"", ERROR_SUCCESS},
       {utf16File(u"[Version]\r\nSignature=\"$Windows NT$\"\r\n"), ERROR_SUCCESS},
-      {{"\xFE\xFF\0[\0V\0e\0r\0s\0i\0o\0n\0]", 20}, ERROR_EXPECTED_SECTION_NAME},
+      {std::string("\xFE\xFF\0[\0V\0]\0\n\0[\0S\0]\0\n", 18), ERROR_EXPECTED_SECTION_NAME},
       {"", ERROR_FILE_INVALID},
       {"; only a comment\n", ERROR_WRONG_INF_STYLE},
       {"[Strings]\na=b\n", ERROR_WRONG_INF_STYLE},
@@ -121,8 +121,8 @@ TEST_F(Inf, Lines_AreReadAsDocumented) {
     write(kVersion + text);
     EXPECT_EQ(linesOfFile(), lines) << text;
   }
-  write(utf16File(u"[Version]\r\nSignature=\"$Windows NT$\"\r\n[S]\r\nk=a,b\r\nl=c"));
-  EXPECT_EQ(linesOfFile(), "k=a|b\nl=c\n");
+  write(utf16File(u"[Version]\r\nSignature=\"$Windows NT$\"\r\n[S]\r\nk=a,b\r\nl=c\xD83D"));
+  EXPECT_EQ(linesOfFile(), "k=a|b\nl=c\xEF\xBF\xBD\n") << "half a pair ends the file";
 }
 
 TEST_F(Inf, StringField_SizesAndBuffers) {
@@ -161,6 +161,7 @@ TEST_F(Inf, Class_IsNameAndGuidOfTheVersion) {
       {start, "", 0, 0},
       {start + "Class=\n", "", 0, 0},
       {start + "ClassGuid={4D36E972}\n", "", 0, 0},
+      {start + "ClassGuid={4D36E972-E325-11CE-BFC1-08002BE10318}x\n", "", 0, 0},
       {start + "ClassGuid=%guid%\n", "", 0, 0},
   };
   GUID guid{};

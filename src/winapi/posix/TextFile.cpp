@@ -17,6 +17,8 @@ namespace tolvanix::winapi {
 
 namespace {
 
+constexpr char kReplacement[] = "\xEF\xBF\xBD";  // U+FFFD, for half a pair
+
 // Fills `size` bytes unless the file ends before; the count of bytes, negative on an error.
 ssize_t readFully(int file, char* bytes, std::size_t size) {
   std::size_t length = 0;
@@ -55,8 +57,9 @@ DWORD readUtf16(int file, ByteOrder order, std::string_view begin, std::size_t r
     held -= taken;
     std::copy_n(block.data() + taken, held, block.data());
   }
-  // What is left over is half a character.
   text.resize(length);
+  // What is left over is half a pair, or half a unit.
+  if (held >= sizeof(char16_t)) text += kReplacement;
   return ERROR_SUCCESS;
 }
 

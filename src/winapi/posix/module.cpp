@@ -85,15 +85,15 @@ FARPROC kernel32Export(const char* name) {
 fs::path findIgnoringCase(const fs::path& folder, const std::string& name) {
   std::error_code error;
   if (fs::exists(folder / name, error)) return folder / name;
-  fs::directory_iterator entry(folder, error);
-  if (error) return {};
   std::string found;
-  for (; entry != fs::directory_iterator(); entry.increment(error)) {
+  for (fs::directory_iterator entry(folder, error); entry != fs::directory_iterator();
+       entry.increment(error)) {
     const std::string candidate = entry->path().filename().string();
     const bool same = strcasecmp(candidate.c_str(), name.c_str()) == 0;
     if (same && (found.empty() || candidate < found)) found = candidate;
   }
-  if (error) report(folder.string() + ": " + error.message());
+  const bool isMissing = error == std::errc::no_such_file_or_directory;
+  if (error && !isMissing) report(folder.string() + ": " + error.message());
   return found.empty() ? fs::path() : folder / found;
 }
 
