@@ -44,7 +44,7 @@ int KivWrapper::runCommand(std::int32_t argumentCount, char* arguments[]) {
   xmlWriter->writeXMLDeclaration();
   if (validated == kSuccess) {
     const int status = takeAction();
-    traceStep("runKiv: status from takeAction() = %d\n", status);
+    TRACE_STEP("runKiv: status from takeAction() = %d\n", status);
     return status;
   }
   writeCommandFailure(validated);
@@ -75,9 +75,9 @@ int KivWrapper::validateCLIOptionsAndDefaults() {
     return kDebugFileUnusable;
   }
   debugWriter->initialize(parser->getDebugLevel(), parser->getDebugTarget(), debugFile);
-  traceStep("***************************************************\n");
-  traceStep("**** tolvanix: Debugging has been initialized. ****\n");
-  traceStep("***************************************************\n");
+  TRACE_STEP("***************************************************\n");
+  TRACE_STEP("**** tolvanix: Debugging has been initialized. ****\n");
+  TRACE_STEP("***************************************************\n");
 
   return parser->getCommand() == kCommandInventory ? kSuccess : checkUpdateFiles();
 }
@@ -90,7 +90,7 @@ int KivWrapper::checkUpdateFiles() {
   }
   if (IsWow64()) {
     constexpr char kHelper[] = ".\\tolvanixhelper64\\tolvanixhelper64.exe";
-    traceError("CLIValidate 64-bit helper program: %s.\n", kHelper);
+    TRACE_ERROR("CLIValidate 64-bit helper program: %s.\n", kHelper);
     if (!CLIParser::canReadBinary(kHelper)) return refuseOptions(kHelperNotFound);
   }
   if (parser->getCommand() == kCommandUpdate) {
@@ -104,7 +104,7 @@ int KivWrapper::checkUpdateFiles() {
 }
 
 int KivWrapper::refuseOptions(int status) const {
-  traceError("validateCLIOptionsAndDefaults: %s\n", xmlWriter->getMessage(status));
+  TRACE_ERROR("validateCLIOptionsAndDefaults: %s\n", xmlWriter->getMessage(status));
   return status;
 }
 
@@ -128,7 +128,7 @@ bool KivWrapper::IsWow64() {
   BOOL answer = FALSE;
   if (isWow64Process != nullptr) isWow64Process(GetCurrentProcess(), &answer);
   if (answer == FALSE) return false;
-  traceStep("IsWow64: 32-bit app running under WOW64\n");
+  TRACE_STEP("IsWow64: 32-bit app running under WOW64\n");
   return true;
 }
 

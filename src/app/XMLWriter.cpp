@@ -95,23 +95,23 @@ const char* XMLWriter::getMessage(int messageId) const {
 int XMLWriter::removeOSElementFromXMLString(std::string& text) {
   constexpr std::string_view kStart = "<OperatingSystem";
   constexpr std::string_view kEnd = "</OperatingSystem>";
-  traceStep("removeOSElementFromXMLString: stringLen = %d\n", static_cast<int>(text.size()));
+  TRACE_STEP("removeOSElementFromXMLString: stringLen = %d\n", static_cast<int>(text.size()));
   const std::size_t start = text.find(kStart);
-  traceStep("removeOSElementFromXMLString: subStart = %d\n", static_cast<int>(start));
+  TRACE_STEP("removeOSElementFromXMLString: subStart = %d\n", static_cast<int>(start));
   if (start == std::string::npos) {
-    traceStep("removeOSElementFromXMLString: Element name not found.\n");
+    TRACE_STEP("removeOSElementFromXMLString: Element name not found.\n");
     return kElementAbsent;
   }
   const std::size_t end = text.find(kEnd, start + 1);
-  traceStep("removeOSElementFromXMLString: subEnd = %d\n", static_cast<int>(end));
+  TRACE_STEP("removeOSElementFromXMLString: subEnd = %d\n", static_cast<int>(end));
   if (end == std::string::npos) {
-    traceError("removeOSElementFromXMLString: Error: End string for the element not found.\n");
+    TRACE_ERROR("removeOSElementFromXMLString: Error: End string for the element not found.\n");
     return kEndTagMissing;
   }
   const std::size_t rightStart = end + kEnd.size();
-  traceStep("removeOSElementFromXMLString: rightStart = %d\n", static_cast<int>(rightStart));
-  traceStep("removeOSElementFromXMLString: rightLen = %d\n",
-            static_cast<int>(text.size() - rightStart));
+  TRACE_STEP("removeOSElementFromXMLString: rightStart = %d\n", static_cast<int>(rightStart));
+  TRACE_STEP("removeOSElementFromXMLString: rightLen = %d\n",
+             static_cast<int>(text.size() - rightStart));
   text.erase(start, rightStart - start);
   return kElementRemoved;
 }
@@ -137,14 +137,14 @@ void XMLWriter::print(OpenMode mode) {
   }
   StdioFile file(std::fopen(outputFileName, mode == OpenMode::kTruncate ? "w" : "a"));
   if (!file) {
-    traceStep("XMLWriter::print: failed to open xml file %s.\n", outputFileName);
+    TRACE_STEP("XMLWriter::print: failed to open xml file %s.\n", outputFileName);
     return;
   }
   const bool written =
       std::fwrite(pendingText.data(), 1, pendingText.size(), file.get()) == pendingText.size();
   const bool closed = std::fclose(file.release()) == 0;
   if (!written || !closed) {
-    traceStep("XMLWriter::print: failed to write xml file %s.\n", outputFileName);
+    TRACE_STEP("XMLWriter::print: failed to write xml file %s.\n", outputFileName);
   }
 }
 

@@ -55,8 +55,8 @@ bool hasHardwareId(const HardwareIds& ids, const SPString& wantedId, DWORD devic
     const std::string_view id = texts + at;
     if (equalIgnoringCase(id.data(), wantedId.c_str())) {
       found = true;
-      traceStep("FindExistingDevice: Found Hardware ID = %s. i = %d\n", wantedId.c_str(),
-                static_cast<int>(deviceIndex));
+      TRACE_STEP("FindExistingDevice: Found Hardware ID = %s. i = %d\n", wantedId.c_str(),
+                 static_cast<int>(deviceIndex));
     }
     at += id.size() + 1;
   }
@@ -79,7 +79,7 @@ DWORD CDevInfoSet::Create(const CInf& boundInf) {
 }
 
 int CDevInfoSet::FindExistingDevice(const char* wantedId) {
-  traceStep("FindExistingDevice: Entered function.\n");
+  TRACE_STEP("FindExistingDevice: Entered function.\n");
   const DeviceSetOwner devices(
       SetupDiGetClassDevsA(nullptr, nullptr, nullptr, DIGCF_PRESENT | DIGCF_ALLCLASSES));
   if (!devices) return kListUnavailable;
@@ -122,7 +122,7 @@ bool CDevInfoSet::IsOSArchitectureWow64() {
 }
 
 int CDevInfoSet::UpdateDriver() {
-  traceStep("UpdateDriver: Entered function.\n");
+  TRACE_STEP("UpdateDriver: Entered function.\n");
   IsOSArchitectureWow64();  // for its end of the process alone: there is one helper program
   char directory[kDirectorySize] = "";
   const DWORD length = GetCurrentDirectoryA(kDirectorySize, directory);
@@ -133,7 +133,7 @@ int CDevInfoSet::UpdateDriver() {
     return kExecFailed;
   }
   const std::string helperFolder = std::string(directory) + kHelperFolder;
-  traceStep("UpdateDriver: 64-bit helper program.\n");
+  TRACE_STEP("UpdateDriver: 64-bit helper program.\n");
   std::string commandLine = helperFolder + kHelperProgram;
   commandLine.append(" \"").append(hardwareId).append("\" \"").append(inf->getPath()).append("\"");
 
@@ -141,10 +141,10 @@ int CDevInfoSet::UpdateDriver() {
   DWORD exitCode = 0;
   const int result = ExecCmd(helperFolder.c_str(), commandLine.c_str(), 0, output, kOutputSize,
                              exitCode, kHelperTimeLimitSeconds);
-  traceStep("UpdateDriver: return code (%d) from exec of helper program = %s\n", result,
-            commandLine.c_str());
-  traceStep("UpdateDriver: exit code from exec of helper program = %d\n",
-            static_cast<int>(exitCode));
+  TRACE_STEP("UpdateDriver: return code (%d) from exec of helper program = %s\n", result,
+             commandLine.c_str());
+  TRACE_STEP("UpdateDriver: exit code from exec of helper program = %d\n",
+             static_cast<int>(exitCode));
   if (result != kExecEnded) return kExecFailed;
   if (exitCode != kHelperInstalled && exitCode != kHelperInstalledRestart) {
     return static_cast<int>(exitCode);

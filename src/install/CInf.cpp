@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstring>
 #include <new>
-#include <tuple>
 
 #include "install/DevHelper.h"
 #include "log/DebugWriter.h"
@@ -62,15 +61,15 @@ DWORD CInf::readClass() {
   return ERROR_SUCCESS;
 }
 
-DWORD LineKey::take(const INFCONTEXT& line) {
+DWORD LineField::take(const INFCONTEXT& line) {
   source = line;
-  const DWORD error = FindField(source, 0);
+  const DWORD error = FindField(source, index);
   if (error == ERROR_SUCCESS) isRead = false;
   return error;
 }
 
-const SPString& LineKey::get() {
-  if (!isRead) GetField(source, 0, text);
+const SPString& LineField::get() {
+  if (!isRead) GetField(source, index, text);
   isRead = true;
   return text;
 }
@@ -95,21 +94,16 @@ DWORD CInf::searchManufacturer(INFCONTEXT& line) {
   DWORD error = manufacturer.take(line);
   if (error == ERROR_SUCCESS) error = GetField(line, 1, section);
   if (error != ERROR_SUCCESS) return error;
-  const bool tracing = debugLevelAtLeast(kTraceSteps);
-  if (tracing) {
-    traceStep("EnumManufacturers->EnumDevices for mfg 1, %s:%s.\n", manufacturer.get().c_str(),
-              section.c_str());
-  }
+  TRACE_STEP("EnumManufacturers->EnumDevices for mfg 1, %s:%s.\n", manufacturer.get().c_str(),
+             section.c_str());
   if (EnumDevices(section) == ERROR_SUCCESS) return ERROR_SUCCESS;
 
   std::string name;
   for (unsigned field = kFirstListField;
        field <= kLastDecorationField && GetField(line, field, name) == ERROR_SUCCESS; ++field) {
     name.insert(0, section + ".");
-    if (tracing) {
-      traceStep("EnumManufacturers->EnumDevices for mfg %u, %s:%s.\n", field,
-                manufacturer.get().c_str(), name.c_str());
-    }
+    TRACE_STEP("EnumManufacturers->EnumDevices for mfg %u, %s:%s.\n", field,
+               manufacturer.get().c_str(), name.c_str());
     if (EnumDevices(name) == ERROR_SUCCESS) return ERROR_SUCCESS;
   }
   return ERROR_NO_MORE_ITEMS;
@@ -119,7 +113,7 @@ DWORD CInf::EnumDevices(const std::string& section) {
   INFCONTEXT line{};
   if (SetupFindFirstLineA(infHandle.get(), section.c_str(), nullptr, &line) == FALSE) {
     const DWORD error = lastErrorOr(ERROR_LINE_NOT_FOUND);
-    traceStep("EnumDevices for model, %s: no devices found.\n", section.c_str());
+    TRACE_STEP("EnumDevices for model, %s: no devices found.\n", section.c_str());
     return error;
   }
   wantedId = WantedId(hardwareId);
@@ -133,45 +127,30 @@ DWORD CInf::EnumDevices(const std::string& section) {
 // ERROR_NO_MORE_ITEMS when the model line does not carry the ID.
 DWORD CInf::searchLine(INFCONTEXT& line) {
   DWORD error = description.take(line);
+  if (error == ERROR_SUCCESS) error = installSection.take(line);
   if (error != ERROR_SUCCESS) return error;
+  TRACE_STEP("EnumDevices for model, %s:%s\n", description.get().c_str(),
+             installSection.get().c_str());
+  TRACE_STEP("Search for HwID %s: ", hardwareId.c_str());
+  const std::optional<unsigned> index = findId(line);
+  if (!index) {
+    TRACE_STEP("not found.\n");
+    return ERROR_NO_MORE_ITEMS;
+  }
+  TRACE_STEP("found. i = %u\n", *index);
+  return ERROR_SUCCESS;
+}
+
+// The index of the first ID of the line that matches. A line without an ID counts as one with an
+// empty one, and that is contained in every other.
+std::optional<unsigned> CInf::findId(INFCONTEXT& line) {
   const DWORD fieldCount = SetupGetFieldCount(&line);
-  const bool tracing = debugLevelAtLeast(kTraceSteps);
-  if (tracing) {
-    std::string installSection;
-    error = GetField(line, 1, installSection);
-    if (error != ERROR_SUCCESS) return error;
-    traceStep("EnumDevices for model, %s:%s\n", description.get().c_str(), installSection.c_str());
-    traceStep("Search for HwID %s: ", hardwareId.c_str());
-  } else if (fieldCount == 0) {
-    return FindField(line, 1);
+  DWORD field = kFirstListField;
+  for (; field <= fieldCount && GetField(line, field, listedId) == ERROR_SUCCESS; ++field) {
+    if (wantedId.matches(listedId)) return field - kFirstListField;
   }
-  const int index = findId(line, fieldCount);
-  if (tracing && index < 0) traceStep("not found.\n");
-  if (tracing && index >= 0) traceStep("found. i = %d\n", index);
-  return index < 0 ? ERROR_NO_MORE_ITEMS : ERROR_SUCCESS;
-}
-
-// The index of the first ID of the line that matches, negative for none. A line without an ID
-// counts as one empty ID, and that is contained in every other.
-int CInf::findId(INFCONTEXT& line, DWORD fieldCount) {
-  if (fieldCount < kFirstListField) return 0;
-  for (DWORD field = kFirstListField; field <= fieldCount; ++field) {
-    const auto id = readId(line, field);
-    if (!id) return field == kFirstListField ? 0 : -1;
-    if (wantedId.matches(*id)) return static_cast<int>(field - kFirstListField);
-  }
-  return -1;
-}
-
-// What GetField reads, with one call for the usual lengths; good until the next call.
-std::optional<std::string_view> CInf::readId(INFCONTEXT& line, DWORD field) {
-  constexpr auto kRoom = static_cast<DWORD>(std::tuple_size_v<decltype(idBuffer)>);
-  DWORD size = 0;
-  if (SetupGetStringFieldA(&line, field, idBuffer.data(), kRoom, &size) != FALSE) {
-    return std::string_view(idBuffer.data(), size - 1);
-  }
-  if (GetField(line, field, longId) != ERROR_SUCCESS) return std::nullopt;
-  return longId;
+  if (field == kFirstListField) return 0;
+  return std::nullopt;
 }
 
 }  // namespace tolvanix

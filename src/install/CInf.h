@@ -1,7 +1,6 @@
 // Opens one INF file and tells whether any of its model lines carries a hardware ID.
 #pragma once
 
-#include <array>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -12,16 +11,20 @@
 
 namespace tolvanix {
 
-// The key of an INF line, read when its text is asked for: most lines are passed over. The file
-// must be open then.
-class LineKey {
+// A field of an INF line whose text is put together when it is asked for: of most lines the trace
+// alone wants the key and the install section, and their strings would take most of the search's
+// time (100 MB of INF files: 85 ms; all read, 400 ms). The file must be open then.
+class LineField {
  public:
-  // The line of the text from now on. 0, or the platform's error code when it has no key.
+  explicit LineField(unsigned fieldIndex) : index(fieldIndex) {}
+
+  // The text of that line from now on. 0, or the platform's error code when the line lacks it.
   DWORD take(const INFCONTEXT& line);
 
   const SPString& get();
 
  private:
+  unsigned index;
   INFCONTEXT source{};
   bool isRead = true;
   SPString text;
@@ -59,19 +62,18 @@ class CInf {
   DWORD readClass();
   DWORD searchManufacturer(INFCONTEXT& line);
   DWORD searchLine(INFCONTEXT& line);
-  int findId(INFCONTEXT& line, DWORD fieldCount);
-  std::optional<std::string_view> readId(INFCONTEXT& line, DWORD field);
+  std::optional<unsigned> findId(INFCONTEXT& line);
 
   SPString path;
   SPString className;
   InfOwner infHandle;
   GUID classGuid{};
   SPString hardwareId;
-  LineKey manufacturer;
-  LineKey description;
+  LineField manufacturer{0};
+  LineField description{0};
+  LineField installSection{1};
   WantedId wantedId;
-  std::array<char, 256> idBuffer{};
-  std::string longId;
+  std::string listedId;  // kept for its memory
 };
 
 }  // namespace tolvanix

@@ -20,11 +20,14 @@ DWORD reportFieldError(int sourceLine) {
 }  // namespace
 
 DWORD GetField(INFCONTEXT& context, unsigned index, std::string& text) {
+  char usual[256];  // one call reads nearly every field
   DWORD size = 0;
-  if (SetupGetStringFieldA(&context, index, nullptr, 0, &size) == FALSE) {
-    text.clear();
-    return reportFieldError(__LINE__);
+  if (SetupGetStringFieldA(&context, index, usual, sizeof usual, &size) != FALSE) {
+    text = usual;
+    return ERROR_SUCCESS;
   }
+  text.clear();
+  if (GetLastError() != ERROR_INSUFFICIENT_BUFFER) return reportFieldError(__LINE__);
   text.resize(size);
   if (SetupGetStringFieldA(&context, index, text.data(), size, nullptr) == FALSE) {
     text.clear();
@@ -56,8 +59,8 @@ void PrintError(DWORD code, const char* place, int line) {
       nullptr, code, MAKELANGID(LANG_NEUTRAL, SUBLANG_DEFAULT), reinterpret_cast<char*>(&text), 0,
       nullptr);
   const LocalMemoryOwner owner(text);
-  traceStep("\n%s, line = %d, error code = %d, error msg = %s\n", place, line,
-            static_cast<int>(code), text != nullptr ? text : "");
+  TRACE_STEP("\n%s, line = %d, error code = %d, error msg = %s\n", place, line,
+             static_cast<int>(code), text != nullptr ? text : "");
 }
 
 }  // namespace tolvanix

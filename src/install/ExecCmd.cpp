@@ -132,11 +132,11 @@ std::string resolveDirectory(const char* given) {
     const DWORD length = GetCurrentDirectoryA(kDirectorySize, current);
     if (length == 0) return directory;
     if (length < kDirectorySize) directory = current;
-    traceStep("ExecCmd: Using GetCurrentDirectory(); strWorkDir = %s\n", directory.c_str());
+    TRACE_STEP("ExecCmd: Using GetCurrentDirectory(); strWorkDir = %s\n", directory.c_str());
   } else {
     directory = given;
     if (directory.size() >= kDirectorySize) directory.clear();
-    traceStep("ExecCmd: Using pDir; strWorkDir = %s\n", directory.c_str());
+    TRACE_STEP("ExecCmd: Using pDir; strWorkDir = %s\n", directory.c_str());
   }
   if (directory.empty()) SetLastError(ERROR_FILENAME_EXCED_RANGE);
   return directory;
@@ -146,7 +146,7 @@ std::string resolveDirectory(const char* given) {
 
 int ExecCmd(const char* workingDirectory, const char* commandLine, WORD showWindow, char* output,
             DWORD outputSize, DWORD& exitCode, int timeLimitSeconds) {
-  traceStep("ExecCmd: %s\n", commandLine);
+  TRACE_STEP("ExecCmd: %s\n", commandLine);
   const std::string directory = resolveDirectory(workingDirectory);
   if (directory.empty()) return fail(exitCode, __LINE__);
   if (timeLimitSeconds <= 0) timeLimitSeconds = kDefaultTimeLimitSeconds;

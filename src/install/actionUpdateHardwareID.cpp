@@ -7,14 +7,14 @@
 namespace tolvanix {
 
 int KivWrapper::actionUpdateHardwareID() {
-  traceStep("actionUpdateHardwareID: Entered function.\n");
+  TRACE_STEP("actionUpdateHardwareID: Entered function.\n");
   xmlWriter->writeExecutionStart();
   const std::int32_t deviceStatus =
       DriverUpdate(parser->getHardwareID(), parser->getINFFileName(), parser->getCheckOnly());
-  traceStep("actionUpdateHardwareID: deviceStatus from DriverUpdate() = %d\n", deviceStatus);
+  TRACE_STEP("actionUpdateHardwareID: deviceStatus from DriverUpdate() = %d\n", deviceStatus);
   rebootRequired = deviceStatus == kDeviceRestartRequired;
   const int status = mapDeviceStatus(deviceStatus);
-  traceStep("actionUpdateHardwareID: mappedDeviceStatus = %d\n", status);
+  TRACE_STEP("actionUpdateHardwareID: mappedDeviceStatus = %d\n", status);
   if (status == kSuccess) {
     xmlWriter->writeSuccessStatus();
   } else {

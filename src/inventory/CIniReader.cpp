@@ -21,30 +21,30 @@ constexpr DWORD kValueSize = 255;
 CIniReader::CIniReader(std::string file) : fileName(std::move(file)) {}
 
 std::vector<const char*> CIniReader::ReadSections() {
-  traceStep("CIniReader::ReadSections function entered\n");
+  TRACE_STEP("CIniReader::ReadSections function entered\n");
   std::vector<const char*> names;
   sectionBuffer.reset(new (std::nothrow) char[kSectionBufferSize]());
   if (!sectionBuffer) {
-    traceStep(
+    TRACE_STEP(
         "CIniReader::ReadSections  Could not able to allocate the sufficient memory for buffer "
         "\n");
   } else if (GetPrivateProfileSectionNamesA(sectionBuffer.get(), kSectionBufferSize,
                                             fileName.c_str()) == 0) {
-    traceStep("CIniReader::ReadSections  Could not able to find the ini file %s \n",
-              fileName.c_str());
+    TRACE_STEP("CIniReader::ReadSections  Could not able to find the ini file %s \n",
+               fileName.c_str());
   } else {
     for (const char* name = sectionBuffer.get(); *name != '\0'; name += std::strlen(name) + 1) {
       names.push_back(name);
-      traceStep("CIniReader::ReadSections  Got a section %s\n", name);
+      TRACE_STEP("CIniReader::ReadSections  Got a section %s\n", name);
     }
   }
-  traceStep("CIniReader::ReadSections function exiting\n");
+  TRACE_STEP("CIniReader::ReadSections function exiting\n");
   return names;
 }
 
 std::string CIniReader::ReadString(const std::string& section, const std::string& key,
                                    const std::string& defaultValue) const {
-  traceStep("CIniReader::ReadString function entered\n");
+  TRACE_STEP("CIniReader::ReadString function entered\n");
   char value[kValueSize] = "";
   // A read that succeeds does not everywhere set the error anew.
   SetLastError(ERROR_SUCCESS);
@@ -52,26 +52,26 @@ std::string CIniReader::ReadString(const std::string& section, const std::string
                            fileName.c_str());
   if (GetLastError() != ERROR_SUCCESS) {
     value[0] = '\0';
-    traceStep(
+    TRACE_STEP(
         "CIniReader::ReadString Failed to get the key value for %s from section %s in "
         "configuratin file %s\n",
         key.c_str(), section.c_str(), fileName.c_str());
   }
-  traceStep("CIniReader::ReadString function exiting\n");
+  TRACE_STEP("CIniReader::ReadString function exiting\n");
   return value;
 }
 
 void CIniReader::GetConfigFileEntries(std::vector<VendorFilter>& filters) {
   const std::vector<const char*> sections = ReadSections();
-  traceStep("CIniReader::GetConfigFileEntries function entered\n");
+  TRACE_STEP("CIniReader::GetConfigFileEntries function entered\n");
   for (const char* const section : sections) {
     const std::string value = ReadString(section, "VendorID", "0000");
     const auto vendorID = static_cast<std::uint16_t>(ParseHexValue(value));
-    traceStep("CIniReader::GetConfigFileEntries : Section %s is having VendorID %d \n", section,
-              vendorID);
+    TRACE_STEP("CIniReader::GetConfigFileEntries : Section %s is having VendorID %d \n", section,
+               vendorID);
     entries.push_back({section, vendorID});
   }
-  traceStep("CIniReader::GetConfigFileEntries function exiting\n");
+  TRACE_STEP("CIniReader::GetConfigFileEntries function exiting\n");
   filters = entries;
 }
 

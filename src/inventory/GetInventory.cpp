@@ -36,8 +36,8 @@ std::string normalizedName(std::string_view name) {
 SPUString driverDisplayName(const char* deviceName) {
   const std::string normalized = normalizedName(deviceName);
   const bool namesDriver = normalized.ends_with("driver");
-  traceStep("\"driver\" keyword %sfound at the end of display name \"%s\"\n",
-            namesDriver ? "" : "not ", normalized.c_str());
+  TRACE_STEP("\"driver\" keyword %sfound at the end of display name \"%s\"\n",
+             namesDriver ? "" : "not ", normalized.c_str());
   SPUString display(deviceName);
   if (!namesDriver) display += u" Driver";
   return display;
@@ -64,46 +64,46 @@ SPXMLDevice describeDevice(const DeviceRecord& record) {
 }  // namespace
 
 int KivWrapper::GetInventory(const char* language) {
-  traceStep("GetInventory: Entered function.\n");
+  TRACE_STEP("GetInventory: Entered function.\n");
   try {
     const DeviceRecords records(
         EnumeratePciDevices(nullptr, nullptr, DIGCF_PRESENT | DIGCF_ALLCLASSES));
     if (records == nullptr && GetLastError() == ERROR_NOT_ENOUGH_MEMORY) return kInventoryFailed;
     constexpr std::uint32_t kNoSystemID = 0xFFFFFFFF;
     SPXMLData document(SPString("SVMInventory"), SPString(language), kNoSystemID);
-    traceStep("GetInventory: List of hardware IDs on system is:\n\n");
+    TRACE_STEP("GetInventory: List of hardware IDs on system is:\n\n");
 
     CIniReader configuration(".\\DriverConfiguration.ini");
     std::vector<VendorFilter> entries;
     configuration.GetConfigFileEntries(entries);
 
     for (const DeviceRecord* record = records.get(); record != nullptr; record = record->next) {
-      traceStep("%s\n", record->hardwareID);
+      TRACE_STEP("%s\n", record->hardwareID);
       if (!FilterDeviceInventory(*record, entries)) document.addDevice(describeDevice(*record));
     }
-    traceStep("GetInventory: At end of list of hardware IDs.\n");
+    TRACE_STEP("GetInventory: At end of list of hardware IDs.\n");
 
     inventoryXML = document.generateXML();
     inventoryXMLText = inventoryXML.c_str();
     debugWriter->dumpWideXML(inventoryXMLText, "Inventory");
     return kSuccess;
   } catch (const SPException& e) {
-    traceStep("GetInventory: Caught exception. e.getErrorNum() = %d\n",
-              static_cast<int>(e.getErrorNum()));
+    TRACE_STEP("GetInventory: Caught exception. e.getErrorNum() = %d\n",
+               static_cast<int>(e.getErrorNum()));
     return kInventoryFailed;
   }
 }
 
 bool KivWrapper::FilterDeviceInventory(const DeviceRecord& record,
                                        const std::vector<VendorFilter>& entries) {
-  traceStep("KivWrapper::FilterDeviceInventory function entered\n");
+  TRACE_STEP("KivWrapper::FilterDeviceInventory function entered\n");
   const bool listed = std::any_of(entries.begin(), entries.end(), [&](const VendorFilter& entry) {
     return entry.vendorID == record.vendorID;
   });
   if (listed) {
-    traceStep("KivWrapper::FilterDeviceInventory Match found for VendorID %d\n", record.vendorID);
+    TRACE_STEP("KivWrapper::FilterDeviceInventory Match found for VendorID %d\n", record.vendorID);
   }
-  traceStep("KivWrapper::FilterDeviceInventory function exiting\n");
+  TRACE_STEP("KivWrapper::FilterDeviceInventory function exiting\n");
   return listed;
 }
 

@@ -8,9 +8,9 @@
 namespace tolvanix {
 
 int KivWrapper::actionInventory() {
-  traceStep("actionInventory: Entered function.\n");
+  TRACE_STEP("actionInventory: Entered function.\n");
   int status = GetInventory("en");
-  traceStep("actionInventory: status from GetInventory() = %d\n", status);
+  TRACE_STEP("actionInventory: status from GetInventory() = %d\n", status);
   if (status == kSuccess) {
     std::string document = toXmlUtf8(inventoryXML);
     if (XMLWriter::removeOSElementFromXMLString(document) != XMLWriter::kEndTagMissing) {

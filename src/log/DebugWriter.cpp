@@ -34,47 +34,27 @@ bool goesToFile(int target) {
   return written;
 }
 
-[[gnu::format(printf, 1, 0)]] int writeTrace(const char* format, std::va_list arguments) {
-  if (theLog.target < 0) return 0;
-  int written = 0;
-  if (goesToFile(theLog.target)) {
-    const StdioFile file(std::fopen(theLog.path, "a"));
-    if (!file) return -1;
-    written = printTo(file.get(), format, arguments);
-  }
-  if ((theLog.target & kTargetStandardError) != 0) written = printTo(stderr, format, arguments);
-  if ((theLog.target & kTargetStandardOutput) != 0) written = printTo(stdout, format, arguments);
-  return written;
-}
-
 }  // namespace
 
 int debugTrace(const char* format, ...) {
+  if (theLog.target < 0) return 0;
+  StdioFile file;
+  if (goesToFile(theLog.target)) {
+    file.reset(std::fopen(theLog.path, "a"));
+    if (!file) return -1;
+  }
+  int written = 0;
   std::va_list arguments;
   va_start(arguments, format);
-  const int written = writeTrace(format, arguments);
+  if (file) written = printTo(file.get(), format, arguments);
+  if ((theLog.target & kTargetStandardError) != 0) written = printTo(stderr, format, arguments);
+  if ((theLog.target & kTargetStandardOutput) != 0) written = printTo(stdout, format, arguments);
   va_end(arguments);
   return written;
 }
 
 bool debugLevelAtLeast(int level) {
   return theLog.level >= level;
-}
-
-void traceError(const char* format, ...) {
-  if (!debugLevelAtLeast(kTraceErrors)) return;
-  std::va_list arguments;
-  va_start(arguments, format);
-  writeTrace(format, arguments);
-  va_end(arguments);
-}
-
-void traceStep(const char* format, ...) {
-  if (!debugLevelAtLeast(kTraceSteps)) return;
-  std::va_list arguments;
-  va_start(arguments, format);
-  writeTrace(format, arguments);
-  va_end(arguments);
 }
 
 void DebugWriter::initialize(int level, int target, const char* fileName) {
@@ -96,7 +76,7 @@ bool DebugWriter::canHold(const char* fileName) {
 }
 
 void DebugWriter::dumpXML(const char* xml, const char* label) const {
-  if (xml != nullptr) traceStep("%s XML is:\n\n%s\n\n", label, xml);
+  if (xml != nullptr) TRACE_STEP("%s XML is:\n\n%s\n\n", label, xml);
 }
 
 void DebugWriter::dumpWideXML(const char16_t* xml, const char* label) const {

@@ -23,9 +23,14 @@ constexpr int kTargetStandardError = 4;
 // True when the current level is `level` or more.
 bool debugLevelAtLeast(int level);
 
-// debugTrace at the level of errors, or of steps, and only when that level is in force.
-[[gnu::format(printf, 1, 2)]] void traceError(const char* format, ...);
-[[gnu::format(printf, 1, 2)]] void traceStep(const char* format, ...);
+// debugTrace at the level of errors, or of steps. Macros, so that the arguments are computed only
+// when that level is in force.
+#define TRACE_ERROR(...) TRACE_AT_LEVEL(::tolvanix::kTraceErrors, __VA_ARGS__)
+#define TRACE_STEP(...) TRACE_AT_LEVEL(::tolvanix::kTraceSteps, __VA_ARGS__)
+#define TRACE_AT_LEVEL(level, ...)                                                 \
+  do {                                                                             \
+    if (::tolvanix::debugLevelAtLeast(level)) ::tolvanix::debugTrace(__VA_ARGS__); \
+  } while (false)
 
 class DebugWriter {
  public:

@@ -10,7 +10,7 @@ HwIDNode::HwIDNode(std::string_view id, std::int32_t status) : deviceStatus(stat
   try {
     hardwareId = id;
   } catch (const std::bad_alloc&) {
-    traceError("HwIDNode: Error: Unable to allocate char array to hold hardware ID string.\n");
+    TRACE_ERROR("HwIDNode: Error: Unable to allocate char array to hold hardware ID string.\n");
   }
 }
 
@@ -29,7 +29,7 @@ const HwIDNode* HwIDList::AddHwIDNode(std::string_view hardwareId, std::int32_t 
     tail = node.release();
     return tail;
   } catch (const std::bad_alloc&) {
-    traceError("AddHwIDNode: Error: Unable to create HwIDNode object.\n");
+    TRACE_ERROR("AddHwIDNode: Error: Unable to create HwIDNode object.\n");
     return nullptr;
   }
 }

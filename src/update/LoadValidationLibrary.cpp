@@ -10,10 +10,10 @@ constexpr char kLibraryName[] = "kivvalid.dll";
 }
 
 int KivWrapper::LoadValidationLibrary() {
-  traceStep("LoadValidationLibrary: Loading the validation DLL and getting proc addresses.\n");
+  TRACE_STEP("LoadValidationLibrary: Loading the validation DLL and getting proc addresses.\n");
   const int status = bindValidationLibrary();
   if (status != kSuccess) {
-    traceError("LoadValidationLibrary: %s\n", xmlWriter->getMessage(status));
+    TRACE_ERROR("LoadValidationLibrary: %s\n", xmlWriter->getMessage(status));
   }
   return status;
 }
@@ -32,7 +32,7 @@ int KivWrapper::bindValidationLibrary() {
 
 void KivWrapper::FreeValidationXML() {
   if (validationXML == nullptr || freeValidationXMLEntry == nullptr) return;
-  traceStep("FreeValidationXML: Freeing validation XML.\n");
+  TRACE_STEP("FreeValidationXML: Freeing validation XML.\n");
   try {
     freeValidationXMLEntry(validationXML);
   } catch (...) {
@@ -43,7 +43,7 @@ void KivWrapper::FreeValidationXML() {
 
 void KivWrapper::UnloadValidationLibrary() {
   if (validationLibrary != nullptr) {
-    traceStep("UnloadValidationLibrary: Unloading the validation DLL.\n");
+    TRACE_STEP("UnloadValidationLibrary: Unloading the validation DLL.\n");
     FreeLibrary(validationLibrary);
     validationLibrary = nullptr;
   }

@@ -22,7 +22,7 @@ namespace {
 std::unique_ptr<HwIDList> createHwIDList() {
   std::unique_ptr<HwIDList> list(new (std::nothrow) HwIDList);
   if (!list) {
-    traceError("PerformExecution: Error: Unable to create HwIDList object.\n");
+    TRACE_ERROR("PerformExecution: Error: Unable to create HwIDList object.\n");
     throw SPException(kHwIDListNotCreated, "");
   }
   return list;
@@ -53,14 +53,14 @@ std::int32_t updateOnce(const std::string& hardwareId, HwIDList& handled, const 
                         int checkOnly) {
   const HwIDNode* const node = handled.findHwIDNode(hardwareId);
   if (node != nullptr) {
-    traceStep("PerformExecution: Duplicate hardware ID found = %s\n", hardwareId.c_str());
-    traceStep("PerformExecution: deviceStatus = %d\n", node->getDeviceStatus());
+    TRACE_STEP("PerformExecution: Duplicate hardware ID found = %s\n", hardwareId.c_str());
+    TRACE_STEP("PerformExecution: deviceStatus = %d\n", node->getDeviceStatus());
     return node->getDeviceStatus();
   }
   const std::int32_t deviceStatus = DriverUpdate(hardwareId.c_str(), infFileName, checkOnly);
-  traceStep("PerformExecution: deviceStatus from DriverUpdate() = %d\n", deviceStatus);
+  TRACE_STEP("PerformExecution: deviceStatus from DriverUpdate() = %d\n", deviceStatus);
   if (handled.AddHwIDNode(hardwareId, deviceStatus) == nullptr) {
-    traceError("PerformExecution: Error: Failed to add new hardware ID node to the list.\n");
+    TRACE_ERROR("PerformExecution: Error: Failed to add new hardware ID node to the list.\n");
     throw SPException(kHwIDNodeNotAdded, "");
   }
   return deviceStatus;
@@ -76,9 +76,9 @@ std::string characterData(const SPUString& text) {
 int KivWrapper::PerformExecution(const char* infFileName, int checkOnly) {
   int overallStatus = kSuccess;
   try {
-    traceStep("PerformExecution: Entered function.\n");
+    TRACE_STEP("PerformExecution: Entered function.\n");
     const SPUString validation(validationXML);
-    traceStep("PerformExecution: About to create spXML object.\n");
+    TRACE_STEP("PerformExecution: About to create spXML object.\n");
     const SPXMLData document(validation);
     const std::unique_ptr<HwIDList> handled = createHwIDList();
     xmlWriter->writeExecutionStart();
@@ -88,15 +88,15 @@ int KivWrapper::PerformExecution(const char* infFileName, int checkOnly) {
           updateOnce(hardwareIdOf(device), *handled, infFileName, checkOnly);
       if (deviceStatus == kDeviceRestartRequired) rebootRequired = true;
       const int messageId = mapDeviceStatus(deviceStatus);
-      traceStep("PerformExecution: mappedDeviceStatus = %d\n", messageId);
+      TRACE_STEP("PerformExecution: mappedDeviceStatus = %d\n", messageId);
       recordDeviceResult(device, messageId);
       // The first failing device decides the run's status.
       if (overallStatus == kSuccess) overallStatus = messageId;
     }
-    traceStep("UpdateValidatedDevices: reboot = %d\n", rebootRequired ? 1 : 0);
+    TRACE_STEP("UpdateValidatedDevices: reboot = %d\n", rebootRequired ? 1 : 0);
   } catch (const SPException& e) {
     const int number = static_cast<int>(e.getErrorNum());
-    traceStep("PerformExecution: Caught exception. e.getErrorNum() = %d\n", number);
+    TRACE_STEP("PerformExecution: Caught exception. e.getErrorNum() = %d\n", number);
     if (number == kHwIDListNotCreated || number == kHwIDNodeNotAdded) overallStatus = number;
     if (overallStatus == kSuccess) overallStatus = kUpdateFailed;
     writeExecutionFailure(overallStatus);

@@ -22,7 +22,7 @@ enum ValidationStatus : int {
 };
 
 void traceFinding(const char* name) {
-  traceStep("VerifyValidationXML: internal valStatus = %s\n", name);
+  TRACE_STEP("VerifyValidationXML: internal valStatus = %s\n", name);
 }
 
 // A hard finding replaces a soft one, a soft one an informal one.
@@ -49,16 +49,16 @@ int weigh(const SPUString& type, int status) {
 void tracePackage(const SPXMLObject& package) {
   const SPUString description = SPXMLObject::getElementCData(
       package.getElementText(SPUString(u"Name")), SPUString(u"Display"));
-  traceStep("PerformValidation: sPkgDescription.data() = %s\n",
-            SPString(description.c_str()).c_str());
-  traceStep("PerformValidation: package XML length = %d\n",
-            static_cast<int>(package.getXML().size()));
+  TRACE_STEP("PerformValidation: sPkgDescription.data() = %s\n",
+             SPString(description.c_str()).c_str());
+  TRACE_STEP("PerformValidation: package XML length = %d\n",
+             static_cast<int>(package.getXML().size()));
 }
 
 }  // namespace
 
 int KivWrapper::PerformValidation(const char* /*language*/, const char* packageFileName) {
-  traceStep("PerformValidation: Entered function.\n");
+  TRACE_STEP("PerformValidation: Entered function.\n");
   try {
     SPXMLObject package;
     package.loadXMLFile(SPString(packageFileName));
@@ -66,29 +66,29 @@ int KivWrapper::PerformValidation(const char* /*language*/, const char* packageF
     if (debugWriter->getDebugTarget() != kTargetNone) tracePackage(package);
     // Without its first character, which is the byte-order mark of a UTF-16 file.
     debugWriter->dumpWideXML(text.empty() ? text.c_str() : text.c_str() + 1, "Package");
-    traceStep("PerformValidation: Calling SPValidate function.\n");
+    TRACE_STEP("PerformValidation: Calling SPValidate function.\n");
     validationXML = validateEntry(text.c_str(), inventoryXMLText, nullptr, nullptr);
     const int status = VerifyValidationXML();
-    traceStep("PerformValidation: status from VerifyValidationXML = %d\n", status);
+    TRACE_STEP("PerformValidation: status from VerifyValidationXML = %d\n", status);
     return status;
   } catch (const SPException& e) {
-    traceStep("PerformValidation: Caught exception. e.getErrorNum() = %d\n",
-              static_cast<int>(e.getErrorNum()));
+    TRACE_STEP("PerformValidation: Caught exception. e.getErrorNum() = %d\n",
+               static_cast<int>(e.getErrorNum()));
     return kValidationFailed;
   }
 }
 
 int KivWrapper::VerifyValidationXML() {
-  traceStep("VerifyValidationXML: Entered function.\n");
+  TRACE_STEP("VerifyValidationXML: Entered function.\n");
   if (validationXML == nullptr) return kValidationReturnedNull;
   if (debugWriter->getDebugTarget() != kTargetNone) {
-    traceStep("VerifyValidationXML: validation XML length = %d\n",
-              static_cast<int>(std::u16string_view(validationXML).size()));
+    TRACE_STEP("VerifyValidationXML: validation XML length = %d\n",
+               static_cast<int>(std::u16string_view(validationXML).size()));
   }
   debugWriter->dumpWideXML(validationXML, "Validation");
   SPXMLObject document;
   document.setXML(SPUString(validationXML));
-  traceStep("VerifyValidationXML: Checking validation XML.\n");
+  TRACE_STEP("VerifyValidationXML: Checking validation XML.\n");
 
   int status = kNoFinding;
   for (const SPUString& element : document.getElements(SPUString(u"Validation"))) {

@@ -5,19 +5,19 @@
 namespace tolvanix {
 
 int KivWrapper::actionUpdateApplicableDevices() {
-  traceStep("actionUpdateApplicableDevices: Entered function.\n");
+  TRACE_STEP("actionUpdateApplicableDevices: Entered function.\n");
   int status = GetInventory("en");
-  traceStep("actionUpdateApplicableDevices: status from GetInventory() = %d\n", status);
+  TRACE_STEP("actionUpdateApplicableDevices: status from GetInventory() = %d\n", status);
   if (status == kSuccess) {
     status = PerformValidation("en", parser->getPackageFileName());
-    traceStep("actionUpdateApplicableDevices: status from PerformValidation() = %d\n", status);
+    TRACE_STEP("actionUpdateApplicableDevices: status from PerformValidation() = %d\n", status);
   }
   if (status != kSuccess) {
     writeExecutionFailure(status);
     return status;
   }
   status = PerformExecution(parser->getINFFileName(), parser->getCheckOnly());
-  traceStep("actionUpdateApplicableDevices: status from PerformExecution = %d\n", status);
+  TRACE_STEP("actionUpdateApplicableDevices: status from PerformExecution = %d\n", status);
   return status;
 }
 
