@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <string_view>
 
-#include "winapi/posix/ProfileText.h"
-#include "winapi/posix/RegistryExport.h"
+#include "winapi/posix/base/ProfileText.h"
+#include "winapi/posix/machine/RegistryExport.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
   const std::string_view text(reinterpret_cast<const char*>(bytes), size);

@@ -19,7 +19,7 @@
 #include "install.h"
 #include "validation/Version.h"
 #include "winapi/Owner.h"
-#include "winapi/posix/FileBytes.h"
+#include "winapi/posix/base/FileBytes.h"
 
 namespace {
 

@@ -11,7 +11,7 @@
 #include "support/Computer.h"
 #include "support/Files.h"
 #include "support/Program.h"
-#include "winapi/posix/IndirectText.h"
+#include "winapi/posix/machine/IndirectText.h"
 
 namespace tolvanix::test {
 

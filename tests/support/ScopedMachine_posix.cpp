@@ -1,7 +1,7 @@
 #include <utility>
 
 #include "support/ScopedMachine.h"
-#include "winapi/posix/Machine.h"
+#include "winapi/posix/machine/Machine.h"
 
 namespace tolvanix::test {
 

@@ -10,9 +10,9 @@
 
 #include "support/Files.h"
 #include "support/ScopedMachine.h"
-#include "winapi/posix/IndirectText.h"
-#include "winapi/posix/PciIds.h"
 #include "winapi/posix/kernel32.h"
+#include "winapi/posix/machine/IndirectText.h"
+#include "winapi/posix/machine/PciIds.h"
 
 namespace tolvanix::test {
 namespace {

@@ -12,10 +12,10 @@
 #include <utility>
 #include <vector>
 
-#include "winapi/posix/HandleTable.h"
-#include "winapi/posix/OutOfMemory.h"
-#include "winapi/posix/Paths.h"
-#include "winapi/posix/Report.h"
+#include "winapi/posix/base/HandleTable.h"
+#include "winapi/posix/base/OutOfMemory.h"
+#include "winapi/posix/base/Paths.h"
+#include "winapi/posix/base/Report.h"
 #include "winapi/winapi.h"
 
 namespace {

@@ -13,9 +13,9 @@
 #include <string>
 #include <vector>
 
-#include "winapi/posix/OutOfMemory.h"
-#include "winapi/posix/Paths.h"
-#include "winapi/posix/Report.h"
+#include "winapi/posix/base/OutOfMemory.h"
+#include "winapi/posix/base/Paths.h"
+#include "winapi/posix/base/Report.h"
 #include "winapi/posix/kernel32.h"
 #include "winapi/winapi.h"
 

@@ -21,10 +21,10 @@
 #include <vector>
 
 #include "winapi/Owner.h"
-#include "winapi/posix/CommandLine.h"
-#include "winapi/posix/HandleTable.h"
-#include "winapi/posix/OutOfMemory.h"
-#include "winapi/posix/Paths.h"
+#include "winapi/posix/base/CommandLine.h"
+#include "winapi/posix/base/HandleTable.h"
+#include "winapi/posix/base/OutOfMemory.h"
+#include "winapi/posix/base/Paths.h"
 #include "winapi/winapi.h"
 
 namespace {

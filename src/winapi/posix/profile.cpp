@@ -6,9 +6,9 @@
 #include <string>
 #include <string_view>
 
-#include "winapi/posix/OutOfMemory.h"
-#include "winapi/posix/ProfileText.h"
-#include "winapi/posix/TextFile.h"
+#include "winapi/posix/base/OutOfMemory.h"
+#include "winapi/posix/base/ProfileText.h"
+#include "winapi/posix/base/TextFile.h"
 #include "winapi/winapi.h"
 
 namespace {

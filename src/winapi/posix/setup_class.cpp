@@ -8,9 +8,9 @@
 #include <string>
 #include <string_view>
 
-#include "winapi/posix/IgnoreCase.h"
-#include "winapi/posix/InfFile.h"
-#include "winapi/posix/OutOfMemory.h"
+#include "winapi/posix/base/IgnoreCase.h"
+#include "winapi/posix/base/OutOfMemory.h"
+#include "winapi/posix/inf/InfFile.h"
 #include "winapi/winapi.h"
 
 namespace {

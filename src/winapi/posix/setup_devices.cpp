@@ -2,9 +2,9 @@
 #include <algorithm>
 #include <optional>
 
-#include "winapi/posix/HandleTable.h"
-#include "winapi/posix/Machine.h"
-#include "winapi/posix/OutOfMemory.h"
+#include "winapi/posix/base/HandleTable.h"
+#include "winapi/posix/base/OutOfMemory.h"
+#include "winapi/posix/machine/Machine.h"
 #include "winapi/winapi.h"
 
 namespace {

@@ -3,8 +3,8 @@
 #include <memory>
 #include <vector>
 
-#include "winapi/posix/InfFile.h"
-#include "winapi/posix/OutOfMemory.h"
+#include "winapi/posix/base/OutOfMemory.h"
+#include "winapi/posix/inf/InfFile.h"
 #include "winapi/winapi.h"
 
 namespace {

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <unordered_map>
 
-#include "winapi/posix/FileBytes.h"
+#include "winapi/posix/base/FileBytes.h"
 
 namespace tolvanix::winapi {
 

@@ -1,10 +1,10 @@
-#include "winapi/posix/SysfsFolder.h"
+#include "winapi/posix/machine/SysfsFolder.h"
 
 #include <fcntl.h>
 #include <unistd.h>
 
-#include "winapi/posix/FileBytes.h"
-#include "winapi/posix/Hex.h"
+#include "winapi/posix/base/FileBytes.h"
+#include "winapi/posix/base/Hex.h"
 
 namespace tolvanix::winapi {
 

@@ -1,4 +1,4 @@
-#include "winapi/posix/Utf16.h"
+#include "winapi/posix/base/Utf16.h"
 
 #include <algorithm>
 #include <array>

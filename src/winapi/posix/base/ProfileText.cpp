@@ -1,8 +1,8 @@
-#include "winapi/posix/ProfileText.h"
+#include "winapi/posix/base/ProfileText.h"
 
 #include <algorithm>
 
-#include "winapi/posix/IgnoreCase.h"
+#include "winapi/posix/base/IgnoreCase.h"
 
 namespace tolvanix::winapi {
 

@@ -12,7 +12,7 @@
 #include <string>
 #include <string_view>
 
-#include "winapi/posix/Machine.h"
+#include "winapi/posix/machine/Machine.h"
 
 namespace tolvanix::winapi {
 

@@ -1,4 +1,4 @@
-#include "winapi/posix/TextFile.h"
+#include "winapi/posix/base/TextFile.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -9,9 +9,9 @@
 #include <cerrno>
 #include <string_view>
 
-#include "winapi/posix/FileBytes.h"
-#include "winapi/posix/Paths.h"
-#include "winapi/posix/Utf16.h"
+#include "winapi/posix/base/FileBytes.h"
+#include "winapi/posix/base/Paths.h"
+#include "winapi/posix/base/Utf16.h"
 
 namespace tolvanix::winapi {
 

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "winapi/posix/InfLine.h"
+#include "winapi/posix/inf/InfLine.h"
 
 namespace tolvanix::winapi {
 

@@ -1,4 +1,4 @@
-#include "winapi/posix/FileBytes.h"
+#include "winapi/posix/base/FileBytes.h"
 
 #include <fcntl.h>
 #include <sys/mman.h>

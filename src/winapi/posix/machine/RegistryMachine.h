@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "winapi/posix/Machine.h"
-#include "winapi/posix/RegistryExport.h"
+#include "winapi/posix/machine/Machine.h"
+#include "winapi/posix/machine/RegistryExport.h"
 
 namespace tolvanix::winapi {
 

@@ -1,4 +1,4 @@
-#include "winapi/posix/SysfsMachine.h"
+#include "winapi/posix/machine/SysfsMachine.h"
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -13,9 +13,9 @@
 #include <memory>
 #include <utility>
 
-#include "winapi/posix/Hex.h"
-#include "winapi/posix/IgnoreCase.h"
-#include "winapi/posix/SysfsFolder.h"
+#include "winapi/posix/base/Hex.h"
+#include "winapi/posix/base/IgnoreCase.h"
+#include "winapi/posix/machine/SysfsFolder.h"
 
 namespace tolvanix::winapi {
 namespace {

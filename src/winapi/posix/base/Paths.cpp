@@ -1,4 +1,4 @@
-#include "winapi/posix/Paths.h"
+#include "winapi/posix/base/Paths.h"
 
 #include <sys/stat.h>
 #include <unistd.h>

@@ -1,9 +1,9 @@
-#include "winapi/posix/InfStrings.h"
+#include "winapi/posix/inf/InfStrings.h"
 
 #include <algorithm>
 #include <bit>
 
-#include "winapi/posix/IgnoreCase.h"
+#include "winapi/posix/base/IgnoreCase.h"
 
 namespace tolvanix::winapi {
 

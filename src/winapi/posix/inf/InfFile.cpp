@@ -1,4 +1,4 @@
-#include "winapi/posix/InfFile.h"
+#include "winapi/posix/inf/InfFile.h"
 
 #include <algorithm>
 #include <array>
@@ -6,8 +6,8 @@
 #include <cstring>
 #include <limits>
 
-#include "winapi/posix/IgnoreCase.h"
-#include "winapi/posix/TextFile.h"
+#include "winapi/posix/base/IgnoreCase.h"
+#include "winapi/posix/base/TextFile.h"
 
 namespace tolvanix::winapi {
 

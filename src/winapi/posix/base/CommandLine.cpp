@@ -1,11 +1,11 @@
-#include "winapi/posix/CommandLine.h"
+#include "winapi/posix/base/CommandLine.h"
 
 #include <sys/stat.h>
 
 #include <algorithm>
 #include <cerrno>
 
-#include "winapi/posix/Paths.h"
+#include "winapi/posix/base/Paths.h"
 
 namespace tolvanix::winapi {
 namespace {

@@ -1,4 +1,4 @@
-#include "winapi/posix/InfDividers.h"
+#include "winapi/posix/inf/InfDividers.h"
 
 #ifdef __SSE2__
 #include <emmintrin.h>

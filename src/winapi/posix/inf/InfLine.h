@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "winapi/posix/InfDividers.h"
+#include "winapi/posix/inf/InfDividers.h"
 
 namespace tolvanix::winapi {
 

@@ -8,9 +8,9 @@
 #include <string_view>
 #include <vector>
 
-#include "winapi/posix/InfDividers.h"
-#include "winapi/posix/InfLine.h"
-#include "winapi/posix/InfStrings.h"
+#include "winapi/posix/inf/InfDividers.h"
+#include "winapi/posix/inf/InfLine.h"
+#include "winapi/posix/inf/InfStrings.h"
 #include "winapi/winapi.h"
 
 namespace tolvanix::winapi {

@@ -10,9 +10,9 @@
 #include <unordered_map>
 #include <vector>
 
-#include "winapi/posix/FileBytes.h"
-#include "winapi/posix/Machine.h"
-#include "winapi/posix/PciIds.h"
+#include "winapi/posix/base/FileBytes.h"
+#include "winapi/posix/machine/Machine.h"
+#include "winapi/posix/machine/PciIds.h"
 
 namespace tolvanix::winapi {
 

@@ -1,12 +1,12 @@
-#include "winapi/posix/RegistryMachine.h"
+#include "winapi/posix/machine/RegistryMachine.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <exception>
 
-#include "winapi/posix/FileBytes.h"
-#include "winapi/posix/IndirectText.h"
+#include "winapi/posix/base/FileBytes.h"
+#include "winapi/posix/machine/IndirectText.h"
 
 namespace tolvanix::winapi {
 namespace {

@@ -1,4 +1,4 @@
-#include "winapi/posix/InfLine.h"
+#include "winapi/posix/inf/InfLine.h"
 
 #include <algorithm>
 #include <bit>

@@ -1,4 +1,4 @@
-#include "winapi/posix/IndirectText.h"
+#include "winapi/posix/machine/IndirectText.h"
 
 #include <cstddef>
 #include <string_view>

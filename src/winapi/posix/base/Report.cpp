@@ -1,4 +1,4 @@
-#include "winapi/posix/Report.h"
+#include "winapi/posix/base/Report.h"
 
 #include <cstdio>
 

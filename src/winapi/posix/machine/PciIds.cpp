@@ -1,4 +1,4 @@
-#include "winapi/posix/PciIds.h"
+#include "winapi/posix/machine/PciIds.h"
 
 #include <algorithm>
 #include <array>
@@ -8,7 +8,7 @@
 #include <optional>
 #include <utility>
 
-#include "winapi/posix/Hex.h"
+#include "winapi/posix/base/Hex.h"
 
 namespace tolvanix::winapi {
 namespace {

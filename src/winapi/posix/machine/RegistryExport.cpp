@@ -1,11 +1,11 @@
-#include "winapi/posix/RegistryExport.h"
+#include "winapi/posix/machine/RegistryExport.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <utility>
 
-#include "winapi/posix/Hex.h"
-#include "winapi/posix/Utf16.h"
+#include "winapi/posix/base/Hex.h"
+#include "winapi/posix/base/Utf16.h"
 
 namespace tolvanix::winapi {
 namespace {

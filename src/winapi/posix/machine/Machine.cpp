@@ -1,4 +1,4 @@
-#include "winapi/posix/Machine.h"
+#include "winapi/posix/machine/Machine.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -10,8 +10,8 @@
 #include <cstring>
 #include <utility>
 
-#include "winapi/posix/RegistryMachine.h"
-#include "winapi/posix/SysfsMachine.h"
+#include "winapi/posix/machine/RegistryMachine.h"
+#include "winapi/posix/machine/SysfsMachine.h"
 
 namespace tolvanix::winapi {
 namespace {
