@@ -239,7 +239,8 @@ BOOL PeekNamedPipe(HANDLE pipe, void* buffer, DWORD size, DWORD* bytesRead, DWOR
                    DWORD* bytesLeft);
 BOOL CloseHandle(HANDLE handle);
 // Without an application name only. Of the inheritable handles the child gets the standard ones.
-// A child that a signal ended has the exit code 128 plus the signal's number.
+// A child that a signal ended has the exit code 128 plus the signal's number. One whose exit code
+// somebody else in this process took has none: GetExitCodeProcess fails after its end.
 BOOL CreateProcessA(const char* applicationName, char* commandLine,
                     SECURITY_ATTRIBUTES* processAttributes, SECURITY_ATTRIBUTES* threadAttributes,
                     BOOL inheritHandles, DWORD creationFlags, void* environment,

@@ -5,6 +5,7 @@ On computers that files describe well or badly, with the helper program for pack
 devices that refuse every byte, in any locale.
 """
 
+import fcntl
 import os
 import pathlib
 import re
@@ -15,6 +16,7 @@ import stat
 import subprocess
 import sys
 import tempfile
+import time
 import unittest
 
 PROGRAM, HELPER, FIXTURES, VALIDATION_LIBRARY = (pathlib.Path(a).resolve() for a in sys.argv[1:5])
@@ -385,6 +387,34 @@ class Platform(WholeRun):
         self.assertIn("XMLWriter::print: failed to write xml file /dev/full.\n", trace)
         with open("/dev/full", "wb") as full:
             self.assertEqual(self.run_program("-uhid", stdout=full).returncode, 11)
+
+    def test_file_that_may_not_grow_loses_fragments_and_the_status_stays(self):
+        def limit():
+            resource.setrlimit(resource.RLIMIT_FSIZE, (20, 20))
+
+        result = self.run_program("-uhid", "-o", "out.xml", preexec_fn=limit)
+        self.assertEqual((result.returncode, (self.folder / "out.xml").stat().st_size), (11, 20))
+
+    def test_output_that_does_not_block_gets_every_byte(self):
+        for number in range(200):
+            self.add(f"machine/bus/pci/devices/0000:{number:02x}:00.0/uevent", f"PCI_ID=1DE4:{number:04X}\n")
+        for arguments in [["-i"], ["-i", "-d=4"]]:
+            expected = self.run_program(*arguments).stdout
+            read_end, write_end = os.pipe()
+            size = fcntl.fcntl(write_end, fcntl.F_SETPIPE_SZ, 4096)
+            self.assertGreater(len(expected), 2 * size)
+            os.set_blocking(write_end, False)
+            command = [self.folder / PROGRAM.name, *arguments]
+            environment = {**os.environ, "TOLVANIX_MACHINE": str(self.machine)}
+            process = subprocess.Popen(command, env=environment, stdout=write_end)
+            with process, open(read_end, "rb") as reader:
+                os.close(write_end)
+                # Nothing is read before the program waits, or has given up.
+                stat = pathlib.Path(f"/proc/{process.pid}/stat")
+                while process.poll() is None and stat.read_text().rsplit(")")[-1].split()[0] != "S":
+                    time.sleep(0.01)
+                self.assertEqual(reader.read(), expected)
+            self.assertEqual(process.returncode, 0)
 
     def test_named_inf_that_the_search_does_not_find_is_reported(self):
         # A backslash is part of the name for the C library, and a folder's end for the search.

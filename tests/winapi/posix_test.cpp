@@ -1,11 +1,18 @@
 // What the platform's documentation leaves to the system, or what its stand-in on Linux must see
 // to: signals, file descriptors, names that no Windows computer has.
 #include <gtest/gtest.h>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
 
 #include <csignal>
+#include <cstddef>
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <thread>
 
 #include "support/Files.h"
 #include "winapi/Owner.h"
@@ -39,6 +46,51 @@ TEST_F(PosixTest, ChildEndedByASignal_HasExitCode128AndItsNumber) {
     placeHelper(dir / "helper.exe", "raise " + std::to_string(number));
     EXPECT_EQ(run((dir / "helper.exe").string()), 128 + number);
   }
+}
+
+// From now on this thread's waits for a child fail.
+void forbidWaiting() {
+  sock_filter filter[] = {
+      BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_wait4, 1, 0),
+      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_waitid, 0, 1),
+      BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | EPERM),
+      BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
+  };
+  const sock_fprog program{std::size(filter), filter};
+  ASSERT_EQ(prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0), 0);
+  ASSERT_EQ(prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program), 0);
+}
+
+TEST_F(PosixTest, ChildThatCannotBeWaitedFor_RunsToItsEndAndHasNoExitCode) {
+  DWORD pid = 0;
+  const auto runIt = [this, &pid] {
+    placeHelper(dir / "helper.exe", "wait go");
+    std::string commandLine = (dir / "helper.exe").string();
+    STARTUPINFOA startup{};
+    PROCESS_INFORMATION child{};
+    ASSERT_TRUE(CreateProcessA(nullptr, commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr,
+                               nullptr, &startup, &child));
+    pid = child.dwProcessId;
+    const KernelObjectOwner process(child.hProcess);
+    const KernelObjectOwner thread(child.hThread);
+    DWORD exitCode = 0;
+    EXPECT_EQ(WaitForSingleObject(process.get(), 0), WAIT_TIMEOUT);
+    EXPECT_TRUE(GetExitCodeProcess(process.get(), &exitCode));
+    EXPECT_EQ(exitCode, 259U);
+    EXPECT_TRUE(releaseHelper(dir / "helper.exe", "go"));
+    EXPECT_EQ(WaitForSingleObject(process.get(), 20000), WAIT_OBJECT_0);
+    EXPECT_FALSE(GetExitCodeProcess(process.get(), &exitCode));
+    EXPECT_EQ(GetLastError(), ERROR_GEN_FAILURE);
+  };
+  const auto before = std::signal(SIGCHLD, SIG_IGN);  // as a library may: the exit code gets lost
+  runIt();
+  std::signal(SIGCHLD, before);
+  std::thread([&runIt] {
+    forbidWaiting();
+    runIt();
+  }).join();
+  EXPECT_EQ(waitpid(static_cast<pid_t>(pid), nullptr, 0), static_cast<pid_t>(pid));
 }
 
 TEST_F(PosixTest, Child_HasOnlyTheStandardDescriptors) {

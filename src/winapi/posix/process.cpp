@@ -13,6 +13,7 @@
 #include <chrono>
 #include <climits>
 #include <csignal>
+#include <cstdio>
 #include <memory>
 #include <optional>
 #include <string>
@@ -22,6 +23,7 @@
 
 #include "winapi/Owner.h"
 #include "winapi/posix/base/CommandLine.h"
+#include "winapi/posix/base/FileBytes.h"
 #include "winapi/posix/base/HandleTable.h"
 #include "winapi/posix/base/OutOfMemory.h"
 #include "winapi/posix/base/Paths.h"
@@ -38,14 +40,46 @@ using Clock = std::chrono::steady_clock;
 constexpr int kStandardStreams = 3;
 constexpr DWORD kStillActive = 259;
 constexpr DWORD kSignalExitBase = 128;
-constexpr DWORD kExitCodeLost = 0xFFFFFFFF;  // some library's wait took it
 constexpr DWORD kNoTimeLimit = 0xFFFFFFFF;
 
-// The platform knows no signals: a write that nobody reads any more fails instead of ending the
-// program, and the end of a child is never lost, whatever this process was started with.
+// The platform knows no signals: a write that nobody reads any more or that makes a file too large
+// fails instead of ending the program, and the end of a child is not lost, whatever this process
+// was started with.
 const bool signalsSet = [] {
   std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
   std::signal(SIGCHLD, SIG_DFL);
+  return true;
+}();
+
+// Writes all, also to what does not block (O_NONBLOCK is set for every process that has the file
+// open, so it may be another's doing): waits then until more is taken. The count of bytes written;
+// fewer than all with errno.
+std::size_t writeFully(int descriptor, const char* bytes, std::size_t size) {
+  std::size_t written = 0;
+  while (written < size) {
+    const ssize_t count = write(descriptor, bytes + written, size - written);
+    if (count >= 0) {
+      written += static_cast<std::size_t>(count);
+    } else if (errno == EAGAIN) {
+      pollfd poller{descriptor, POLLOUT, 0};
+      poll(&poller, 1, -1);
+    } else if (errno != EINTR) {
+      break;
+    }
+  }
+  return written;
+}
+
+// The C library would lose what a file that does not block refuses: its standard output writes as
+// the platform does, too.
+const bool standardOutputSet = [] {
+  cookie_io_functions_t functions{};
+  functions.write = [](void*, const char* bytes, std::size_t size) {
+    return static_cast<ssize_t>(writeFully(STDOUT_FILENO, bytes, size));
+  };
+  std::FILE* const waiting = fopencookie(nullptr, "w", functions);
+  if (waiting != nullptr) stdout = waiting;
   return true;
 }();
 
@@ -188,18 +222,15 @@ class Process : public KernelObject {
   }
 
   bool hasEnded() {
-    if (exitCode || pid == 0) return true;
+    if (ended || pid == 0) return true;
     int status = 0;
-    const pid_t ended = waitpid(pid, &status, WNOHANG);
-    if (ended == 0) return false;
-    if (ended < 0) {
-      exitCode = kExitCodeLost;
-    } else if (WIFSIGNALED(status)) {
-      exitCode = kSignalExitBase + static_cast<DWORD>(WTERMSIG(status));
-    } else {
-      exitCode = static_cast<DWORD>(WEXITSTATUS(status));
+    const pid_t waitedFor = waitpid(pid, &status, WNOHANG);
+    if (waitedFor == pid) {
+      exitCode = WIFSIGNALED(status) ? kSignalExitBase + static_cast<DWORD>(WTERMSIG(status))
+                                     : static_cast<DWORD>(WEXITSTATUS(status));
     }
-    return true;
+    ended = waitedFor == pid || (waitedFor < 0 && !exists());
+    return ended;
   }
 
   // True when the child has ended by then; the last look is after the time.
@@ -222,11 +253,20 @@ class Process : public KernelObject {
     return true;
   }
 
-  DWORD currentExitCode() { return hasEnded() ? *exitCode : kStillActive; }
+  // None when somebody else's wait, of a library perhaps, took it.
+  std::optional<DWORD> currentExitCode() { return hasEnded() ? exitCode : kStillActive; }
 
  private:
+  // For when it cannot be waited for.
+  bool exists() const {
+    if (descriptor->get() < 0) return kill(pid, 0) == 0 || errno != ESRCH;
+    pollfd poller{descriptor->get(), POLLIN, 0};
+    return poll(&poller, 1, 0) != 1;
+  }
+
   pid_t pid = 0;  // no child yet
   std::optional<Descriptor> descriptor;
+  bool ended = false;
   std::optional<DWORD> exitCode;
 };
 
@@ -389,10 +429,8 @@ BOOL ReadFile(HANDLE file, void* buffer, DWORD bytesToRead, DWORD* bytesRead, vo
   *bytesRead = 0;
   const auto* const stream = handleObject<Stream>(file);
   if (stream == nullptr) return FALSE;
-  ssize_t count = 0;
-  do {
-    count = read(stream->descriptor.get(), buffer, bytesToRead);
-  } while (count < 0 && errno == EINTR);
+  const ssize_t count =
+      tolvanix::winapi::readUninterrupted(stream->descriptor.get(), buffer, bytesToRead);
   if (count < 0) return fail(errnoError(errno));
   // The end of a file is a read of nothing; the end of a pipe is a failure.
   if (count == 0 && bytesToRead > 0 && isPipe(stream->descriptor)) return fail(ERROR_BROKEN_PIPE);
@@ -406,15 +444,9 @@ BOOL WriteFile(HANDLE file, const void* buffer, DWORD bytesToWrite, DWORD* bytes
   *bytesWritten = 0;
   const auto* const stream = handleObject<Stream>(file);
   if (stream == nullptr) return FALSE;
-  const auto* const bytes = static_cast<const char*>(buffer);
-  while (*bytesWritten < bytesToWrite) {
-    const ssize_t count =
-        write(stream->descriptor.get(), bytes + *bytesWritten, bytesToWrite - *bytesWritten);
-    if (count < 0 && errno == EINTR) continue;
-    if (count < 0) return fail(errnoError(errno));
-    *bytesWritten += static_cast<DWORD>(count);
-  }
-  return TRUE;
+  *bytesWritten = static_cast<DWORD>(
+      writeFully(stream->descriptor.get(), static_cast<const char*>(buffer), bytesToWrite));
+  return *bytesWritten == bytesToWrite ? TRUE : fail(errnoError(errno));
 }
 
 BOOL PeekNamedPipe(HANDLE pipe, void* buffer, DWORD /*size*/, DWORD* bytesRead,
@@ -492,8 +524,10 @@ DWORD WaitForSingleObject(HANDLE handle, DWORD milliseconds) {
 }
 
 BOOL GetExitCodeProcess(HANDLE process, DWORD* exitCode) {
-  auto* const ended = handleObject<Process>(process);
-  if (ended == nullptr) return FALSE;
-  *exitCode = ended->currentExitCode();
+  auto* const child = handleObject<Process>(process);
+  if (child == nullptr) return FALSE;
+  const std::optional<DWORD> current = child->currentExitCode();
+  if (!current) return fail(ERROR_GEN_FAILURE);
+  *exitCode = *current;
   return TRUE;
 }

@@ -13,6 +13,14 @@ FileDescriptor::~FileDescriptor() {
   if (descriptor >= 0) close(descriptor);
 }
 
+ssize_t readUninterrupted(int descriptor, void* buffer, std::size_t size) {
+  ssize_t count = 0;
+  do {
+    count = read(descriptor, buffer, size);
+  } while (count < 0 && errno == EINTR);
+  return count;
+}
+
 std::optional<std::string> readWholeFile(const char* path) {
   const FileDescriptor file(open(path, O_RDONLY | O_CLOEXEC));
   struct stat status {};
@@ -26,8 +34,8 @@ std::optional<std::string> readWholeFile(const char* path) {
   std::size_t filled = 0;
   for (;;) {
     if (filled == bytes.size()) bytes.resize(bytes.size() * 2 + 4096);
-    const ssize_t count = read(file.get(), bytes.data() + filled, bytes.size() - filled);
-    if (count < 0 && errno == EINTR) continue;
+    const ssize_t count =
+        readUninterrupted(file.get(), bytes.data() + filled, bytes.size() - filled);
     if (count < 0) return std::nullopt;
     if (count == 0) break;
     filled += static_cast<std::size_t>(count);
@@ -54,7 +62,7 @@ std::optional<std::string_view> readSmallFile(int folder, const char* path, char
   // Without O_NONBLOCK a named pipe would be waited for.
   const FileDescriptor file(openat(folder, path, O_RDONLY | O_CLOEXEC | O_NONBLOCK));
   if (file.get() < 0) return std::nullopt;
-  const ssize_t count = read(file.get(), buffer, size);
+  const ssize_t count = readUninterrupted(file.get(), buffer, size);
   if (count < 0) return std::nullopt;
   return std::string_view(buffer, static_cast<std::size_t>(count));
 }

@@ -1,6 +1,8 @@
 // Whole files with few system calls.
 #pragma once
 
+#include <sys/types.h>
+
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -21,6 +23,9 @@ class FileDescriptor {
  private:
   int descriptor;
 };
+
+// read(2), again when a signal interrupts it.
+ssize_t readUninterrupted(int descriptor, void* buffer, std::size_t size);
 
 // The bytes of a file; none with errno when it cannot be read. Devices, of which one could be
 // endless, are refused with ENOTSUP.

@@ -23,8 +23,7 @@ constexpr char kReplacement[] = "\xEF\xBF\xBD";  // U+FFFD, for half a pair
 ssize_t readFully(int file, char* bytes, std::size_t size) {
   std::size_t length = 0;
   while (length < size) {
-    const ssize_t count = read(file, bytes + length, size - length);
-    if (count < 0 && errno == EINTR) continue;
+    const ssize_t count = readUninterrupted(file, bytes + length, size - length);
     if (count < 0) return count;
     if (count == 0) break;
     length += static_cast<std::size_t>(count);
