@@ -18,8 +18,10 @@
 
 #include "install.h"
 #include "validation/Version.h"
+#include "winapi/ClassKeys.h"
 #include "winapi/Owner.h"
 #include "winapi/posix/base/FileBytes.h"
+#include "winapi/posix/base/FileDescriptor.h"
 
 namespace {
 
@@ -29,7 +31,7 @@ using tolvanix::InfOwner;
 using tolvanix::RegistryKeyOwner;
 using tolvanix::winapi::FileDescriptor;
 
-constexpr char kClassKeys[] = R"(SYSTEM\CurrentControlSet\Control\Class\)";
+using tolvanix::kClassKeys;
 constexpr std::string_view kUtf16Mark = "\xFF\xFE";
 constexpr DWORD kTextSize = 1024;
 
@@ -103,8 +105,8 @@ std::set<std::string> driverKeys(const char* hardwareId) {
 // None when the class key, or its version as a text of usual length, is missing.
 std::optional<std::string> installedVersion(const std::string& driverKey) {
   HKEY opened = nullptr;
-  if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, (kClassKeys + driverKey).c_str(), 0, KEY_QUERY_VALUE,
-                    &opened) != ERROR_SUCCESS) {
+  if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, (std::string(kClassKeys) + driverKey).c_str(), 0,
+                    KEY_QUERY_VALUE, &opened) != ERROR_SUCCESS) {
     return std::nullopt;
   }
   const RegistryKeyOwner key(opened);
@@ -129,7 +131,7 @@ int compareInstalled(const std::string& driverKey, const std::string& version) {
 // What sets the version in one class key, with the file's line ends.
 std::string registryChange(const std::string& driverKey, const std::string& version,
                            const std::string& lineEnd) {
-  return lineEnd + R"([HKEY_LOCAL_MACHINE\)" + kClassKeys + driverKey + ']' + lineEnd +
+  return lineEnd + R"([HKEY_LOCAL_MACHINE\)" + std::string(kClassKeys) + driverKey + ']' + lineEnd +
          R"("DriverVersion"=")" + version + '"' + lineEnd;
 }
 
@@ -142,16 +144,6 @@ void append(std::string& bytes, const std::string& text) {
   }
 }
 
-bool writeAll(int descriptor, std::string_view bytes) {
-  while (!bytes.empty()) {
-    const ssize_t count = write(descriptor, bytes.data(), bytes.size());
-    if (count < 0 && errno == EINTR) continue;
-    if (count < 0) return false;
-    bytes.remove_prefix(static_cast<std::size_t>(count));
-  }
-  return true;
-}
-
 // Replaces the file at once, its owner and permissions as they were: whoever reads it has the old
 // one or the new one, whole. False, with errno, leaves the old one and nothing beside it.
 bool replaceFile(const fs::path& file, const std::string& bytes) {
@@ -160,7 +152,8 @@ bool replaceFile(const fs::path& file, const std::string& bytes) {
   std::string temporary = file.string() + ".XXXXXX";
   const FileDescriptor copy(mkostemp(temporary.data(), O_CLOEXEC));
   if (copy.get() < 0) return false;
-  if (!writeAll(copy.get(), bytes) || fchown(copy.get(), status.st_uid, status.st_gid) != 0 ||
+  if (tolvanix::winapi::writeFully(copy.get(), bytes.data(), bytes.size()) != bytes.size() ||
+      fchown(copy.get(), status.st_uid, status.st_gid) != 0 ||
       fchmod(copy.get(), status.st_mode & 07777) != 0 || fsync(copy.get()) != 0 ||
       rename(temporary.c_str(), file.c_str()) != 0) {
     const int error = errno;

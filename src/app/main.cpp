@@ -4,6 +4,7 @@
 #include <new>
 
 #include "app/KivWrapper.h"
+#include "winapi/StartUp.h"
 #include "winapi/winapi.h"
 
 namespace {
@@ -32,6 +33,7 @@ std::unique_ptr<tolvanix::KivWrapper> createApplication() {
 }  // namespace
 
 int main(int argumentCount, char* arguments[]) {
+  tolvanix::winapi::startUp();
   makeOwnFolderCurrent();
   const std::unique_ptr<tolvanix::KivWrapper> application = createApplication();
   if (!application) return tolvanix::KivWrapper::reportInitializationFailure();

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "inventory/DeviceTexts.h"
+#include "winapi/ClassKeys.h"
 #include "winapi/Owner.h"
 
 namespace tolvanix {
@@ -17,7 +18,6 @@ namespace {
 constexpr DWORD kFirstPropertySize = 1000;
 constexpr std::size_t kKeyPathSize = 256;
 constexpr DWORD kDriverVersionSize = 64;
-constexpr std::string_view kClassKeys = R"(SYSTEM\CurrentControlSet\Control\Class\)";
 
 struct DeviceList {
   DeviceList() = default;

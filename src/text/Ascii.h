@@ -2,17 +2,18 @@
 #pragma once
 
 #include <algorithm>
+#include <concepts>
 #include <string>
 #include <string_view>
 
 namespace tolvanix {
 
-template <typename Char>
+template <std::integral Char>
 constexpr Char toLower(Char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<Char>(c + ('a' - 'A')) : c;
 }
 
-template <typename Char>
+template <std::integral Char>
 constexpr Char toUpper(Char c) {
   return c >= 'a' && c <= 'z' ? static_cast<Char>(c - ('a' - 'A')) : c;
 }
@@ -34,13 +35,13 @@ constexpr bool equalIgnoringCase(std::string_view left, std::string_view right) 
                     [](char a, char b) { return toLower(a) == toLower(b); });
 }
 
-template <typename Char>
+template <std::integral Char>
 constexpr bool isDecimalDigit(Char c) {
   return c >= '0' && c <= '9';
 }
 
 // The value of a hexadecimal digit of either case; negative for any other character.
-template <typename Char>
+template <std::integral Char>
 constexpr int hexDigitValue(Char c) {
   if (isDecimalDigit(c)) return c - '0';
   const Char lower = toLower(c);

@@ -12,7 +12,7 @@
 
 #include "support/Files.h"
 #include "support/Program.h"
-#include "winapi/posix/base/FileBytes.h"
+#include "winapi/posix/base/FileDescriptor.h"
 
 namespace tolvanix::test {
 

@@ -1,7 +1,7 @@
 #include <utility>
 
 #include "support/ScopedMachine.h"
-#include "winapi/posix/machine/Machine.h"
+#include "winapi/posix/machine/PresentedMachine.h"
 
 namespace tolvanix::test {
 

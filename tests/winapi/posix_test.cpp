@@ -16,6 +16,7 @@
 
 #include "support/Files.h"
 #include "winapi/Owner.h"
+#include "winapi/StartUp.h"
 #include "winapi/winapi.h"
 
 namespace tolvanix::test {
@@ -23,6 +24,8 @@ namespace {
 
 class PosixTest : public ::testing::Test {
  protected:
+  PosixTest() { winapi::startUp(); }
+
   static DWORD run(std::string commandLine) {
     STARTUPINFOA startup{};
     PROCESS_INFORMATION child{};

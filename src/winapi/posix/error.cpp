@@ -3,7 +3,7 @@
 #include <cstring>
 #include <iterator>
 
-#include "winapi/posix/base/OutOfMemory.h"
+#include "winapi/posix/base/Failure.h"
 #include "winapi/winapi.h"
 
 namespace {

@@ -12,14 +12,17 @@
 #include <utility>
 #include <vector>
 
+#include "text/Ascii.h"
+#include "winapi/posix/base/Failure.h"
 #include "winapi/posix/base/HandleTable.h"
-#include "winapi/posix/base/OutOfMemory.h"
 #include "winapi/posix/base/Paths.h"
 #include "winapi/posix/base/Report.h"
 #include "winapi/winapi.h"
 
 namespace {
 
+using tolvanix::toUpper;
+using tolvanix::winapi::fail;
 using tolvanix::winapi::fromNativePath;
 using tolvanix::winapi::fullNativePath;
 using tolvanix::winapi::hasReservedCharacter;
@@ -34,16 +37,6 @@ DWORD answerText(const std::string& text, DWORD size, char* buffer) {
   if (text.size() >= size) return static_cast<DWORD>(text.size() + 1);
   std::memcpy(buffer, text.c_str(), text.size() + 1);
   return static_cast<DWORD>(text.size());
-}
-
-// ASCII letters only, as the comparisons of the C runtime under a UTF-8 code page.
-char upperCase(char c) {
-  return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-}
-
-std::string upperCased(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(), upperCase);
-  return text;
 }
 
 std::size_t nextCharacter(std::string_view utf8, std::size_t position) {
@@ -82,7 +75,7 @@ bool matchesPattern(std::string_view pattern, std::string_view name) {
         default:
           if (at == end) {
             if (pattern[i] == '.' && beforeWildcard) next[at] = true;
-          } else if (upperCase(name[at]) == upperCase(pattern[i])) {
+          } else if (toUpper(name[at]) == toUpper(pattern[i])) {
             next[at + 1] = true;
           }
       }
@@ -159,7 +152,8 @@ std::optional<std::vector<std::string>> matchingNames(const std::string& folder,
     std::string name = entry->d_name;
     // A name with '\' in it cannot be told to the program.
     if (name.size() >= MAX_PATH || name.find('\\') != std::string::npos) continue;
-    if (matchesPattern(pattern, name)) matches.emplace_back(upperCased(name), std::move(name));
+    if (matchesPattern(pattern, name))
+      matches.emplace_back(toUpper(std::string_view(name)), std::move(name));
   }
   std::sort(matches.begin(), matches.end());
   std::vector<std::string> names;
@@ -169,8 +163,7 @@ std::optional<std::vector<std::string>> matchingNames(const std::string& folder,
 }
 
 HANDLE failSearch(DWORD error) {
-  SetLastError(error);
-  return INVALID_HANDLE_VALUE;
+  return fail(error, INVALID_HANDLE_VALUE);
 }
 
 }  // namespace
@@ -178,8 +171,7 @@ HANDLE failSearch(DWORD error) {
 DWORD GetCurrentDirectoryA(DWORD size, char* buffer) try {
   const std::string path = fullNativePath(".");
   if (path.empty()) {
-    SetLastError(pathError(errno, "."));
-    return 0;
+    return fail(pathError(errno, "."), DWORD{0});
   }
   return answerText(fromNativePath(path), size, buffer);
 } catch (const std::bad_alloc&) {
@@ -188,15 +180,13 @@ DWORD GetCurrentDirectoryA(DWORD size, char* buffer) try {
 
 BOOL SetCurrentDirectoryA(const char* path) try {
   if (path == nullptr || *path == '\0' || hasReservedCharacter(path)) {
-    SetLastError(ERROR_INVALID_NAME);
-    return FALSE;
+    return fail(ERROR_INVALID_NAME);
   }
   std::string native = fullNativePath(path);
   if (!native.ends_with('/')) native += '/';
   // The documented limit counts the separator at the end and the terminating zero.
   if (native.size() >= MAX_PATH) {
-    SetLastError(ERROR_FILENAME_EXCED_RANGE);
-    return FALSE;
+    return fail(ERROR_FILENAME_EXCED_RANGE);
   }
   if (chdir(native.c_str()) == 0) return TRUE;
   const int error = errno;
@@ -211,13 +201,11 @@ BOOL SetCurrentDirectoryA(const char* path) try {
 
 DWORD GetFullPathNameA(const char* fileName, DWORD size, char* buffer, char** filePart) try {
   if (fileName == nullptr || *fileName == '\0') {
-    SetLastError(ERROR_INVALID_NAME);
-    return 0;
+    return fail(ERROR_INVALID_NAME, DWORD{0});
   }
   const std::string native = fullNativePath(fileName);
   if (native.empty()) {
-    SetLastError(pathError(errno, fileName));
-    return 0;
+    return fail(pathError(errno, fileName), DWORD{0});
   }
   const DWORD length = answerText(fromNativePath(native), size, buffer);
   if (filePart != nullptr && length < size) {
@@ -230,8 +218,7 @@ DWORD GetFullPathNameA(const char* fileName, DWORD size, char* buffer, char** fi
 
 DWORD GetFileAttributesA(const char* fileName) {
   if (fileName == nullptr || *fileName == '\0') {
-    SetLastError(ERROR_PATH_NOT_FOUND);
-    return INVALID_FILE_ATTRIBUTES;
+    return fail(ERROR_PATH_NOT_FOUND, INVALID_FILE_ATTRIBUTES);
   }
   const std::string native = fullNativePath(fileName);
   FileStatus status{};

@@ -1,6 +1,5 @@
 #include <dlfcn.h>
 #include <elf.h>
-#include <strings.h>
 #include <sys/auxv.h>
 #include <unistd.h>
 #include <unwind.h>
@@ -13,7 +12,8 @@
 #include <string>
 #include <vector>
 
-#include "winapi/posix/base/OutOfMemory.h"
+#include "text/Ascii.h"
+#include "winapi/posix/base/Failure.h"
 #include "winapi/posix/base/Paths.h"
 #include "winapi/posix/base/Report.h"
 #include "winapi/posix/kernel32.h"
@@ -21,6 +21,7 @@
 
 namespace {
 
+using tolvanix::equalIgnoringCase;
 using tolvanix::winapi::outOfMemory;
 
 namespace fs = std::filesystem;
@@ -89,7 +90,7 @@ fs::path findIgnoringCase(const fs::path& folder, const std::string& name) {
   for (fs::directory_iterator entry(folder, error); entry != fs::directory_iterator();
        entry.increment(error)) {
     const std::string candidate = entry->path().filename().string();
-    const bool same = strcasecmp(candidate.c_str(), name.c_str()) == 0;
+    const bool same = equalIgnoringCase(candidate, name);
     if (same && (found.empty() || candidate < found)) found = candidate;
   }
   const bool isMissing = error == std::errc::no_such_file_or_directory;
@@ -180,7 +181,7 @@ DWORD GetModuleFileNameA(HMODULE module, char* fileName, DWORD size) try {
 
 HMODULE GetModuleHandleA(const char* moduleName) {
   for (const char* const name : {"kernel32", "kernel32.dll"}) {
-    if (moduleName != nullptr && strcasecmp(moduleName, name) == 0) return &kernel32Module;
+    if (moduleName != nullptr && equalIgnoringCase(moduleName, name)) return &kernel32Module;
   }
   SetLastError(ERROR_MOD_NOT_FOUND);
   return nullptr;

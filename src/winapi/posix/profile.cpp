@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "winapi/posix/base/OutOfMemory.h"
+#include "winapi/posix/base/Failure.h"
 #include "winapi/posix/base/ProfileText.h"
 #include "winapi/posix/base/TextFile.h"
 #include "winapi/winapi.h"

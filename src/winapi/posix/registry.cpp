@@ -3,9 +3,9 @@
 #include <optional>
 #include <string>
 
+#include "winapi/posix/base/Failure.h"
 #include "winapi/posix/base/HandleTable.h"
-#include "winapi/posix/base/OutOfMemory.h"
-#include "winapi/posix/machine/Machine.h"
+#include "winapi/posix/machine/PresentedMachine.h"
 #include "winapi/winapi.h"
 
 namespace {

@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cstdint>
 #include <cstring>
 #include <iterator>
@@ -8,16 +7,19 @@
 #include <string>
 #include <string_view>
 
-#include "winapi/posix/base/IgnoreCase.h"
-#include "winapi/posix/base/OutOfMemory.h"
+#include "text/Ascii.h"
+#include "winapi/posix/base/Failure.h"
+#include "winapi/posix/base/Hex.h"
 #include "winapi/posix/inf/InfFile.h"
 #include "winapi/winapi.h"
 
 namespace {
 
-using tolvanix::winapi::equalIgnoringCase;
+using tolvanix::equalIgnoringCase;
+using tolvanix::winapi::fail;
 using tolvanix::winapi::InfFile;
 using tolvanix::winapi::outOfMemory;
+using tolvanix::winapi::readHex;
 
 struct SetupClass {
   const char* name;
@@ -74,14 +76,6 @@ constexpr SetupClass kSetupClasses[] = {
     {"WPD", "{eec5ad98-8080-425f-922a-dabf3de3f69a}"},
 };
 
-// The value of the hexadecimal digits; nothing when another character is among them.
-std::optional<std::uint32_t> hexValue(std::string_view digits) {
-  std::uint32_t value = 0;
-  const auto [end, error] = std::from_chars(digits.begin(), digits.end(), value, 16);
-  if (error != std::errc() || end != digits.end()) return std::nullopt;
-  return value;
-}
-
 // From the form "{4d36e972-e325-11ce-bfc1-08002be10318}".
 std::optional<GUID> parseGuid(std::string_view text) {
   constexpr std::string_view kForm = "{xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx}";
@@ -98,7 +92,7 @@ std::optional<GUID> parseGuid(std::string_view text) {
   constexpr std::array<std::size_t, 11> kLengths = {8, 4, 4, 2, 2, 2, 2, 2, 2, 2, 2};
   std::string_view rest = digits;
   for (std::size_t i = 0; i < parts.size(); ++i) {
-    const auto value = hexValue(rest.substr(0, kLengths[i]));
+    const auto value = readHex(rest.substr(0, kLengths[i]));
     if (!value) return std::nullopt;
     parts[i] = *value;
     rest.remove_prefix(kLengths[i]);
@@ -161,11 +155,6 @@ std::string_view nameOfClass(const GUID& guid) {
       std::find_if(std::begin(kSetupClasses), std::end(kSetupClasses),
                    [&](const SetupClass& known) { return sameGuid(*parseGuid(known.guid), guid); });
   return found != std::end(kSetupClasses) ? found->name : "";
-}
-
-BOOL fail(DWORD code) {
-  SetLastError(code);
-  return FALSE;
 }
 
 }  // namespace

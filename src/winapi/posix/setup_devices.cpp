@@ -2,13 +2,14 @@
 #include <algorithm>
 #include <optional>
 
+#include "winapi/posix/base/Failure.h"
 #include "winapi/posix/base/HandleTable.h"
-#include "winapi/posix/base/OutOfMemory.h"
-#include "winapi/posix/machine/Machine.h"
+#include "winapi/posix/machine/PresentedMachine.h"
 #include "winapi/winapi.h"
 
 namespace {
 
+using tolvanix::winapi::fail;
 using tolvanix::winapi::HandleTable;
 using tolvanix::winapi::Machine;
 using tolvanix::winapi::outOfMemory;
@@ -25,14 +26,8 @@ HandleTable<DeviceSet, 0x44>& deviceSets() {
   return table;
 }
 
-BOOL failed(DWORD code) {
-  SetLastError(code);
-  return FALSE;
-}
-
 HDEVINFO noSet(DWORD code) {
-  SetLastError(code);
-  return INVALID_HANDLE_VALUE;
+  return fail(code, INVALID_HANDLE_VALUE);
 }
 
 }  // namespace
@@ -69,10 +64,10 @@ HDEVINFO SetupDiCreateDeviceInfoList(const GUID* /*classGuid: nothing is ever ad
 // Only DevInst is filled: the number of the device, from 1.
 BOOL SetupDiEnumDeviceInfo(HDEVINFO set, DWORD index, SP_DEVINFO_DATA* data) {
   const DeviceSet* const found = deviceSets().find(set);
-  if (found == nullptr) return failed(ERROR_INVALID_HANDLE);
-  if (data == nullptr) return failed(ERROR_INVALID_PARAMETER);
-  if (data->cbSize != sizeof(SP_DEVINFO_DATA)) return failed(ERROR_INVALID_USER_BUFFER);
-  if (index >= found->deviceCount()) return failed(ERROR_NO_MORE_ITEMS);
+  if (found == nullptr) return fail(ERROR_INVALID_HANDLE);
+  if (data == nullptr) return fail(ERROR_INVALID_PARAMETER);
+  if (data->cbSize != sizeof(SP_DEVINFO_DATA)) return fail(ERROR_INVALID_USER_BUFFER);
+  if (index >= found->deviceCount()) return fail(ERROR_NO_MORE_ITEMS);
   data->ClassGuid = {};
   data->DevInst = index + 1;
   data->Reserved = 0;
@@ -83,18 +78,18 @@ BOOL SetupDiGetDeviceRegistryPropertyA(HDEVINFO set, SP_DEVINFO_DATA* data, DWOR
                                        DWORD* type, BYTE* buffer, DWORD size,
                                        DWORD* requiredSize) try {
   const DeviceSet* const found = deviceSets().find(set);
-  if (found == nullptr) return failed(ERROR_INVALID_HANDLE);
-  if (data == nullptr || (buffer == nullptr && size != 0)) return failed(ERROR_INVALID_PARAMETER);
-  if (data->cbSize != sizeof(SP_DEVINFO_DATA)) return failed(ERROR_INVALID_USER_BUFFER);
+  if (found == nullptr) return fail(ERROR_INVALID_HANDLE);
+  if (data == nullptr || (buffer == nullptr && size != 0)) return fail(ERROR_INVALID_PARAMETER);
+  if (data->cbSize != sizeof(SP_DEVINFO_DATA)) return fail(ERROR_INVALID_USER_BUFFER);
   if (data->DevInst == 0 || data->DevInst > found->deviceCount()) {
-    return failed(ERROR_INVALID_PARAMETER);
+    return fail(ERROR_INVALID_PARAMETER);
   }
   const std::optional<RegistryValue> value =
       found->machine->deviceProperty(data->DevInst - 1, property);
-  if (!value) return failed(ERROR_INVALID_DATA);
+  if (!value) return fail(ERROR_INVALID_DATA);
   if (type != nullptr) *type = value->type;
   if (requiredSize != nullptr) *requiredSize = static_cast<DWORD>(value->data.size());
-  if (value->data.size() > size) return failed(ERROR_INSUFFICIENT_BUFFER);
+  if (value->data.size() > size) return fail(ERROR_INSUFFICIENT_BUFFER);
   std::copy(value->data.begin(), value->data.end(), buffer);
   return TRUE;
 } catch (const std::bad_alloc&) {
@@ -103,11 +98,11 @@ BOOL SetupDiGetDeviceRegistryPropertyA(HDEVINFO set, SP_DEVINFO_DATA* data, DWOR
 
 // No set holds a list of drivers, so none is left to release.
 BOOL SetupDiDestroyDriverInfoList(HDEVINFO set, SP_DEVINFO_DATA* data, DWORD driverType) {
-  if (deviceSets().find(set) == nullptr) return failed(ERROR_INVALID_HANDLE);
-  if (data == nullptr || driverType != SPDIT_COMPATDRIVER) return failed(ERROR_INVALID_PARAMETER);
+  if (deviceSets().find(set) == nullptr) return fail(ERROR_INVALID_HANDLE);
+  if (data == nullptr || driverType != SPDIT_COMPATDRIVER) return fail(ERROR_INVALID_PARAMETER);
   return TRUE;
 }
 
 BOOL SetupDiDestroyDeviceInfoList(HDEVINFO set) {
-  return deviceSets().close(set) ? TRUE : failed(ERROR_INVALID_HANDLE);
+  return deviceSets().close(set) ? TRUE : fail(ERROR_INVALID_HANDLE);
 }

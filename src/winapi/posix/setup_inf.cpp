@@ -3,12 +3,13 @@
 #include <memory>
 #include <vector>
 
-#include "winapi/posix/base/OutOfMemory.h"
+#include "winapi/posix/base/Failure.h"
 #include "winapi/posix/inf/InfFile.h"
 #include "winapi/winapi.h"
 
 namespace {
 
+using tolvanix::winapi::fail;
 using tolvanix::winapi::InfFile;
 using tolvanix::winapi::InfLine;
 using tolvanix::winapi::InfPosition;
@@ -38,11 +39,6 @@ DWORD openFile(const char* fileName, UINT& errorLine) {
     keepSpare(std::move(file));
   }
   return error;
-}
-
-BOOL fail(DWORD code) {
-  SetLastError(code);
-  return FALSE;
 }
 
 // Null, with the last error set, for what is no handle of an open file.

@@ -6,10 +6,10 @@
 #include <string>
 #include <string_view>
 
+#include "winapi/posix/base/Failure.h"
 #include "winapi/posix/base/Hex.h"
-#include "winapi/posix/base/OutOfMemory.h"
 #include "winapi/posix/kernel32.h"
-#include "winapi/posix/machine/Machine.h"
+#include "winapi/posix/machine/PresentedMachine.h"
 #include "winapi/winapi.h"
 
 namespace {

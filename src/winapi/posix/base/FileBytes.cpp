@@ -1,16 +1,31 @@
 #include "winapi/posix/base/FileBytes.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 
+#include "winapi/posix/base/FileDescriptor.h"
+
 namespace tolvanix::winapi {
 
-FileDescriptor::~FileDescriptor() {
-  if (descriptor >= 0) close(descriptor);
+std::size_t writeFully(int descriptor, const char* bytes, std::size_t size) {
+  std::size_t written = 0;
+  while (written < size) {
+    const ssize_t count = write(descriptor, bytes + written, size - written);
+    if (count >= 0) {
+      written += static_cast<std::size_t>(count);
+    } else if (errno == EAGAIN) {
+      pollfd poller{descriptor, POLLOUT, 0};
+      poll(&poller, 1, -1);
+    } else if (errno != EINTR) {
+      break;
+    }
+  }
+  return written;
 }
 
 ssize_t readUninterrupted(int descriptor, void* buffer, std::size_t size) {

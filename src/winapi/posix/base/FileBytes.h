@@ -11,25 +11,17 @@
 
 namespace tolvanix::winapi {
 
-// Closes what it holds on destruction; -1 holds nothing.
-class FileDescriptor {
- public:
-  explicit FileDescriptor(int opened) : descriptor(opened) {}
-  FileDescriptor(const FileDescriptor&) = delete;
-  FileDescriptor& operator=(const FileDescriptor&) = delete;
-  ~FileDescriptor();
-  int get() const { return descriptor; }
-
- private:
-  int descriptor;
-};
-
 // read(2), again when a signal interrupts it.
 ssize_t readUninterrupted(int descriptor, void* buffer, std::size_t size);
 
 // The bytes of a file; none with errno when it cannot be read. Devices, of which one could be
 // endless, are refused with ENOTSUP.
 std::optional<std::string> readWholeFile(const char* path);
+
+// Writes all, also to what does not block (O_NONBLOCK is set for every process that has the file
+// open, so it may be another's doing): waits then until more is taken. The count of bytes written;
+// fewer than all with errno.
+std::size_t writeFully(int descriptor, const char* bytes, std::size_t size);
 
 // A file's bytes without a copy of them; empty when it cannot be read.
 class MappedFile {

@@ -7,22 +7,16 @@
 #include <string>
 #include <string_view>
 
-namespace tolvanix::winapi {
+#include "text/Ascii.h"
 
-// The value of a digit of either case, -1 for any other character.
-constexpr int hexDigit(char c) {
-  if (c >= '0' && c <= '9') return c - '0';
-  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-  return -1;
-}
+namespace tolvanix::winapi {
 
 // The whole text as a number of one to eight digits of either case; none for any other text.
 constexpr std::optional<std::uint32_t> readHex(std::string_view digits) {
   if (digits.empty() || digits.size() > 8) return std::nullopt;
   std::uint32_t number = 0;
   for (const char c : digits) {
-    const int digit = hexDigit(c);
+    const int digit = hexDigitValue(c);
     if (digit < 0) return std::nullopt;
     number = number * 16 + static_cast<std::uint32_t>(digit);
   }

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "winapi/posix/base/IgnoreCase.h"
+#include "text/Ascii.h"
 
 namespace tolvanix::winapi {
 

@@ -9,15 +9,15 @@
 #include <cerrno>
 #include <string_view>
 
+#include "text/Utf8.h"
 #include "winapi/posix/base/FileBytes.h"
+#include "winapi/posix/base/FileDescriptor.h"
 #include "winapi/posix/base/Paths.h"
 #include "winapi/posix/base/Utf16.h"
 
 namespace tolvanix::winapi {
 
 namespace {
-
-constexpr char kReplacement[] = "\xEF\xBF\xBD";  // U+FFFD, for half a pair
 
 // Fills `size` bytes unless the file ends before; the count of bytes, negative on an error.
 ssize_t readFully(int file, char* bytes, std::size_t size) {
@@ -45,20 +45,19 @@ DWORD readUtf16(int file, ByteOrder order, std::string_view begin, std::size_t r
                 std::string& text) {
   std::array<char, 32768> block;
   std::size_t held = begin.copy(block.data(), begin.size());
-  std::size_t length = 0;
+  text.clear();
   while (rest > 0) {
     const std::size_t wanted = std::min(rest, block.size() - held);
     const ssize_t count = readFully(file, block.data() + held, wanted);
     if (count < 0) return ERROR_GEN_FAILURE;
     rest = static_cast<std::size_t>(count) < wanted ? 0 : rest - wanted;
     held += static_cast<std::size_t>(count);
-    const std::size_t taken = appendUtf8({block.data(), held}, order, text, length);
+    const std::size_t taken = appendUtf16({block.data(), held}, order, text);
     held -= taken;
     std::copy_n(block.data() + taken, held, block.data());
   }
-  text.resize(length);
   // What is left over is half a pair, or half a unit.
-  if (held >= sizeof(char16_t)) text += kReplacement;
+  if (held >= sizeof(char16_t)) appendUtf8(text, kReplacementCharacter);
   return ERROR_SUCCESS;
 }
 

@@ -9,11 +9,9 @@ namespace tolvanix::winapi {
 
 enum class ByteOrder { kLittleEndian, kBigEndian };
 
-// Writes behind the first `length` bytes of `text`, which grows as needed, and counts them in
-// `length`. The count of bytes that were taken: half a unit, or a high surrogate, at their end
-// waits for more.
-std::size_t appendUtf8(std::string_view bytes, ByteOrder order, std::string& text,
-                       std::size_t& length);
+// Appends the text of the bytes. The count of bytes that were taken: half a unit, or a high
+// surrogate, at their end waits for more.
+std::size_t appendUtf16(std::string_view bytes, ByteOrder order, std::string& text);
 
 // The whole of little-endian bytes; an odd byte at the end is left out.
 std::string utf16ToUtf8(std::string_view bytes);

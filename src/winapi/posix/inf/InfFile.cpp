@@ -6,8 +6,8 @@
 #include <cstring>
 #include <limits>
 
-#include "winapi/posix/base/IgnoreCase.h"
 #include "winapi/posix/base/TextFile.h"
+#include "winapi/posix/inf/NameHash.h"
 
 namespace tolvanix::winapi {
 

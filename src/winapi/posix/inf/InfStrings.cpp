@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <bit>
 
-#include "winapi/posix/base/IgnoreCase.h"
+#include "winapi/posix/inf/NameHash.h"
 
 namespace tolvanix::winapi {
 

@@ -1,10 +1,8 @@
 // The computer that this stand-in platform presents: its devices and what the program reads of its
-// registry. TOLVANIX_MACHINE names it: unset or empty for this computer, a directory for a sysfs
-// tree (in place of /sys), a file for a Windows registry export.
+// registry.
 #pragma once
 
 #include <cstddef>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -40,29 +38,14 @@ class Machine {
                                              std::string_view name) const = 0;
 };
 
-// Below HKEY_LOCAL_MACHINE, folded.
-constexpr std::string_view kClassKeys = R"(system\currentcontrolset\control\class\)";
+// Below HKEY_LOCAL_MACHINE, in lower case.
 constexpr std::string_view kVersionKey = R"(software\microsoft\windows nt\currentversion)";
 constexpr std::string_view kLanguageKey = R"(system\currentcontrolset\control\nls\language)";
-
-// With A to Z in lower case.
-std::string fold(std::string_view text);
 
 RegistryValue textValue(std::string_view text);
 // The text of a value, without what follows its first zero.
 std::string textIn(const RegistryValue& value);
 RegistryValue numberValue(DWORD number);
-
-// The computer that `name` stands for, as TOLVANIX_MACHINE does. One that cannot be read is one
-// line on standard error and a computer without devices.
-std::unique_ptr<Machine> loadMachine(const std::string& name);
-
-// The computer presented; loaded when first asked for.
-const Machine& presentedMachine();
-
-// Presents another one, for tests, and answers the one presented before (null when none was loaded
-// yet).
-std::unique_ptr<Machine> exchangePresentedMachine(std::unique_ptr<Machine> next);
 
 // One line on standard error about a machine that cannot be read; no line number for 0.
 void reportMachine(const std::string& file, std::size_t line, const std::string& problem);

@@ -28,7 +28,7 @@ std::string_view trimmed(std::string_view text) {
 
 // The folded path below HKEY_LOCAL_MACHINE; empty for a key elsewhere.
 std::string canonicalPath(std::string_view name) {
-  std::string path = fold(name);
+  std::string path = toLower(name);
   if (!path.starts_with(kLocalMachine)) return {};
   path.erase(0, kLocalMachine.size());
   const bool firstSet =
@@ -140,7 +140,7 @@ class Reader {
 
   void readValue() {
     if (!inKey) fail("this value stands before the first key");
-    const std::string name = takeWord("@") ? std::string() : fold(readString());
+    const std::string name = takeWord("@") ? std::string() : toLower(readString());
     skipBlanks();
     if (!takeWord("=")) fail("the value's name is not followed by an equals sign");
     skipBlanks();
@@ -190,7 +190,7 @@ class Reader {
   DWORD readNumber() {
     DWORD number = 0;
     const std::size_t start = position;
-    for (int digit = hexDigit(peek()); digit >= 0; digit = hexDigit(peek())) {
+    for (int digit = hexDigitValue(peek()); digit >= 0; digit = hexDigitValue(peek())) {
       number = number * 16 + static_cast<DWORD>(digit);
       ++position;
     }
@@ -201,10 +201,10 @@ class Reader {
   std::string readBytes() {
     std::string bytes;
     for (bool more = continued(false); more;) {
-      const int high = hexDigit(peek());
+      const int high = hexDigitValue(peek());
       if (high < 0) fail("a byte is missing in the value");
       ++position;
-      const int low = hexDigit(peek());
+      const int low = hexDigitValue(peek());
       if (low >= 0) ++position;
       bytes += static_cast<char>(low >= 0 ? high * 16 + low : high);
       skipBlanks();
@@ -223,7 +223,7 @@ class Reader {
       takeLine();
       skipBlanks();
     }
-    return must || hexDigit(peek()) >= 0;
+    return must || hexDigitValue(peek()) >= 0;
   }
 
   std::string_view text;

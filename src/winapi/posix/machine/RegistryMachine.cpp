@@ -5,6 +5,8 @@
 #include <cstring>
 #include <exception>
 
+#include "text/Ascii.h"
+#include "winapi/ClassKeys.h"
 #include "winapi/posix/base/FileBytes.h"
 #include "winapi/posix/machine/IndirectText.h"
 
@@ -30,8 +32,8 @@ bool isInstanceKey(std::string_view path) {
 }
 
 bool isWanted(std::string_view path) {
-  return isInstanceKey(path) || path.starts_with(kClassKeys) || path == kVersionKey ||
-         path == kLanguageKey;
+  return isInstanceKey(path) || equalIgnoringCase(path.substr(0, kClassKeys.size()), kClassKeys) ||
+         path == kVersionKey || path == kLanguageKey;
 }
 
 bool isDevice(const ExportedKey& key) {
@@ -95,7 +97,7 @@ std::optional<RegistryValue> RegistryMachine::deviceProperty(std::size_t device,
 }
 
 bool RegistryMachine::hasKey(std::string_view path) const {
-  const std::string folded = fold(path);
+  const std::string folded = toLower(path);
   if (keys.contains(folded)) return true;
   const std::string below = folded + '\\';
   const auto next = keys.lower_bound(below);
@@ -104,9 +106,9 @@ bool RegistryMachine::hasKey(std::string_view path) const {
 
 std::optional<RegistryValue> RegistryMachine::value(std::string_view path,
                                                     std::string_view name) const {
-  const auto key = keys.find(fold(path));
+  const auto key = keys.find(toLower(path));
   if (key == keys.end()) return std::nullopt;
-  const RegistryValue* const stored = key->second.find(fold(name));
+  const RegistryValue* const stored = key->second.find(toLower(name));
   if (stored == nullptr) return std::nullopt;
   return *stored;
 }

@@ -13,8 +13,10 @@
 #include <memory>
 #include <utility>
 
+#include "text/Ascii.h"
+#include "winapi/ClassKeys.h"
+#include "winapi/posix/base/FileDescriptor.h"
 #include "winapi/posix/base/Hex.h"
-#include "winapi/posix/base/IgnoreCase.h"
 #include "winapi/posix/machine/SysfsFolder.h"
 
 namespace tolvanix::winapi {
@@ -237,7 +239,7 @@ std::uint32_t SysfsMachine::driverIndex(int devices, std::string_view function,
                                         std::string_view name) {
   if (name.empty()) return 0;
   const auto [entry, added] =
-      driverIndexes.try_emplace(fold(name), static_cast<std::uint32_t>(drivers.size()));
+      driverIndexes.try_emplace(toLower(name), static_cast<std::uint32_t>(drivers.size()));
   if (added) {
     const std::string text(name);
     drivers.push_back({text, driverVersion(devices, function, text)});
@@ -335,7 +337,7 @@ const SysfsMachine::Driver* SysfsMachine::driverOfKey(std::string_view path) con
     if (!equalIgnoringCase(path.substr(0, part.size()), part)) return nullptr;
     path.remove_prefix(part.size());
   }
-  const auto entry = driverIndexes.find(fold(path));
+  const auto entry = driverIndexes.find(toLower(path));
   return entry == driverIndexes.end() ? nullptr : &drivers[entry->second];
 }
 
@@ -345,7 +347,7 @@ bool SysfsMachine::hasKey(std::string_view path) const {
 
 std::optional<RegistryValue> SysfsMachine::value(std::string_view path,
                                                  std::string_view name) const {
-  const std::string wanted = fold(name);
+  const std::string wanted = toLower(name);
   if (const Driver* const driver = driverOfKey(path)) {
     if (wanted != "driverversion" || driver->version.empty()) return std::nullopt;
     return textValue(driver->version);

@@ -10,7 +10,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "winapi/posix/base/FileBytes.h"
+#include "winapi/posix/base/FileDescriptor.h"
 #include "winapi/posix/machine/Machine.h"
 #include "winapi/posix/machine/PciIds.h"
 
