@@ -1,6 +1,8 @@
 """Rules for the sources that no compiler checks: check_sources.py <rule> <source folder> [build folder]
 
-callers    Each function that winapi.h declares for other systems is called by the program.
+callers    Each function that winapi.h declares for other systems is called by the program, and each of its
+           constants and types is used.
+layers     Each folder includes what the table in docs/architecture.md says, no more and no less.
 built      Each source and each test is part of the build.
 platform   Platform headers and macros stand only where the platform is dealt with.
 """
@@ -34,7 +36,24 @@ def callers(root):
         if f != header and root / "src/winapi/posix" not in f.parents
     )
     words = set(re.findall(r"\w+", program))
-    return [f"winapi.h declares {name}, which nothing calls" for name in names if name not in words]
+    findings = [f"winapi.h declares {name}, which nothing calls" for name in names if name not in words]
+    others = re.findall(r"^(?:inline const|constexpr|using|struct)(?: \w+)*? (\w+)(?: = |\(| \{)", declarations, re.MULTILINE)
+    used = program + declarations + " ".join(f.read_text() for f in code_files(root, "src/winapi/posix"))
+    return findings + [f"winapi.h declares {name}, which nothing uses" for name in others
+                       if len(re.findall(rf"\b{name}\b", used)) < 2]
+
+
+def layers(root):
+    described = {}
+    for folder, allowed in re.findall(r"^\| `src/([\w/]+)` \|.*\| ([^|]+) \|$", (root / "docs/architecture.md").read_text(), re.MULTILINE):
+        described[folder] = set() if allowed == "nothing of ours" else set(allowed.split(", "))
+    actual = {str(f.parent.relative_to(root / "src")): set() for f in code_files(root, "src")}
+    for file in code_files(root, "src"):
+        folder = str(file.parent.relative_to(root / "src"))
+        included = set(re.findall(r'^#include "(\w[\w/]*)/\w+\.h"', file.read_text(), re.MULTILINE))
+        actual[folder] |= included - {folder}
+    return [f"src/{folder}: includes {sorted(actual.get(folder, {'no files'}))}, described is {sorted(described.get(folder, {'nothing'}))}"
+            for folder in sorted(actual.keys() | described.keys()) if actual.get(folder) != described.get(folder)]
 
 
 def built(root, build):
@@ -70,7 +89,7 @@ def platform(root):
 
 def main():
     rule, *folders = sys.argv[1:]
-    rules = {"callers": callers, "built": built, "platform": platform}
+    rules = {"callers": callers, "layers": layers, "built": built, "platform": platform}
     findings = rules[rule](*(pathlib.Path(f).resolve() for f in folders))
     print("\n".join(findings))
     sys.exit(1 if findings else 0)

@@ -21,8 +21,8 @@ TEST(HelperExitCode, SystemError_HasItsMeaningAndIsNeverASuccess) {
       {ERROR_EXPECTED_SECTION_NAME, kInfUnusable},
       {ERROR_BAD_SECTION_NAME_LINE, kInfUnusable},
       {ERROR_SECTION_NAME_TOO_LONG, kInfUnusable},
-      {ERROR_GENERAL_SYNTAX, kInfUnusable},
-      {ERROR_SECTION_NOT_FOUND, kInfUnusable},
+      {0xE0000003, kInfUnusable},  // ERROR_GENERAL_SYNTAX
+      {0xE0000101, kInfUnusable},  // ERROR_SECTION_NOT_FOUND
       {ERROR_LINE_NOT_FOUND, kInfUnusable},
       {0xE000020B, kNoDevice},  // ERROR_NO_SUCH_DEVINST
       {ERROR_NO_MORE_ITEMS, kNotBetter},
