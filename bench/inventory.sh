@@ -1,6 +1,6 @@
 # Part of run.sh: inventories (-i) of sysfs trees.
 tree() {
-  "$bin/generate_sysfs_tree" "$work/tree-$1" "$1"
+  python3 tests/checks/sysfs_tree.py "$work/tree-$1" "$1"
   sync # the disk is not to write while something is measured
 }
 on_tree() { TOLVANIX_MACHINE="$work/tree-$1" median "$work/tolvanix -i"; }

@@ -4,9 +4,9 @@
 set -eu
 cd "$(dirname "$0")/.."
 scripts/setup.sh build bench
-cmake --preset release -B build/bench -DTOLVANIX_BENCH=ON >/dev/null
-cmake --build build/bench --target tolvanix test_kivvalid \
-  generate_sysfs_tree generate_inf_files document_bench helper_bench >/dev/null
+cmake --preset release -B build/bench -DTOLVANIX_BENCH=ON -DBUILD_TESTING=OFF >/dev/null
+cmake --build build/bench --target tolvanix replay_kivvalid generate_inf_files document_bench \
+  helper_bench >/dev/null
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT

@@ -1,12 +1,11 @@
-# Part of run.sh: updates (-u -c) of large packages. Takes the validation library for tests, which
-# answers with the document beside it.
+# Part of run.sh: updates (-u -c) of large packages.
 
 # package <name> <devices> <distinct IDs> <INF files>: each file lists 50 IDs; no device is
 # present, so that the search goes through all files.
 package() {
   mkdir "$work/$1"
   cp "$bin/tolvanix" "$work/$1"
-  cp "$bin/test_kivvalid.dll" "$work/$1/kivvalid.dll"
+  cp "$bin/replay_kivvalid.dll" "$work/$1/kivvalid.dll"
   echo '<P/>' >"$work/$1/package.xml"
   awk -v folder="$work/$1" -v devices="$2" -v ids="$3" -v files="$4" 'BEGIN {
     out = folder "/answer.txt"

@@ -5,7 +5,7 @@ set -eu
 packages=
 for group in "$@"; do
   case $group in
-    build) packages="$packages cmake ninja-build g++ googletest libxml2-utils pciutils python3" ;;
+    build) packages="$packages cmake ninja-build g++ googletest libgtest-dev libxml2-utils pciutils python3" ;;
     windows) packages="$packages cmake ninja-build g++-mingw-w64-x86-64-posix wine wine64 googletest" ;;
     lint) packages="$packages clang-format clang-tidy python3" ;;
     demo) packages="$packages libxml2-utils pci.ids" ;;

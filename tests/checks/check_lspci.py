@@ -1,12 +1,18 @@
-"""The inventory lists what lspci lists: check_lspci.py <program> [<sysfs tree>...]
+"""The inventory lists what lspci lists: check_lspci.py <program> [<sysfs tree>]
 
-The same functions with the same identifiers and places, on this computer and in the trees.
+The same functions with the same identifiers and places, on this computer and in the tree; without
+one, in a tree so large that more than one thread reads it.
 """
 
 import os
 import re
 import subprocess
 import sys
+import tempfile
+
+import sysfs_tree
+
+LARGE = 1200
 
 # The identifiers in the order of the document; a function without a subsystem has zeros.
 IDENTIFIERS = ["Vendor", "Device", "SDevice", "SVendor"]
@@ -33,18 +39,26 @@ def listed_by_lspci(options):
     return sorted(functions)
 
 
+def findings(program, machine, *options):
+    differences = set(listed_by_program(program, machine)) ^ set(listed_by_lspci(options))
+    return [f"{machine or 'this computer'}: only one lists {d}" for d in sorted(differences)]
+
+
+def findings_in_tree(program, tree):
+    return findings(program, tree, "-O", f"sysfs.path={tree}/bus/pci")
+
+
 def main():
     program, *trees = sys.argv[1:]
-    computers = [(tree, ["-O", f"sysfs.path={tree}/bus/pci"]) for tree in trees]
+    found = [line for tree in trees for line in findings_in_tree(program, tree)]
+    if not trees:
+        with tempfile.TemporaryDirectory() as tree:
+            sysfs_tree.make(tree, LARGE)
+            found += findings_in_tree(program, tree)
     if os.path.isdir("/sys/bus/pci"):  # else lspci has nothing to look at
-        computers.append(("", []))
-    findings = 0
-    for machine, options in computers:
-        differences = set(listed_by_program(program, machine)) ^ set(listed_by_lspci(options))
-        for difference in sorted(differences):
-            print(f"{machine or 'this computer'}: only one lists {difference}")
-        findings += len(differences)
-    sys.exit(1 if findings else 0)
+        found += findings(program, "")
+    print("\n".join(found))
+    sys.exit(1 if found else 0)
 
 
 main()
