@@ -8,6 +8,7 @@ MODELS = "[Manufacturer]\n%Maker%=S,T\n"
 
 # The models section "S" with these lines, and what else is in the file.
 INF_LINES = {
+    "none": "",
     "plain": "k = a, b\n%Name%=Install,PCI\\VEN_8086",
     "no values": "k=\nk=,\nk=a,\nk=a,,b\nk=,,\nk = ,a",
     "no keys": "alone\na, b\na,\n,a\n,\n=x\n=\n==\n==a,b\n%Name%\n%Name%,a",
