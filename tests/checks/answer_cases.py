@@ -8,17 +8,16 @@ MODELS = "[Manufacturer]\n%Maker%=S,T\n"
 
 # The models section "S" with these lines, and what else is in the file.
 INF_LINES = {
+    "none": "",
     "plain": "k = a, b\n%Name%=Install,PCI\\VEN_8086",
-    "no values": "k=\nk=,\nk=a,\nk=a,,b\nk=,,\nk = ,a",
+    "no values": "k=\nk=,\nk=a,\nk=a,,b\nk=,,\nk = ,a\na=b=c,d\na,b=c\na = =b\na\"=\"b=c",
     "no keys": "alone\na, b\na,\n,a\n,\n=x\n=\n==\n==a,b\n%Name%\n%Name%,a",
-    "equals signs": "a=b=c,d\na,b=c\na = =b\na\"=\"b=c",
-    "quotes": '"k" = "a, b;c", " x ", a "q""b" c\n"" = "", ""\nk = "a" "b"\nk=a"b, c"d\nk="a"""\nk=""""',
+    "quotes": '"k" = "a, b;c", " x ", a "q""b" c\n"" = "", ""\nk = "a" "b"\nk=a"b, c"d\nk="a"""\nk=""""'
+              "\nk='a, b',c'd\n'e'='f'",
     "empty quotes": 'k="" x, "" "y"',
     "open quotes": 'k = "open, end ; c\nl=a"\nm="\n"n=o, p\nq=r,"',
-    "single quotes": "k='a, b',c'd\n'e'='f'",
     "comments": ";x\nk=a;b, c\nl;=a\n m = a ; b\n#n=a\n  ; o\np=\";\";\nq= ;r\n;;\n/s=t\n//u=v",
-    "blanks": "  k  =  a b  ,  c  \n\tl\t=\ta\t,\tb\t\n\n   \nm=a   b,\" c \" \n n",
-    "odd blanks": "k=\x0ba\x0c,b\x0b\n\x0cm=a",
+    "blanks": "  k  =  a b  ,  c  \n\tl\t=\ta\t,\tb\t\n\n   \nm=a   b,\" c \" \n n\nk=\x0ba\x0c,b\x0b\n\x0cm=a",
     "no-break spaces": "l = \u00a0a\u00a0,b",
     "names": "%name%=%NAME%,a%other%b,\"%with blank%\",%quoted%, %commas%",
     "odd names": "k=%none%,100%%,%,%name\nl=%%%name%%%,%name%%name%,% name %,%\"name\"%,%na\nm=\"%name\"%,%name;%\n%%=%%",
@@ -26,17 +25,14 @@ INF_LINES = {
     "continuation": "k = a,\\\n  b,\\ ; comment\n c\nl=d\nm=a\\\nb\nn=a \\\n b,\\\n\n\no=a,\\\n;x\np=q",
     "backslashes": 'k="a\\"\nl=b\\c\no="a\\\nb"\np=a\\ b\nq=\\,a\nr=a,\\b\\',
     "two backslashes": "m=a\\\\\nn=b",
-    "continued key": "a\\\nb=c\nd=\\\ne\nf\\\n=g\n\"h\\\ni\"=j",
-    "continued comment": "a=b ; c \\\nd=e\n; f \\\ng=h",
-    "many fields": "k=" + ",".join(str(i) for i in range(3000)),
-    "many continuations": "k=" + ",\\\n".join(str(i) for i in range(500)),
+    "continued key": "a\\\nb=c\nd=\\\ne\nf\\\n=g\n\"h\\\ni\"=j\na=b ; c \\\nd=e\n; f \\\ng=h",
+    "many fields": "\n".join("k=" + end.join(str(i) for i in range(3000)) for end in (",", ",\\\n")),
     "long": f"k={'x' * 300},{'y' * 510}\n{'z' * 500}=a\n{'k' * 100}=" + ", ".join(["v" * 200] * 100),
     "sections": "a=1\n[T]\nb=2\n[s]\nc=3\n[S ]\nd=4\n[ S]\ne=5\n[S] text\nf=6\n[S];c\ng=7\n[S]h=8\ni=9",
     "brackets": "a=[b]\n b=[c\n\"[d]\"=e\n[S\"]\nf=g\n[S;]\nh=i\n [S]\nj=k\n\t[S]\nl=m",
     "continued header": "a=b,\\\n[T]\nc=d\n[S.T]\ne=f",
     "decoration": "[S.T]\na=b\n[S.]\nc=d\n[]\ne=f",
     "makers": "a=b\n[Manufacturer]\nT\nA=S.T,,x\n=S\nB=\n%Maker%=%Maker%\n[S.T]\nc=d",
-    "no end": "k=a,b",
     "end in blanks": "k=a,b\n   ",
     "end in key": "k=a,b\nl",
     "end in quote": 'k=a,"b',
@@ -50,8 +46,7 @@ INF_STRINGS = (
 
 INF_FILES = {
     "empty": "",
-    "line end": "\n",
-    "comments": "; only\n;a comment",
+    "comments": "\n; only\n;a comment",
     "no section": "text\nk=v\n",
     "title": "text\n" + HEAD + MODELS + "[S]\na=b\n[Strings]\na=b",
     "title without strings": "text\n" + HEAD + MODELS + "[S]\na=b",
@@ -64,10 +59,7 @@ INF_FILES = {
     "blanks in version": "[VERSION]\n  signature  =  \"$windows nt$\"  \n  CLASS  =  Net  \n",
     "open bracket": HEAD + "[open\na=b\n",
     "open bracket first": "[Version\nSignature=\"$Chicago$\"\n",
-    "section 254": HEAD + f"[{'n' * 254}]\n",
-    "section 255": HEAD + f"[{'n' * 255}]\n",
-    "section 256": HEAD + f"[{'n' * 256}]\n",
-    "section 300": HEAD + f"[{'n' * 300}]\n",
+    **{f"section {size}": HEAD + f"[{'n' * size}]\n" for size in (254, 255, 256, 300)},
     "no class": SIGNED + MODELS + "[S]\na=b",
     "empty class": SIGNED + "Class=\n",
     "only class": SIGNED + "Class=Net\n",
@@ -85,8 +77,7 @@ INF_FILES = {
     "second version": SIGNED + "[Manufacturer]\n" + HEAD,
     "version later": MODELS + "[S]\na=b\n" + HEAD,
     "far version": "[Other]\n" + ";" * 9000 + "\n" + HEAD,
-    "class of 63": SIGNED + f"Class={'c' * 63}\n",
-    "class of 64": SIGNED + f"Class={'c' * 64}\n",
+    **{f"class of {size}": SIGNED + f"Class={'c' * size}\n" for size in (63, 64)},
     "bytes": bytes(range(256)) * 20,
     "zeros": bytes(100),
     "windows-1252": (HEAD + MODELS + "[S]\nk=caf\u00e9,b\n").encode("cp1252"),
@@ -113,10 +104,7 @@ INI_FILES = {
     "long": f"[{'n' * 300}]\na={'v' * 300}\nB={'v' * 254}\n[S]\na={'v' * 255}\n",
     "many": "".join(f"[section {i:05}]\na={i}\n" for i in range(2500)),
     "lone CR": "[S]\ra=1\rB=2\r\r[T]\rc d=3",
-    "mixed ends": "[S]\r\na=1\nB=2\r\n\r\nc d=3\n\r[T]\na=4",
-    "no end": "[S]\na=1",
-    "continuation": "[S]\na=1\\\nB=2\n",
-    "percent": "[S]\na=%b%\nB=%%\n",
+    "mixed ends": "[S]\r\na=1\nB=2\r\n\r\nc d=3\n\r[T]\na=4\\\nB=%b%\n[U]\na=%%",
     "non-ASCII": "[\u00e9]\na=\u7f51\n[S]\na=\U0001f4be\u00e9\nB=\u00e9\u00e9\u00e9\u00e9",
     "zero": "[S]\na=1\0 2\nB=3\n",
     "ctrl-z": "[S]\na=1\n\x1aB=2\n[T]\na=3",
@@ -188,42 +176,33 @@ FILES = {
     | {f"device {name}": REG_HEAD + ENUM + "A\\1]\n" + text for name, text in REG_DEVICES.items()},
 }
 
-# Where the two differ, by the name of the case (every encoding of it) or of the file: Wine departs from
-# what is published, or nothing is published and the stand-in keeps its own way.
-UNTERMINATED = "reg.exe of Wine ends every text by a zero; an import stores the bytes as they are"
-ENCODED_NOTHING = "an empty file but for its mark, of which nothing is published"
-DEPARTURES = {
+# Where the two differ, and why: Wine departs from what is published, or nothing is published and the
+# stand-in keeps its own way. By the name of the case (every encoding of it) or of the file.
+REASONS = {
     "inf": {
-        "only guid": "Wine leaves the name of the class alone; published: the name of that GUID's class",
-        "title without strings": "Wine takes a title for a section's fault unless there are strings; drivers have titles",
-        "half a unit": "Wine takes UTF-16 of an odd length for narrow text",
-        "only a mark": ENCODED_NOTHING,
-        "only the UTF-8 mark": ENCODED_NOTHING,
-        "empty.utf8": ENCODED_NOTHING,
-        "empty.utf16": ENCODED_NOTHING,
-        "open bracket first.utf16be": "both refuse the file, Wine for what its bytes are as narrow text",
-        "zeros": "Wine takes a zero for a blank",
-        "zero in line": "Wine takes a zero for a blank",
-        "lines no-break spaces": "Wine takes a no-break space for a blank; published: blanks and tabs",
-        "lines empty quotes": "Wine keeps a blank behind two quotes; nothing is published of it",
-        "lines two backslashes": "Wine drops both; the stand-in lets one continue the line",
+        "Wine leaves the name of the class alone; published: the name of that GUID's class": ["only guid"],
+        "Wine takes a title for a section's fault unless there are strings; drivers have titles": ["title without strings"],
+        "Wine takes UTF-16 of an odd length for narrow text": ["half a unit"],
+        "an empty file but for its mark, of which nothing is published":
+            ["only a mark", "only the UTF-8 mark", "empty.utf8", "empty.utf16"],
+        "both refuse the file, Wine for what its bytes are as narrow text": ["open bracket first.utf16be"],
+        "Wine takes a zero for a blank": ["zeros", "zero in line"],
+        "Wine takes a no-break space for a blank; published: blanks and tabs": ["lines no-break spaces", "last no-break spaces"],
+        "Wine keeps a blank behind two quotes; nothing is published of it": ["lines empty quotes", "last empty quotes"],
+        "Wine drops both; the stand-in lets one continue the line": ["lines two backslashes", "last two backslashes"],
     },
     "profile": {
-        "odd blanks": "Wine takes a vertical tab for a blank",
-        "ctrl-z": "Wine takes Ctrl-Z for a blank",
-        "windows-1252": "Wine cuts a value that is no UTF-8 in the middle of a character",
+        "Wine takes a vertical tab and Ctrl-Z for blanks": ["odd blanks", "ctrl-z"],
+        "Wine cuts a value that is no UTF-8 in the middle of a character": ["windows-1252"],
     },
     "devices": {
-        "import_rules.reg": "reg.exe of Wine reads no line end in a text; exports have them",
-        "values unterminated": UNTERMINATED,
-        "values odd length": UNTERMINATED,
-        "values lists": UNTERMINATED,
-        "device unterminated ids": UNTERMINATED,
-        "values odd escapes": "reg.exe of Wine takes these for control characters; exports have none",
-        "values bad values": "the stand-in refuses an export with a fault and says where",
-        "device ids and more": "Wine gives also what is behind the end of a list",
-        "device numbers": "Wine gives a property that is no text as it is stored",
+        "reg.exe of Wine reads no line end in a text; exports have them": ["import_rules.reg"],
+        "reg.exe of Wine ends every text by a zero; an import stores the bytes as they are":
+            ["values unterminated", "values odd length", "values lists", "device unterminated ids"],
+        "reg.exe of Wine takes these for control characters; exports have none": ["values odd escapes"],
+        "the stand-in refuses an export with a fault and says where": ["values bad values"],
+        "Wine gives also what is behind the end of a list": ["device ids and more"],
+        "Wine gives a property that is no text as it is stored": ["device numbers"],
     },
 }
-for name in [name for name in DEPARTURES["inf"] if name.startswith("lines ")]:
-    DEPARTURES["inf"][name.replace("lines", "last", 1)] = DEPARTURES["inf"][name]
+DEPARTURES = {kind: {name for names in reasons.values() for name in names} for kind, reasons in REASONS.items()}

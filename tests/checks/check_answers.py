@@ -22,12 +22,12 @@ ROOT = pathlib.Path(__file__).resolve().parents[2]
 # stand-in read the general one too.
 NO_LANGUAGE = (cases.REG_HEAD + "[HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Control\\Nls\\Language]\n"
                '"Default"="0c51"\n')
-# The devices that Wine itself has. For Wine also a key without any property is a device, when the import
-# has added a ClassGUID.
 # Wine reads the class of an INF file as an INI file has it: with the comments after values and the
 # %names% in them, from the first section alone. The stand-in reads it as published.
 CLASS_READ_OTHERWISE = re.compile(r"^\s*(?:signature|class|classguid)\s*=[^\n]*[;%]|^\s*\[version\].*^\s*\[version\]",
                                   re.IGNORECASE | re.MULTILINE | re.DOTALL)
+# The devices that Wine itself has. For Wine also a key without any property is a device, when the import
+# has added a ClassGUID.
 OWN_DEVICE = re.compile(r"\|Wine |MONITOR.*\{4D36E96E")
 NOT_A_DEVICE = " 13-" * 5
 
@@ -36,31 +36,23 @@ def encodings(text, kind):
     if isinstance(text, bytes):
         return {"": text}
     dos = text.replace("\n", "\r\n")
-    files = {"": text.encode(), ".crlf": dos.encode(), ".utf8": b"\xef\xbb\xbf" + dos.encode(),
-             ".utf16": b"\xff\xfe" + dos.encode("utf-16-le"), ".utf16be": b"\xfe\xff" + dos.encode("utf-16-be")}
-    if kind == "devices":  # what is not UTF-16 must be ASCII for Wine; the import converts it
-        files.pop(".crlf")
-        files.pop(".utf16be")
+    files = {"": text.encode(), ".utf8": dos.encode("utf-8-sig"), ".utf16": b"\xff\xfe" + dos.encode("utf-16-le")}
+    if kind != "devices":  # what is not UTF-16 must be ASCII for Wine; the import converts it
+        files |= {".crlf": dos.encode(), ".utf16be": b"\xfe\xff" + dos.encode("utf-16-be")}
     return files
 
 
-def lay_out(folder, linux_build, real):
+def lay_out(folder, real):
     """Puts the files into a folder for each kind."""
     for kind, table in cases.FILES.items():
         (folder / kind).mkdir()
         for name, text in table.items():
             for suffix, data in encodings(text, kind).items():
                 (folder / kind / (name + suffix)).write_bytes(data)
-    inf_files = [*ROOT.glob("sdk/**/*.inf"), *ROOT.glob("tests/fixtures/**/*.inf")]
-    reg_files = [*ROOT.glob("sdk/**/*.reg"), *ROOT.glob("tests/fixtures/**/*.reg")]
-    if real:
-        inf_files += sorted(f for f in (real / "inf").rglob("*") if f.is_file())
-        reg_files += sorted((real / "reg").glob("*.reg"))
-    for file in inf_files:
-        shutil.copy(file, folder / "inf" / file.name)
-        shutil.copy(file, folder / "profile" / file.name)
-    for file in reg_files:
-        shutil.copy(file, folder / "devices" / file.name)
+    for root in (ROOT / "sdk", ROOT / "tests/fixtures", *real):
+        for kind, pattern in (("inf", "*.[Ii][Nn]*"), ("profile", "*.[Ii][Nn]*"), ("devices", "*.reg")):
+            for file in root.rglob(pattern):
+                shutil.copy(file, folder / kind / file.name)
     # A real computer's devices with its drivers, which two exports hold.
     for file in (folder / "devices").glob("*__Enum.reg"):
         drivers = file.with_name(file.name.replace("Enum", "Control_Class"))
@@ -113,7 +105,6 @@ def text_of(file):
 
 def compare(kind, linux, wine, folder):
     findings = [f"{kind} {name}: only one of the two answers" for name in linux.keys() ^ wine.keys()]
-    departures = cases.DEPARTURES[kind]
     departed = set()
     for name in sorted(linux.keys() & wine.keys()):
         left, right = linux[name], wine[name]
@@ -123,26 +114,23 @@ def compare(kind, linux, wine, folder):
             left, right = ([line for line in side if not line.startswith("class|")] for side in (left, right))
         if left == right:
             continue
-        case = name.partition(".")[0]
-        if name in departures or case in departures:
-            departed.add(name if name in departures else case)
-            continue
-        findings.append(f"{kind} {name} differs")
-        findings += [line.rstrip("\n")[:500] for line in difflib.unified_diff(left, right, "Linux", "Wine", n=0)]
-    findings += [f"{kind} {name}: listed as a departure, but is none" for name in departures.keys() - departed
-                 if any(n == name or n.partition(".")[0] == name for n in linux)]
+        listed = {name, name.partition(".")[0]} & cases.DEPARTURES[kind]
+        departed |= listed
+        if not listed:
+            findings.append(f"{kind} {name} differs")
+            findings += [line[:500] for line in difflib.unified_diff(left, right, "Linux", "Wine", "", "", 0, "")]
+    findings += [f"{kind} {name}: listed as a departure, but is none" for name in cases.DEPARTURES[kind] - departed]
     lines = sum(len(answer) for answer in linux.values())
     print(f"{kind}: {len(linux)} files, {lines} lines compared, {len(departed)} departures")
     return findings
 
 
 def main():
-    linux_build, wine_build = (pathlib.Path(f).resolve() for f in sys.argv[1:3])
-    real = pathlib.Path(sys.argv[3]) if len(sys.argv) > 3 and os.path.isdir(sys.argv[3]) else None
+    linux_build, wine_build, *real = (pathlib.Path(f).resolve() for f in sys.argv[1:])
     findings = []
     with tempfile.TemporaryDirectory() as name:
         folder = pathlib.Path(name)
-        lay_out(folder, linux_build, real)
+        lay_out(folder, real)
         for kind in cases.FILES:
             findings += compare(kind, linux_answers(linux_build, kind, folder), wine_answers(wine_build, kind, folder), folder / kind)
     print("\n".join(findings))

@@ -26,18 +26,22 @@ TEST(SPMessageFile, LanguageCode_MatchesWholeWithoutRegardToCase) {
   }
 }
 
-// The library of a test, which the program itself never frees.
-class MessageLibrary : public ::testing::Test {
- protected:
-  MessageLibrary() { std::filesystem::copy_file(TEST_MESSAGES, folder / "TarvekSPMsg.DLL"); }
-  ~MessageLibrary() override {
-    while (const HMODULE loaded = GetModuleHandleA("TarvekSPMsg.DLL")) FreeLibrary(loaded);
-  }
-
+TEST(MessageLibrary, Text_IsOfTheLanguageElseOfAnyThatIsThere) {
   const CurrentTempDir folder;
-};
-
-TEST_F(MessageLibrary, Text_IsOfTheLanguageElseOfAnyThatIsThere) {
+  const auto missing = [](const std::string& path) -> SPUString {
+    try {
+      const SPModuleFile file(path.c_str());
+    } catch (const SPException& e) {
+      EXPECT_EQ(e.getErrorNum(), SPModuleFile::kFileNotFound) << path;
+      return e.getMessage();
+    }
+    return {};
+  };
+  constexpr char16_t kNoText[] = u"Internal Error - Message not found";
+  EXPECT_TRUE(missing("none.xml") == SPUString(kNoText));
+  EXPECT_TRUE(missing(folder.path().string()) == SPUString(kNoText));
+  std::filesystem::copy_file(TEST_MESSAGES, folder / "TarvekSPMsg.DLL");
+  EXPECT_TRUE(missing("none.xml") == SPUString(u"none.xml is not there."));
   const struct {
     const char* code;
     std::uint32_t number;
@@ -50,25 +54,15 @@ TEST_F(MessageLibrary, Text_IsOfTheLanguageElseOfAnyThatIsThere) {
       {"de", 6046, {u"a", u"b"}, u"a ist zu."},
       {"de", 6047, {u"a"}, u"a is not there."},
       {"ja", 6047, {u"a"}, u"a is not there."},
-      {"de", 6049, {u"a"}, u"Internal Error - Message not found"},
+      {"de", 6049, {u"a"}, kNoText},
   };
   for (const auto& row : rows) {
     const std::vector<SPUString> inserts(row.inserts.begin(), row.inserts.end());
     EXPECT_TRUE(SPMessageFile(row.code).getMessage(row.number, inserts) == SPUString(row.text))
         << row.code << ' ' << row.number;
   }
-}
-
-TEST_F(MessageLibrary, MissingFile_HasItsTextWithThePath) {
-  const auto messageOf = [](const char* path) -> SPUString {
-    try {
-      const SPModuleFile file(path);
-    } catch (const SPException& e) {
-      return e.getMessage();
-    }
-    return {};
-  };
-  EXPECT_TRUE(messageOf("none.xml") == SPUString(u"none.xml is not there."));
+  // The program itself never frees it.
+  while (const HMODULE loaded = GetModuleHandleA("TarvekSPMsg.DLL")) FreeLibrary(loaded);
 }
 
 }  // namespace

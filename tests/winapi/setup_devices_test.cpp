@@ -60,12 +60,11 @@ TEST_F(DeviceSet, DriverKey_AnswersWhatFits) {
   HKEY opened = nullptr;
   const std::string path =
       R"(SYSTEM\CurrentControlSet\Control\Class\{4d36e972-e325-11ce-bfc1-08002be10318}\000)";
-  const auto open = [&](const char* last) {
-    return static_cast<DWORD>(
+  for (const char last : {'2', '1'}) {
+    const auto error = static_cast<DWORD>(
         RegOpenKeyExA(HKEY_LOCAL_MACHINE, (path + last).c_str(), 0, KEY_QUERY_VALUE, &opened));
-  };
-  EXPECT_EQ(open("2"), ERROR_FILE_NOT_FOUND);
-  ASSERT_EQ(open("1"), ERROR_SUCCESS);
+    ASSERT_EQ(error, last == '1' ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND);
+  }
   const RegistryKeyOwner key(opened);
   char version[12] = "#";
   const auto query = [&](const char* name, DWORD room) {
