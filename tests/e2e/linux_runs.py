@@ -124,7 +124,7 @@ class SysfsTree(WholeRun):
         uevent = "DRIVER=snd_dev-x\nPCI_CLASS=40300\nPCI_ID=1DE4:29C0\nPCI_SUBSYS_ID=1028:00AB"
         self.add_function("0001:0a:1f.3", uevent=uevent, revision="0x0c")
         self.add("machine/bus/pci/devices/0001:0a:1f.3/driver/module/version", "7.5-k\n")
-        self.assertEqual(self.devices(), ["1DE4 29C0 00AB 1028 0266 0031 0003 PCI Device 7.5-k"])
+        self.assertEqual(self.devices(), ["1DE4 29C0 00AB 1028 0266 0031 0003 Audio device 7.5-k"])
         for rest in ["SUBSYS_00AB1028&REV_0C", "SUBSYS_00AB1028", "CC_040300", "CC_0403"]:
             self.assertTrue(self.has_id(f"PCI\\VEN_1DE4&DEV_29C0&{rest}"), rest)
         self.assertFalse(self.has_id("PCI\\VEN_1DE4&DEV_29C0&CC_0404"))
@@ -160,8 +160,8 @@ class SysfsTree(WholeRun):
         self.assertEqual(
             self.devices(),
             [
-                "1DE4 0007 1100 1AF4 0000 0001 0000 PCI Device 4",
-                "1DE4 0008 0011 1AF4 0000 0002 0000 PCI Device 3",
+                "1DE4 0007 1100 1AF4 0000 0001 0000 Network controller 4",
+                "1DE4 0008 0011 1AF4 0000 0002 0000 USB controller 3",
             ],
         )
         self.assertTrue(self.has_id("PCI\\VEN_1DE4&DEV_0007&CC_02800A"))
@@ -176,7 +176,7 @@ class SysfsTree(WholeRun):
             self.add_function(f"0000:00:{device:02x}.{function}", uevent=uevent)
             self.add(f"machine/module/driver_{number % 3}/version", f"{number % 3}.5\n")
             place = f"0000 {device:04} {function:04}"
-            expected.append(f"1DE4 {number:04X} 0001 1DE4 {place} PCI Device {number % 3}.5")
+            expected.append(f"1DE4 {number:04X} 0001 1DE4 {place} Ethernet controller {number % 3}.5")
         self.assertEqual(self.devices(), expected)
 
     def test_folder_without_devices_is_one_line(self):

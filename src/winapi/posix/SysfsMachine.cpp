@@ -186,11 +186,11 @@ void SysfsMachine::readEntry(int devices, Entry& entry) {
 
   Function function;
   function.address = entry.address;
-  function.vendor = static_cast<std::uint16_t>(*identity.vendor);
-  function.device = static_cast<std::uint16_t>(*identity.device);
+  function.model.vendor = static_cast<std::uint16_t>(*identity.vendor);
+  function.model.device = static_cast<std::uint16_t>(*identity.device);
   function.subVendor = static_cast<std::uint16_t>(identity.subVendor.value_or(0));
   function.subDevice = static_cast<std::uint16_t>(identity.subDevice.value_or(0));
-  function.classCode = identity.classCode.value_or(0) & 0xFFFFFF;
+  function.model.classCode = identity.classCode.value_or(0) & 0xFFFFFF;
   function.revision = static_cast<std::uint8_t>(folder.number("revision").value_or(0));
   entry.function = function;
 }
@@ -229,7 +229,7 @@ std::optional<RegistryValue> SysfsMachine::deviceProperty(std::size_t device,
     case SPDRP_HARDWAREID:
       return RegistryValue{REG_MULTI_SZ, hardwareIds(function)};
     case SPDRP_DEVICEDESC:
-      return textValue(description(function));
+      return textValue(description(device));
     case SPDRP_LOCATION_INFORMATION:
       return textValue(location(function));
     case SPDRP_DRIVER:
@@ -240,14 +240,14 @@ std::optional<RegistryValue> SysfsMachine::deviceProperty(std::size_t device,
   }
 }
 
-std::string SysfsMachine::hardwareIds(const Function& function) const {
+std::string SysfsMachine::hardwareIds(const Function& function) {
   std::string ids;
   ids.reserve(160);
   const auto addModel = [&ids, &function] {
     ids += "PCI\\VEN_";
-    appendHex(ids, function.vendor, 4);
+    appendHex(ids, function.model.vendor, 4);
     ids += "&DEV_";
-    appendHex(ids, function.device, 4);
+    appendHex(ids, function.model.device, 4);
   };
   for (const bool withRevision : {true, false}) {
     addModel();
@@ -263,7 +263,7 @@ std::string SysfsMachine::hardwareIds(const Function& function) const {
   for (const unsigned digits : {6U, 4U}) {  // with and without the programming interface
     addModel();
     ids += "&CC_";
-    appendHex(ids, function.classCode >> (24 - 4 * digits), digits);
+    appendHex(ids, function.model.classCode >> (24 - 4 * digits), digits);
     ids += '\0';
   }
   ids += '\0';
@@ -284,11 +284,16 @@ std::string SysfsMachine::location(const Function& function) {
   return text;
 }
 
-std::string_view SysfsMachine::description(const Function& function) const {
-  if (!names) names.emplace(PciIds::ofSystem());
-  const std::string_view name =
-      names->name(function.vendor, function.device, function.subVendor, function.subDevice);
-  return name.empty() ? "PCI Device" : name;
+std::string_view SysfsMachine::description(std::size_t device) const {
+  if (names.empty()) {
+    std::vector<PciModel> models;
+    models.reserve(functions.size());
+    for (const Function& function : functions) models.push_back(function.model);
+    const MappedFile list = installedPciIds();
+    const std::vector<std::string_view> found = pciNames(list.text(), models);
+    names.assign(found.begin(), found.end());
+  }
+  return names[device].empty() ? "PCI Device" : std::string_view(names[device]);
 }
 
 // The driver whose class key this is; null for any other path.

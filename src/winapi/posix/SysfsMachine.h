@@ -38,11 +38,9 @@ class SysfsMachine : public Machine {
   struct Function {
     Address address;
     std::uint8_t revision = 0;
-    std::uint16_t vendor = 0;
-    std::uint16_t device = 0;
+    PciModel model;
     std::uint16_t subVendor = 0;
     std::uint16_t subDevice = 0;
-    std::uint32_t classCode = 0;
     std::uint32_t driver = 0;  // index in `drivers`; the first one means none
   };
   // What is read of one function's folder.
@@ -63,9 +61,9 @@ class SysfsMachine : public Machine {
   std::uint32_t driverIndex(int devices, std::string_view function, std::string_view name);
   std::string driverVersion(int devices, std::string_view function, const std::string& name) const;
   const Driver* driverOfKey(std::string_view path) const;
-  std::string hardwareIds(const Function& function) const;
+  static std::string hardwareIds(const Function& function);
   static std::string location(const Function& function);
-  std::string_view description(const Function& function) const;
+  std::string_view description(std::size_t device) const;
 
   std::string root;
   bool running;
@@ -73,7 +71,7 @@ class SysfsMachine : public Machine {
   std::vector<Function> functions;
   std::vector<Driver> drivers;
   std::unordered_map<std::string, std::uint32_t> driverIndexes;
-  mutable std::optional<PciIds> names;  // read when the first name is asked for
+  mutable std::vector<std::string> names;  // of the functions; empty until one is asked for
 };
 
 }  // namespace tolvanix::winapi
