@@ -5,9 +5,13 @@ On computers that files describe well or badly, with the helper program for pack
 devices that refuse every byte, in any locale.
 """
 
+import ctypes
+import errno
 import os
 import pathlib
+import platform
 import shutil
+import struct
 import subprocess
 import sys
 import tempfile
@@ -98,9 +102,20 @@ class RegistryExport(WholeRun):
             result = self.run_program("-i")
             self.assertEqual(result.stderr.decode(), f"tolvanix: {self.machine}:{complaint}\n")
             self.assertEqual(result.stdout.decode(), EMPTY_INVENTORY)
-        self.machine = self.folder / "none.reg"
-        complaint = f"tolvanix: {self.machine}: No such file or directory\n"
-        self.assertEqual(self.run_program("-i").stderr.decode(), complaint)
+        for name, problem in [("none.reg", "No such file or directory"), ("/dev/null", "Operation not supported")]:
+            self.machine = self.folder / name
+            complaint = f"tolvanix: {self.machine}: {problem}\n"
+            self.assertEqual(self.run_program("-i").stderr.decode(), complaint)
+
+
+def refuse_to_list_folders():
+    """For a child process: each getdents64 of it fails with EIO, as that of a damaged disk does."""
+    steps = [(0x20, 0, 0, 0), (0x15, 0, 1, 217), (0x06, 0, 0, 0x00050000 | errno.EIO), (0x06, 0, 0, 0x7FFF0000)]
+    code = ctypes.create_string_buffer(b"".join(struct.pack("HBBI", *step) for step in steps))
+    program = struct.pack("HP", len(steps), ctypes.addressof(code))
+    prctl = ctypes.CDLL(None, use_errno=True).prctl
+    if prctl(38, 1, 0, 0, 0) or prctl(22, 2, program):  # no new privileges; a seccomp filter
+        raise OSError(ctypes.get_errno(), "prctl")
 
 
 class SysfsTree(WholeRun):
@@ -110,7 +125,10 @@ class SysfsTree(WholeRun):
 
     def devices(self):
         """What the document says of each device, but for its application's name."""
-        devices = self.run_program("-i").stdout.decode().split("<Device ")[1:]
+        result = self.run_program("-i")
+        complaints = result.stderr.decode().splitlines()
+        self.complaints = [line.replace(f"tolvanix: {self.machine}/bus/pci/devices", "", 1) for line in complaints]
+        devices = result.stdout.decode().split("<Device ")[1:]
         values = [device.split('"')[1::2] for device in devices]
         return [" ".join(v[:8] + v[9:10]) for v in values]
 
@@ -130,16 +148,35 @@ class SysfsTree(WholeRun):
         self.assertFalse(self.has_id("PCI\\VEN_1DE4&DEV_29C0&CC_0404"))
         trace = self.run_program("-i", "-d=4").stdout.decode()
         self.assertIn("\nPCI\\VEN_1DE4&DEV_29C0&SUBSYS_00AB1028&REV_0C\n", trace)
+        self.assertIn('majorVersion="0"  minorVersion="0"', trace)
+        self.machine = ""  # this computer
         major, minor = os.uname().release.split(".")[:2]
+        trace = self.run_program("-i", "-d=4").stdout.decode()
         self.assertIn(f'majorVersion="{major}"  minorVersion="{minor}"', trace)
 
-    def test_functions_are_ordered_by_address(self):
-        for address in ["10000:00:00.0", "0000:10:00.0", "0000:02:1f.1", "0000:02:03.0", "0000:02:1f.0"]:
+    def test_functions_are_ordered_by_address_and_have_a_place_each(self):
+        places = {  # the large domains have the lowest numbers that are free
+            "0000:02:03.0": "0002 0003 0000",
+            "0000:02:1f.0": "0002 0031 0000",
+            "0000:02:1f.1": "0002 0031 0001",
+            "0000:10:00.0": "0016 0000 0000",
+            "0002:00:00.0": "0512 0000 0000",
+            "00ff:ff:00.0": "65535 0000 0000",
+            "0100:02:03.0": "0258 0003 0000",
+            "ffff:02:03.0": "0770 0003 0000",
+            "10000:02:03.0": "1026 0003 0000",
+        }
+        for address in reversed(places):
             self.add_function(address, vendor="0x1de4", device="0x0001")
-        # The bus counts from the first domain on, of which the document has 16 bits.
-        places = [" ".join(device.split()[4:7]) for device in self.devices()]
-        last = ["0016 0000 0000", "0000 0000 0000"]
-        self.assertEqual(places, ["0002 0003 0000", "0002 0031 0000", "0002 0031 0001", *last])
+        self.assertEqual([" ".join(device.split()[4:7]) for device in self.devices()], [*places.values()])
+        self.assertEqual(self.complaints, [])
+
+    def test_domains_that_no_place_is_left_for_are_one_line(self):
+        for number in range(258):
+            self.add_function(f"{0xFF + number:04x}:00:00.0", vendor="0x1de4", device="0x0001")
+        buses = [int(device.split()[4]) for device in self.devices()]
+        self.assertEqual(buses, [255 * 256, *range(0, 255 * 256, 256)])
+        self.assertEqual(self.complaints, [": more than 256 PCI domains; the functions of 2 are left out"])
 
     def test_snapshot_is_read_from_the_files_it_has(self):
         modalias = "pci:v00001DE4d00000007sv00001AF4sd00001100bc02sc80i0A"
@@ -148,12 +185,18 @@ class SysfsTree(WholeRun):
         link.symlink_to("../other-driver")
         self.add_function("0000:00:02.0", uevent="PCI_ID=1DE4:0008\nDRIVER=made-up", **{"class": "0x0c0330"})
         self.add_function("0000:00:02.0", subsystem_vendor="0x1af4", subsystem_device="0x0011")
+        # Bound to a driver, which `uevent` does not say.
+        self.add_function("0000:00:07.0", uevent="PCI_ID=1DE4:0009", **{"class": "0x500000"})
+        (link.parent.parent / "0000:00:07.0/driver").symlink_to("../other-driver")
         # Left out: what has no identifiers, is no function, or has gone.
         self.add_function("0000:00:03.0", irq="1")
         self.add_function("0000:00:04.0", vendor="nonsense")
         self.add_function("0000:00:06.0", vendor="0x1de4")
         os.mkfifo(self.folder / "machine/bus/pci/devices/0000:00:06.0/device")
-        self.add_function("not a function", vendor="0x1de4", device="0x0001")
+        self.add_function("0000:00:08.0", modalias="p")
+        self.add_function("0000:00:09.0", modalias="pci:v")
+        for name in ["not a function", "000g:00:00.0", "0000:0g:00.0", "0000:00:0g.0", "0000:00:00.g"]:
+            self.add_function(name, vendor="0x1de4", device="0x0001")
         (link.parent.parent / "0000:00:05.0").symlink_to("../gone")
         self.add("machine/module/made_up/version", "3\n")
         self.add("machine/module/other_driver/version", "4\n")
@@ -162,8 +205,12 @@ class SysfsTree(WholeRun):
             [
                 "1DE4 0007 1100 1AF4 0000 0001 0000 Network controller 4",
                 "1DE4 0008 0011 1AF4 0000 0002 0000 USB controller 3",
+                "1DE4 0009 0000 0000 0000 0007 0000 PCI Device 4",
             ],
         )
+        problems = dict.fromkeys([3, 4, 5, 6, 8, 9], "its vendor and device cannot be read")
+        problems[5] = "No such file or directory"
+        self.assertEqual(self.complaints, [f"/0000:00:0{n}.0: {problem}" for n, problem in problems.items()])
         self.assertTrue(self.has_id("PCI\\VEN_1DE4&DEV_0007&CC_02800A"))
         self.assertTrue(self.has_id("PCI\\VEN_1DE4&DEV_0008&CC_0C0330"))
 
@@ -183,6 +230,15 @@ class SysfsTree(WholeRun):
         self.machine.mkdir()
         result = self.run_program("-i")
         complaint = f"tolvanix: {self.machine}/bus/pci/devices: No such file or directory\n"
+        self.assertEqual(result.stderr.decode(), complaint)
+        self.assertEqual(result.stdout.decode(), EMPTY_INVENTORY)
+
+    @unittest.skipUnless(platform.machine() == "x86_64", "the number of the system call is that of x86_64")
+    def test_folder_that_cannot_be_listed_is_one_line(self):
+        self.add_function("0000:00:01.0", vendor="0x1de4", device="0x0001")
+        sanitizer = {"ASAN_OPTIONS": "detect_leaks=0"}  # which lists folders
+        result = self.run_program("-i", preexec_fn=refuse_to_list_folders, environment=sanitizer)
+        complaint = f"tolvanix: {self.machine}/bus/pci/devices: Input/output error\n"
         self.assertEqual(result.stderr.decode(), complaint)
         self.assertEqual(result.stdout.decode(), EMPTY_INVENTORY)
 

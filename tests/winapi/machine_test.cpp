@@ -1,6 +1,7 @@
 // The presented computer: names and versions.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <iterator>
 #include <optional>
 #include <sstream>
@@ -12,6 +13,7 @@
 #include "support/Files.h"
 #include "support/ScopedMachine.h"
 #include "winapi/posix/IndirectText.h"
+#include "winapi/posix/Machine.h"
 #include "winapi/posix/PciIds.h"
 #include "winapi/posix/kernel32.h"
 
@@ -84,6 +86,35 @@ TEST(PciIds, Name_IsOfTheDeviceElseOfItsClass) {
   ASSERT_EQ(names.size(), std::size(rows));
   for (std::size_t i = 0; i < names.size(); ++i) EXPECT_EQ(names[i], rows[i].second) << i;
   EXPECT_EQ(winapi::pciNames("", models), std::vector<std::string_view>(models.size()));
+}
+
+TEST(SysfsMachine, HardwareIds_HaveTheRevisionThatTheTreeHas) {
+  const std::string config("\xE4\x1D\x07\0\0\0\0\0\xA3\0\x80\x02", 12);
+  struct Row {
+    const char* revision;  // null for no file
+    std::string config;
+    const char* first;  // ID, of those without a revision that all have
+  };
+  const Row rows[] = {
+      {"0x0c\n", config, "PCI\\VEN_1DE4&DEV_0007&SUBSYS_00AB1028&REV_0C|"},
+      {nullptr, config, "PCI\\VEN_1DE4&DEV_0007&SUBSYS_00AB1028&REV_A3|"},
+      {"?\n", config.substr(0, 9), "PCI\\VEN_1DE4&DEV_0007&SUBSYS_00AB1028&REV_A3|"},
+      {nullptr, config.substr(0, 8), ""},
+      {nullptr, "", ""},
+  };
+  for (const Row& row : rows) {
+    const TempDir tree;
+    const auto folder = tree.path() / "bus/pci/devices/0000:00:01.0";
+    writeFile(folder / "uevent", "PCI_CLASS=28000\nPCI_ID=1DE4:0007\nPCI_SUBSYS_ID=1028:00AB\n");
+    if (row.revision != nullptr) writeFile(folder / "revision", row.revision);
+    if (!row.config.empty()) writeFile(folder / "config", row.config);
+    std::string ids = winapi::loadMachine(tree.path())->deviceProperty(0, SPDRP_HARDWAREID)->data;
+    std::replace(ids.begin(), ids.end(), '\0', '|');
+    EXPECT_EQ(ids, std::string(row.first) +
+                       "PCI\\VEN_1DE4&DEV_0007&SUBSYS_00AB1028|"
+                       "PCI\\VEN_1DE4&DEV_0007&CC_028000|"
+                       "PCI\\VEN_1DE4&DEV_0007&CC_0280||");
+  }
 }
 
 TEST(Version, Values_DecideTheAnswer) {

@@ -9,7 +9,9 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <map>
 #include <memory>
+#include <set>
 #include <utility>
 
 #include "winapi/posix/Hex.h"
@@ -38,9 +40,10 @@ struct Identity {
   std::optional<std::uint32_t> subVendor;
   std::optional<std::uint32_t> subDevice;
   std::optional<std::uint32_t> classCode;
+  std::optional<std::uint32_t> revision;
   std::string driver;
 
-  bool complete() const { return vendor && device && subVendor && subDevice && classCode; }
+  bool hasNumbers() const { return vendor && device && subVendor && subDevice && classCode; }
 };
 
 // "8086:0D57"
@@ -52,7 +55,7 @@ void readIdPair(std::string_view text, std::optional<std::uint32_t>& first,
   second = readHex(text.substr(colon + 1));
 }
 
-// One read gives all but the revision; lines are NAME=value.
+// One read gives all but the revision, and the driver of most; lines are NAME=value.
 Identity identityFromUevent(std::string_view text) {
   Identity identity;
   while (!text.empty()) {
@@ -90,6 +93,7 @@ void completeFromModalias(Identity& identity, std::string_view text) {
 
 // Snapshots of a tree may lack `uevent`, which is a file of actions, and others.
 void completeFromFiles(Identity& identity, SysfsFolder& folder) {
+  if (identity.hasNumbers()) return;
   const auto fill = [&folder](std::optional<std::uint32_t>& number, const char* file) {
     if (!number) number = folder.number(file);
   };
@@ -98,10 +102,57 @@ void completeFromFiles(Identity& identity, SysfsFolder& folder) {
   fill(identity.subVendor, "subsystem_vendor");
   fill(identity.subDevice, "subsystem_device");
   fill(identity.classCode, "class");
-  if (identity.complete()) return;
+  if (identity.hasNumbers()) return;
   char buffer[kSysfsPage];
   if (const auto modalias = folder.line("modalias", buffer))
     completeFromModalias(identity, *modalias);
+}
+
+// A snapshot, or a kernel before 4.10, may lack the `revision` file: then it is byte 8 of the
+// configuration space (PCI Local Bus 3.0, 6.1). No more of that is read: each byte asks the device.
+std::optional<std::uint32_t> readRevision(SysfsFolder& folder) {
+  const auto revision = folder.number("revision");
+  if (revision) return revision;
+  char start[9];
+  const auto config = folder.text("config", start);
+  if (!config || config->size() < sizeof start) return std::nullopt;
+  return static_cast<std::uint8_t>(config->back());
+}
+
+Identity readIdentity(SysfsFolder& folder) {
+  char buffer[kSysfsPage];
+  const auto uevent = folder.text("uevent", buffer);
+  Identity identity;
+  if (uevent) identity = identityFromUevent(*uevent);
+  completeFromFiles(identity, folder);
+  identity.revision = readRevision(folder);
+  if (identity.driver.empty()) identity.driver = folder.linkedName("driver");
+  return identity;
+}
+
+// A domain and its bus have 16 bits of a location together. So a domain below 256 keeps its number,
+// and each other one, in ascending order, gets the lowest that is free; none when all are taken.
+std::map<std::uint32_t, std::uint32_t> domainNumbers(const std::set<std::uint32_t>& domains) {
+  constexpr std::uint32_t kNumbers = 256;
+  std::map<std::uint32_t, std::uint32_t> numbers;
+  std::uint32_t next = 0;
+  for (const std::uint32_t domain : domains) {
+    if (domain < kNumbers) {
+      numbers[domain] = domain;
+      continue;
+    }
+    while (next < kNumbers && domains.contains(next)) ++next;
+    if (next == kNumbers) break;
+    numbers[domain] = next++;
+  }
+  return numbers;
+}
+
+// Why a function's files do not even give its vendor and device.
+std::string problemOf(int devices, const std::string& function) {
+  const FileDescriptor folder(openat(devices, function.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+  if (folder.get() < 0) return std::strerror(errno);
+  return "its vendor and device cannot be read";
 }
 
 struct KernelRelease {
@@ -154,45 +205,73 @@ void SysfsMachine::scan() {
       tree.get() < 0 ? -1 : openat(tree.get(), kDevicesFolder, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   const std::unique_ptr<DIR, DirectoryCloser> folder(devices < 0 ? nullptr : fdopendir(devices));
   if (folder == nullptr) {
-    reportMachine(root + '/' + kDevicesFolder, 0, std::strerror(errno));
+    report("", std::strerror(errno));
     if (devices >= 0) close(devices);
     return;
   }
-  std::vector<Entry> entries;
-  while (const dirent* const found = readdir(folder.get())) {
-    const std::optional<Address> address = parseAddress(found->d_name);
-    if (address) entries.push_back({found->d_name, *address});
-  }
-  std::sort(entries.begin(), entries.end(),
-            [](const Entry& left, const Entry& right) { return left.address < right.address; });
+  std::vector<Entry> entries = listEntries(folder.get());
   for (Entry& entry : entries) readEntry(devices, entry);
-  for (const Entry& entry : entries) {
-    if (!entry.function) continue;
-    functions.push_back(*entry.function);
-    functions.back().driver = driverIndex(devices, entry.name, entry.driver);
-  }
+  addFunctions(devices, entries);
 }
 
-// Leaves the function out when it is gone, or its files do not even tell its vendor and device.
-void SysfsMachine::readEntry(int devices, Entry& entry) {
-  SysfsFolder folder(devices, entry.name);
-  char buffer[kSysfsPage];
-  const auto uevent = folder.text("uevent", buffer);
-  Identity identity;
-  if (uevent) identity = identityFromUevent(*uevent);
-  if (!identity.complete()) completeFromFiles(identity, folder);
-  if (!identity.vendor || !identity.device) return;
-  entry.driver = uevent ? std::move(identity.driver) : folder.linkedName("driver");
+void SysfsMachine::report(const std::string& function, const std::string& problem) const {
+  std::string place = root + '/' + kDevicesFolder;
+  if (!function.empty()) place.append("/").append(function);
+  reportMachine(place, 0, problem);
+}
 
+// The functions that the folder names, by address.
+std::vector<SysfsMachine::Entry> SysfsMachine::listEntries(DIR* folder) const {
+  std::vector<Entry> entries;
+  errno = 0;
+  while (const dirent* const found = readdir(folder)) {
+    const std::optional<Address> address = parseAddress(found->d_name);
+    if (address) entries.push_back({found->d_name, *address});
+    errno = 0;
+  }
+  if (errno != 0) report("", std::strerror(errno));
+  std::sort(entries.begin(), entries.end(),
+            [](const Entry& left, const Entry& right) { return left.address < right.address; });
+  return entries;
+}
+
+void SysfsMachine::readEntry(int devices, Entry& entry) const {
+  SysfsFolder folder(devices, entry.name);
+  Identity identity = readIdentity(folder);
+  if (!identity.vendor || !identity.device) {
+    report(entry.name, problemOf(devices, entry.name));
+    return;
+  }
   Function function;
-  function.address = entry.address;
   function.model.vendor = static_cast<std::uint16_t>(*identity.vendor);
   function.model.device = static_cast<std::uint16_t>(*identity.device);
+  function.model.classCode = identity.classCode.value_or(0) & 0xFFFFFF;
   function.subVendor = static_cast<std::uint16_t>(identity.subVendor.value_or(0));
   function.subDevice = static_cast<std::uint16_t>(identity.subDevice.value_or(0));
-  function.model.classCode = identity.classCode.value_or(0) & 0xFFFFFF;
-  function.revision = static_cast<std::uint8_t>(folder.number("revision").value_or(0));
+  if (identity.revision) function.revision = static_cast<std::uint8_t>(*identity.revision);
+  function.device = entry.address.device;
+  function.function = entry.address.function;
   entry.function = function;
+  entry.driver = std::move(identity.driver);
+}
+
+void SysfsMachine::addFunctions(int devices, const std::vector<Entry>& entries) {
+  std::set<std::uint32_t> domains;
+  for (const Entry& entry : entries) {
+    if (entry.function) domains.insert(domains.end(), entry.address.domain);
+  }
+  const std::map<std::uint32_t, std::uint32_t> numbers = domainNumbers(domains);
+  for (const Entry& entry : entries) {
+    const auto number = numbers.find(entry.address.domain);
+    if (!entry.function || number == numbers.end()) continue;
+    Function& function = functions.emplace_back(*entry.function);
+    function.bus = static_cast<std::uint16_t>(number->second * 256 + entry.address.bus);
+    function.driver = driverIndex(devices, entry.name, entry.driver);
+  }
+  if (numbers.size() < domains.size()) {
+    report("", "more than 256 PCI domains; the functions of " +
+                   std::to_string(domains.size() - numbers.size()) + " are left out");
+  }
 }
 
 std::uint32_t SysfsMachine::driverIndex(int devices, std::string_view function,
@@ -250,13 +329,14 @@ std::string SysfsMachine::hardwareIds(const Function& function) {
     appendHex(ids, function.model.device, 4);
   };
   for (const bool withRevision : {true, false}) {
+    if (withRevision && !function.revision) continue;
     addModel();
     ids += "&SUBSYS_";
     appendHex(ids, function.subDevice, 4);
     appendHex(ids, function.subVendor, 4);
     if (withRevision) {
       ids += "&REV_";
-      appendHex(ids, function.revision, 2);
+      appendHex(ids, *function.revision, 2);
     }
     ids += '\0';
   }
@@ -271,16 +351,14 @@ std::string SysfsMachine::hardwareIds(const Function& function) {
 }
 
 std::string SysfsMachine::location(const Function& function) {
-  const Address& address = function.address;
-  const std::uint64_t bus = static_cast<std::uint64_t>(address.domain) * 256 + address.bus;
   std::string text;
   text.reserve(48);
   text += "PCI bus ";
-  text += std::to_string(bus);
+  text += std::to_string(function.bus);
   text += ", device ";
-  text += std::to_string(address.device);
+  text += std::to_string(function.device);
   text += ", function ";
-  text += std::to_string(address.function);
+  text += std::to_string(function.function);
   return text;
 }
 
@@ -307,7 +385,7 @@ const SysfsMachine::Driver* SysfsMachine::driverOfKey(std::string_view path) con
 }
 
 bool SysfsMachine::hasKey(std::string_view path) const {
-  return driverOfKey(path) != nullptr || equalIgnoringCase(path, kVersionKey);
+  return driverOfKey(path) != nullptr || (running && equalIgnoringCase(path, kVersionKey));
 }
 
 std::optional<RegistryValue> SysfsMachine::value(std::string_view path,
@@ -317,7 +395,7 @@ std::optional<RegistryValue> SysfsMachine::value(std::string_view path,
     if (wanted != "driverversion" || driver->version.empty()) return std::nullopt;
     return textValue(driver->version);
   }
-  if (!equalIgnoringCase(path, kVersionKey)) return std::nullopt;
+  if (!running || !equalIgnoringCase(path, kVersionKey)) return std::nullopt;
   if (wanted == "currentmajorversionnumber") return numberValue(kernelRelease().major);
   if (wanted == "currentminorversionnumber") return numberValue(kernelRelease().minor);
   return std::nullopt;
