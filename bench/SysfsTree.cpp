@@ -73,6 +73,10 @@ constexpr std::array<Model, 8> kModels = {{
     {0x1DE0, 0x0000, 0x1000, 0x0C0330, "xhci_hcd"},
 }};
 
+// The one of most computers, some of virtual computers, and that of a storage controller with a
+// domain of its own.
+constexpr std::array<unsigned, 4> kDomains = {0, 0x100, 0xFFFF, 0x10000};
+
 void addSysfsDriver(const fs::path& root, const std::string& driver, const std::string& version) {
   const fs::path folder = root / "bus/pci/drivers" / driver;
   fs::create_directories(folder);
@@ -124,8 +128,9 @@ void makeSysfsTree(const fs::path& root, std::size_t count) {
     const auto number = static_cast<unsigned>(i);
     const Model& model = kModels[i % kModels.size()];
     SysfsFunction function;
-    function.address = formatted("%04x:%02x:%02x.%x", number >> 16, number >> 8 & 0xFF,
-                                 number >> 3 & 0x1F, number & 7);
+    const unsigned bus = number >> 8;
+    function.address = formatted("%04x:%02x:%02x.%x", kDomains[bus % kDomains.size()],
+                                 bus / unsigned{kDomains.size()}, number >> 3 & 0x1F, number & 7);
     function.vendor = model.vendor;
     function.device = model.firstDevice + number / 8 * 7 % model.devices;
     function.subVendor = number % 3 == 0 ? model.vendor : 0x1028;
