@@ -1,47 +1,75 @@
 """The inventory lists what lspci lists: check_lspci.py <program> [<sysfs tree>]
 
-The same functions with the same identifiers and places, on this computer and in the tree; without
-one, in a tree so large that more than one thread reads it.
+The same functions with the same identifiers, places and names, on this computer and in the tree; without
+one, in a tree of four domains.
 """
 
+import collections
 import os
 import re
 import subprocess
 import sys
 import tempfile
+import xml.etree.ElementTree
 
 import sysfs_tree
 
-LARGE = 1200
+FUNCTIONS = 1200
 
-# The identifiers in the order of the document; a function without a subsystem has zeros.
-IDENTIFIERS = ["Vendor", "Device", "SDevice", "SVendor"]
+# As the document says them; lspci has no line for those of a function without a subsystem.
+IDENTIFIERS = {"vendorID": "Vendor", "deviceID": "Device", "subDeviceID": "SDevice", "subVendorID": "SVendor"}
+PLACE = ["bus", "device", "function"]
+DOMAINS = 256  # that a place has room for
 
 
-def answer(*command, **environment):
+def output_of(*command, **environment):
     run = subprocess.run(command, env={**os.environ, **environment}, stdout=subprocess.PIPE, check=True)
     return run.stdout.decode()
 
 
 def listed_by_program(program, machine):
-    devices = re.findall(r"<Device (.*?)display=", answer(program, "-i", TOLVANIX_MACHINE=machine))
-    rows = [re.findall(r'"(\w+)"', device) for device in devices]
-    return sorted((*map(int, row[4:]), *row[:4]) for row in rows)
+    document = xml.etree.ElementTree.fromstring(output_of(program, "-i", TOLVANIX_MACHINE=machine))
+    for device in document.iter("Device"):
+        place = [int(device.get(name)) for name in PLACE]
+        yield (*place, *map(device.get, IDENTIFIERS), device.get("display"))
+
+
+def split_name(field):
+    """"Ethernet controller [0200]": the name, and the number in hexadecimal."""
+    return re.fullmatch(r"(.*) \[(\w+)\]", field).groups()
+
+
+def name_of(fields):
+    # What the list of names lacks is called so by lspci.
+    for kind in ["Device", "Class"]:
+        name, _ = split_name(fields[kind])
+        if name != kind:
+            return name
+    return "PCI Device"
 
 
 def listed_by_lspci(options):
     functions = []
-    for record in answer("lspci", *options, "-Dnvmm").strip().split("\n\n"):
+    for record in output_of("lspci", *options, "-O", "hwdb.disable=1", "-Dnnvmm").strip().split("\n\n"):
         fields = dict(line.split(":\t") for line in record.splitlines())
-        domain, bus, device, function = (int(n, 16) for n in re.split("[:.]", fields["Slot"]))
-        identifiers = [fields.get(name, "0000").upper() for name in IDENTIFIERS]
-        functions.append(((domain * 256 + bus) & 0xFFFF, device, function, *identifiers))
-    return sorted(functions)
+        slot = [int(number, 16) for number in re.split("[:.]", fields["Slot"])]
+        numbers = [split_name(fields.get(name, " [0000]"))[1] for name in IDENTIFIERS.values()]
+        functions.append((slot, [number.upper() for number in numbers], name_of(fields)))
+    domains = {slot[0] for slot, _, _ in functions}
+    unused = iter(sorted(set(range(DOMAINS)) - domains))
+    # The large ones move into the room that the small ones leave, while there is any.
+    room = {domain: domain if domain < DOMAINS else next(unused, None) for domain in sorted(domains)}
+    for (domain, bus, device, function), numbers, name in functions:
+        if room[domain] is not None:
+            yield (room[domain] * 256 + bus, device, function, *numbers, name)
 
 
 def findings(program, machine, *options):
-    differences = set(listed_by_program(program, machine)) ^ set(listed_by_lspci(options))
-    return [f"{machine or 'this computer'}: only one lists {d}" for d in sorted(differences)]
+    ours = collections.Counter(listed_by_program(program, machine))
+    theirs = collections.Counter(listed_by_lspci(options))
+    return [f"{machine or 'this computer'}: only {lister} has {function}"
+            for lister, more in [("the inventory", ours - theirs), ("lspci", theirs - ours)]
+            for function in sorted(more.elements())]
 
 
 def findings_in_tree(program, tree):
@@ -53,7 +81,7 @@ def main():
     found = [line for tree in trees for line in findings_in_tree(program, tree)]
     if not trees:
         with tempfile.TemporaryDirectory() as tree:
-            sysfs_tree.make(tree, LARGE)
+            sysfs_tree.make(tree, FUNCTIONS)
             found += findings_in_tree(program, tree)
     if os.path.isdir("/sys/bus/pci"):  # else lspci has nothing to look at
         found += findings(program, "")

@@ -2,8 +2,8 @@
 
 A tree of that many PCI functions, to stand in place of /sys (TOLVANIX_MACHINE=<folder>), with the
 files that the program and lspci read (lspci -O sysfs.path=<folder>/bus/pci). The same count gives
-the same tree. Eight functions to a device, 32 devices to a bus, 256 buses to a domain; the vendors
-and devices are of many kinds, most of them in pci.ids.
+the same tree. Eight functions to a device, 32 devices to a bus, buses of four domains in turns; the
+vendors and devices are of many kinds, most of them in pci.ids.
 """
 
 import os
@@ -21,6 +21,8 @@ MODELS = [
     (0x1AF4, 0x1040, 0x20, 0x010000, "virtio-pci"),
     (0x1DE0, 0x0000, 0x1000, 0x0C0330, "xhci_hcd"),
 ]
+# That of most computers, those of virtual ones, and that of a storage controller with a domain of its own.
+DOMAINS = [0, 0x100, 0xFFFF, 0x10000]
 RESOURCES = b"0x0000000000000000 0x0000000000000000 0x0000000000000000\n" * 13
 
 
@@ -42,8 +44,9 @@ def add_function(root, number):
     sub_vendor = vendor if number % 3 == 0 else 0x1028
     sub_device = number * 5 & 0xFFFF
     revision = number % 17
-    domain = f"{number >> 16:04x}"
-    address = f"{domain}:{number >> 8 & 0xFF:02x}:{number >> 3 & 0x1F:02x}.{number & 7:x}"
+    bus = number >> 8
+    domain = f"{DOMAINS[bus % len(DOMAINS)]:04x}"
+    address = f"{domain}:{bus // len(DOMAINS):02x}:{number >> 3 & 0x1F:02x}.{number & 7:x}"
     place = f"devices/pci{domain}:00/{address}"
     folder = f"{root}/{place}"
     os.makedirs(folder)

@@ -1,18 +1,21 @@
 // The presented computer: names and versions.
 #include <gtest/gtest.h>
 
-#include <cstdint>
-#include <iomanip>
+#include <algorithm>
+#include <iterator>
 #include <optional>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <utility>
+#include <vector>
 
 #include "support/Files.h"
 #include "support/ScopedMachine.h"
 #include "winapi/posix/kernel32.h"
 #include "winapi/posix/machine/IndirectText.h"
 #include "winapi/posix/machine/PciIds.h"
+#include "winapi/posix/machine/PresentedMachine.h"
 
 namespace tolvanix::test {
 namespace {
@@ -54,55 +57,63 @@ TEST(IndirectText, Forms_ResolveAsThePlatformDoes) {
   }
 }
 
-TEST(PciIds, Name_IsOfTheSubsystemElseOfTheDevice) {
-  const TempDir folder;
-  const auto file = folder / "pci.ids";
-  writeFile(file,
-            "# comment\n\n1de4  Vendor\n\t0001  First\n# 1de5  note\n\t0002  Second\n"
-            "\t\t1028 00ab  Board of second\n# note\n\t\t1028 00ac  Other board\n\t0004  Fourth\n"
-            "1de9  Late vendor\n\t0001  Late device\n1df0  Last\n\t0009  Last device\n"
-            "C 02  Class\n\t0003  No device\n\t0009  Unended");
-  winapi::PciIds names{winapi::MappedFile(file.c_str())};
-  EXPECT_EQ(names.name(0x1DE4, 2, 0x1028, 0xAC), "Other board");
-  EXPECT_EQ(names.name(0x1DE4, 2, 0x1028, 0xAD), "Second");
-  EXPECT_EQ(names.name(0x1DE4, 1, 0x1028, 0xAB), "First");
-  EXPECT_EQ(names.name(0x1DE9, 1, 0, 0), "Late device");
-  EXPECT_EQ(names.name(0x1DF0, 9, 0, 0), "Last device");
-  EXPECT_EQ(names.name(0x1DE4, 3, 0, 0), "");
-  EXPECT_EQ(names.name(0x1DF0, 3, 0, 0), "");
-  EXPECT_EQ(winapi::PciIds(winapi::MappedFile("/no/such/list")).name(1, 1, 0, 0), "");
+TEST(PciIds, Name_IsOfTheDeviceElseOfItsClass) {
+  // Not sorted, as a list that somebody added to.
+  const std::string list =
+      "# comment\n\n1de9  Late vendor\n\t0001  Late device\n1de4  Vendor\n\t0009  Ninth\n"
+      "\t0001  First\n# 1de5  note\n\t0002  Second\n\t\t1028 00ab  Board of second\n# note\n"
+      "\t\t1028 00ac  Other board\n\t0004  \n\t00\n"
+      "C 04  Media\n\t03  Audio\n\t\t01  Interface\n\t00  \nC 02  Network\n\t00  Ethernet\n"
+      "S 05  Of another kind\n\t0003  No device\n\t06  No class\n"
+      "1df0  After the classes\n\t0009  Unended";
+  const std::pair<winapi::PciModel, const char*> rows[] = {
+      {{0x1DE4, 1, 0x040300}, "First"},
+      {{0x1DE4, 2, 0x040300}, "Second"},
+      {{0x1DE4, 9, 0}, "Ninth"},
+      {{0x1DE9, 1, 0}, "Late device"},
+      {{0x1DF0, 9, 0}, "Unended"},
+      {{0x1DE4, 3, 0x040301}, "Audio"},
+      {{0x1DF0, 1, 0x020001}, "Ethernet"},
+      {{0x1DE4, 4, 0x040000}, "Media"},
+      {{0x1DE4, 3, 0x04FF00}, "Media"},
+      {{0x1DF0, 3, 0x050600}, ""},
+      {{0x1DE4, 0xAB, 0}, ""},
+      {{0x1DE4, 1, 0}, "First"},
+  };
+  std::vector<winapi::PciModel> models;
+  for (const auto& [model, name] : rows) models.push_back(model);
+  const std::vector<std::string_view> names = winapi::pciNames(list, models);
+  ASSERT_EQ(names.size(), std::size(rows));
+  for (std::size_t i = 0; i < names.size(); ++i) EXPECT_EQ(names[i], rows[i].second) << i;
+  EXPECT_EQ(winapi::pciNames("", models), std::vector<std::string_view>(models.size()));
 }
 
-// As long as the real list is, in sections and lines of many lengths.
-TEST(PciIds, EveryEntryOfALongList_IsFound) {
-  std::ostringstream list;
-  const auto line = [&list](const std::string& indent, unsigned id, const std::string& name) {
-    list << indent << std::hex << std::setw(4) << std::setfill('0') << id << "  " << name << '\n';
+TEST(SysfsMachine, HardwareIds_HaveTheRevisionThatTheTreeHas) {
+  const std::string config("\xE4\x1D\x07\0\0\0\0\0\xA3\0\x80\x02", 12);
+  struct Row {
+    const char* revision;  // null for no file
+    std::string config;
+    const char* first;  // ID, of those without a revision that all have
   };
-  const auto nameOf = [](unsigned vendor, unsigned device) {
-    return std::string(1 + (vendor * 7 + device * 13) % 90, 'n') + std::to_string(device);
+  const Row rows[] = {
+      {"0x0c\n", config, "PCI\\VEN_1DE4&DEV_0007&SUBSYS_00AB1028&REV_0C|"},
+      {nullptr, config, "PCI\\VEN_1DE4&DEV_0007&SUBSYS_00AB1028&REV_A3|"},
+      {"?\n", config.substr(0, 9), "PCI\\VEN_1DE4&DEV_0007&SUBSYS_00AB1028&REV_A3|"},
+      {nullptr, config.substr(0, 8), ""},
+      {nullptr, "", ""},
   };
-  const auto devicesOf = [](unsigned vendor) { return vendor % 50 == 0 ? 900U : vendor % 9; };
-  constexpr unsigned kVendors = 400;
-  for (unsigned vendor = 1; vendor <= kVendors; ++vendor) {
-    line("", vendor * 3, "Vendor");
-    for (unsigned device = 0; device < devicesOf(vendor); ++device) {
-      line("\t", device * 2, nameOf(vendor, device));
-      if (device % 4 == 0) line("\t\t1028 ", device, "Board");
-    }
-  }
-  const TempDir folder;
-  writeFile(folder / "pci.ids", list.str());
-  winapi::PciIds names{winapi::MappedFile((folder / "pci.ids").c_str())};
-  const auto found = [&names](unsigned vendor, unsigned device) {
-    return names.name(static_cast<std::uint16_t>(vendor), static_cast<std::uint16_t>(device), 0, 0);
-  };
-  for (unsigned vendor = 1; vendor <= kVendors; ++vendor) {
-    for (unsigned device = 0; device < devicesOf(vendor); ++device) {
-      ASSERT_EQ(found(vendor * 3, device * 2), nameOf(vendor, device)) << vendor;
-      ASSERT_EQ(found(vendor * 3, device * 2 + 1), "") << vendor;
-    }
-    ASSERT_EQ(found(vendor * 3 + 1, 0), "");
+  for (const Row& row : rows) {
+    const TempDir tree;
+    const auto folder = tree.path() / "bus/pci/devices/0000:00:01.0";
+    writeFile(folder / "uevent", "PCI_CLASS=28000\nPCI_ID=1DE4:0007\nPCI_SUBSYS_ID=1028:00AB\n");
+    if (row.revision != nullptr) writeFile(folder / "revision", row.revision);
+    if (!row.config.empty()) writeFile(folder / "config", row.config);
+    std::string ids = winapi::loadMachine(tree.path())->deviceProperty(0, SPDRP_HARDWAREID)->data;
+    std::replace(ids.begin(), ids.end(), '\0', '|');
+    EXPECT_EQ(ids, std::string(row.first) +
+                       "PCI\\VEN_1DE4&DEV_0007&SUBSYS_00AB1028|"
+                       "PCI\\VEN_1DE4&DEV_0007&CC_028000|"
+                       "PCI\\VEN_1DE4&DEV_0007&CC_0280||");
   }
 }
 

@@ -1,33 +1,29 @@
-// Names of PCI devices from the pci.ids list (format: its own opening comment, by which it is
-// sorted, too; the list is published at pci-ids.ucw.cz).
+// Names of PCI devices from the pci.ids list (format: its own opening comment; the list is
+// published at pci-ids.ucw.cz).
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string_view>
-#include <unordered_map>
+#include <vector>
 
 #include "winapi/posix/base/FileBytes.h"
 
 namespace tolvanix::winapi {
 
-class PciIds {
- public:
-  // An empty list knows no names. Where a list is not sorted, names may be missed.
-  explicit PciIds(MappedFile mapped);
-
-  // The list that this computer has installed; empty when it has none.
-  static PciIds ofSystem();
-
-  // The name of the subsystem, else of the device; empty when the list has neither.
-  std::string_view name(std::uint16_t vendor, std::uint16_t device, std::uint16_t subVendor,
-                        std::uint16_t subDevice);
-
- private:
-  std::string_view section(std::uint16_t vendor);
-
-  MappedFile file;
-  // The lines of the vendors that were asked for, each with its devices; empty for none.
-  std::unordered_map<std::uint16_t, std::string_view> sections;
+struct PciModel {
+  std::uint16_t vendor = 0;
+  std::uint16_t device = 0;
+  std::uint32_t classCode = 0;  // base class, subclass and programming interface, 8 bits each
 };
+
+// The names of the models, in their order: the device's own, else that of its subclass, else that
+// of its base class; empty where the list has none of them. Subsystems have the name of a board or
+// of a whole computer, so they do not count. The names are parts of `list`, which need not be
+// sorted.
+std::vector<std::string_view> pciNames(std::string_view list, std::span<const PciModel> models);
+
+// The list that this computer has installed; empty when it has none.
+MappedFile installedPciIds();
 
 }  // namespace tolvanix::winapi

@@ -20,11 +20,11 @@ const char* SysfsFolder::pathOf(const char* file) {
   return path.append(file).c_str();
 }
 
-std::optional<std::string_view> SysfsFolder::text(const char* file, char (&buffer)[kSysfsPage]) {
-  return readSmallFile(folder, pathOf(file), buffer, kSysfsPage);
+std::optional<std::string_view> SysfsFolder::text(const char* file, std::span<char> buffer) {
+  return readSmallFile(folder, pathOf(file), buffer.data(), buffer.size());
 }
 
-std::optional<std::string_view> SysfsFolder::line(const char* file, char (&buffer)[kSysfsPage]) {
+std::optional<std::string_view> SysfsFolder::line(const char* file, std::span<char> buffer) {
   const auto found = text(file, buffer);
   return found ? std::optional(found->substr(0, found->find('\n'))) : std::nullopt;
 }

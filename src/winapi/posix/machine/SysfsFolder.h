@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -17,10 +18,10 @@ class SysfsFolder {
   // The folder at that path below an open one, which must stay open.
   SysfsFolder(int openFolder, std::string_view pathBelow);
 
-  // The text of a file, its first line, and that as a number ("0x8086"). None when the file cannot
-  // be read. The texts are in `buffer`.
-  std::optional<std::string_view> text(const char* file, char (&buffer)[kSysfsPage]);
-  std::optional<std::string_view> line(const char* file, char (&buffer)[kSysfsPage]);
+  // The text of a file, no more than `buffer` holds; its first line; and that as a number
+  // ("0x8086"). None when the file cannot be read. The texts are in `buffer`.
+  std::optional<std::string_view> text(const char* file, std::span<char> buffer);
+  std::optional<std::string_view> line(const char* file, std::span<char> buffer);
   std::optional<std::uint32_t> number(const char* file);
 
   // The last name that a link holds; empty when it cannot be read.
@@ -30,7 +31,7 @@ class SysfsFolder {
   const char* pathOf(const char* file);
 
   int folder;
-  std::size_t nameAt;  // behind the slash
+  std::size_t nameAt;  // after the slash
   std::string path;    // of the file that was asked for last
 };
 

@@ -9,8 +9,9 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <future>
+#include <map>
 #include <memory>
+#include <set>
 #include <utility>
 
 #include "text/Ascii.h"
@@ -41,9 +42,10 @@ struct Identity {
   std::optional<std::uint32_t> subVendor;
   std::optional<std::uint32_t> subDevice;
   std::optional<std::uint32_t> classCode;
+  std::optional<std::uint32_t> revision;
   std::string driver;
 
-  bool complete() const { return vendor && device && subVendor && subDevice && classCode; }
+  bool hasNumbers() const { return vendor && device && subVendor && subDevice && classCode; }
 };
 
 // "8086:0D57"
@@ -55,7 +57,7 @@ void readIdPair(std::string_view text, std::optional<std::uint32_t>& first,
   second = readHex(text.substr(colon + 1));
 }
 
-// One read gives all but the revision; lines are NAME=value.
+// One read gives all but the revision, and the driver of most; lines are NAME=value.
 Identity identityFromUevent(std::string_view text) {
   Identity identity;
   while (!text.empty()) {
@@ -93,6 +95,7 @@ void completeFromModalias(Identity& identity, std::string_view text) {
 
 // Snapshots of a tree may lack `uevent`, which is a file of actions, and others.
 void completeFromFiles(Identity& identity, SysfsFolder& folder) {
+  if (identity.hasNumbers()) return;
   const auto fill = [&folder](std::optional<std::uint32_t>& number, const char* file) {
     if (!number) number = folder.number(file);
   };
@@ -101,21 +104,57 @@ void completeFromFiles(Identity& identity, SysfsFolder& folder) {
   fill(identity.subVendor, "subsystem_vendor");
   fill(identity.subDevice, "subsystem_device");
   fill(identity.classCode, "class");
-  if (identity.complete()) return;
+  if (identity.hasNumbers()) return;
   char buffer[kSysfsPage];
   if (const auto modalias = folder.line("modalias", buffer))
     completeFromModalias(identity, *modalias);
 }
 
-// The real folder of a function's bus, in which the other functions of that bus are, too; -1 when
-// it cannot be told.
-int openBusFolder(int devices, const std::string& function) {
-  char target[kSysfsPage];
-  const ssize_t size = readlinkat(devices, function.c_str(), target, sizeof target);
-  if (size <= 0) return -1;
-  const std::string_view path(target, static_cast<std::size_t>(size));
-  const std::string parent(path.substr(0, path.rfind('/') + 1));
-  return openat(devices, parent.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
+// A snapshot, or a kernel before 4.10, may lack the `revision` file: then it is byte 8 of the
+// configuration space (PCI Local Bus 3.0, 6.1). No more of that is read: each byte asks the device.
+std::optional<std::uint32_t> readRevision(SysfsFolder& folder) {
+  const auto revision = folder.number("revision");
+  if (revision) return revision;
+  char start[9];
+  const auto config = folder.text("config", start);
+  if (!config || config->size() < sizeof start) return std::nullopt;
+  return static_cast<std::uint8_t>(config->back());
+}
+
+Identity readIdentity(SysfsFolder& folder) {
+  char buffer[kSysfsPage];
+  const auto uevent = folder.text("uevent", buffer);
+  Identity identity;
+  if (uevent) identity = identityFromUevent(*uevent);
+  completeFromFiles(identity, folder);
+  identity.revision = readRevision(folder);
+  if (identity.driver.empty()) identity.driver = folder.linkedName("driver");
+  return identity;
+}
+
+// A domain and its bus have 16 bits of a location together. So a domain below 256 keeps its number,
+// and each other one, in ascending order, gets the lowest that is free; none when all are taken.
+std::map<std::uint32_t, std::uint32_t> domainNumbers(const std::set<std::uint32_t>& domains) {
+  constexpr std::uint32_t kNumbers = 256;
+  std::map<std::uint32_t, std::uint32_t> numbers;
+  std::uint32_t next = 0;
+  for (const std::uint32_t domain : domains) {
+    if (domain < kNumbers) {
+      numbers[domain] = domain;
+      continue;
+    }
+    while (next < kNumbers && domains.contains(next)) ++next;
+    if (next == kNumbers) break;
+    numbers[domain] = next++;
+  }
+  return numbers;
+}
+
+// Why a function's files do not even give its vendor and device.
+std::string problemOf(int devices, const std::string& function) {
+  const FileDescriptor folder(openat(devices, function.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+  if (folder.get() < 0) return std::strerror(errno);
+  return "its vendor and device cannot be read";
 }
 
 struct KernelRelease {
@@ -168,71 +207,73 @@ void SysfsMachine::scan() {
       tree.get() < 0 ? -1 : openat(tree.get(), kDevicesFolder, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   const std::unique_ptr<DIR, DirectoryCloser> folder(devices < 0 ? nullptr : fdopendir(devices));
   if (folder == nullptr) {
-    reportMachine(root + '/' + kDevicesFolder, 0, std::strerror(errno));
+    report("", std::strerror(errno));
     if (devices >= 0) close(devices);
     return;
   }
+  std::vector<Entry> entries = listEntries(folder.get());
+  for (Entry& entry : entries) readEntry(devices, entry);
+  addFunctions(devices, entries);
+}
+
+void SysfsMachine::report(const std::string& function, const std::string& problem) const {
+  std::string place = root + '/' + kDevicesFolder;
+  if (!function.empty()) place.append("/").append(function);
+  reportMachine(place, 0, problem);
+}
+
+// The functions that the folder names, by address.
+std::vector<SysfsMachine::Entry> SysfsMachine::listEntries(DIR* folder) const {
   std::vector<Entry> entries;
-  while (const dirent* const found = readdir(folder.get())) {
+  errno = 0;
+  while (const dirent* const found = readdir(folder)) {
     const std::optional<Address> address = parseAddress(found->d_name);
     if (address) entries.push_back({found->d_name, *address});
+    errno = 0;
   }
+  if (errno != 0) report("", std::strerror(errno));
   std::sort(entries.begin(), entries.end(),
             [](const Entry& left, const Entry& right) { return left.address < right.address; });
-  readEntries(devices, entries);
-  for (const Entry& entry : entries) {
-    if (!entry.function) continue;
-    functions.push_back(*entry.function);
-    functions.back().driver = driverIndex(devices, entry.name, entry.driver);
+  return entries;
+}
+
+void SysfsMachine::readEntry(int devices, Entry& entry) const {
+  SysfsFolder folder(devices, entry.name);
+  Identity identity = readIdentity(folder);
+  if (!identity.vendor || !identity.device) {
+    report(entry.name, problemOf(devices, entry.name));
+    return;
   }
-}
-
-// The time goes into the kernel, file by file: where there are many, a second thread takes half.
-void SysfsMachine::readEntries(int devices, std::vector<Entry>& entries) {
-  constexpr std::size_t kWorthAThread = 1024;
-  const std::span<Entry> all = entries;
-  const std::size_t half = all.size() < kWorthAThread ? 0 : all.size() / 2;
-  std::future<void> other;
-  // Run here, at `get`, where no thread can be had.
-  if (half != 0) other = std::async(readBuses, devices, all.first(half));
-  readBuses(devices, all.subspan(half));
-  if (other.valid()) other.get();
-}
-
-// A link of `bus/pci/devices` is a long way through the tree, so that only one a bus is followed.
-void SysfsMachine::readBuses(int devices, std::span<Entry> entries) {
-  std::optional<FileDescriptor> folder;
-  const Entry* previous = nullptr;
-  for (Entry& entry : entries) {
-    if (previous == nullptr || !entry.address.isOnBusOf(previous->address)) {
-      folder.emplace(openBusFolder(devices, entry.name));
-    }
-    readEntry(folder->get(), entry);
-    if (!entry.function) readEntry(devices, entry);
-    previous = &entry;
-  }
-}
-
-// Leaves the function out when it is gone, or its files do not even tell its vendor and device.
-void SysfsMachine::readEntry(int parent, Entry& entry) {
-  SysfsFolder folder(parent, entry.name);
-  char buffer[kSysfsPage];
-  const auto uevent = folder.text("uevent", buffer);
-  Identity identity;
-  if (uevent) identity = identityFromUevent(*uevent);
-  if (!identity.complete()) completeFromFiles(identity, folder);
-  if (!identity.vendor || !identity.device) return;
-  entry.driver = uevent ? std::move(identity.driver) : folder.linkedName("driver");
-
   Function function;
-  function.address = entry.address;
-  function.vendor = static_cast<std::uint16_t>(*identity.vendor);
-  function.device = static_cast<std::uint16_t>(*identity.device);
+  function.model.vendor = static_cast<std::uint16_t>(*identity.vendor);
+  function.model.device = static_cast<std::uint16_t>(*identity.device);
+  function.model.classCode = identity.classCode.value_or(0) & 0xFFFFFF;
   function.subVendor = static_cast<std::uint16_t>(identity.subVendor.value_or(0));
   function.subDevice = static_cast<std::uint16_t>(identity.subDevice.value_or(0));
-  function.classCode = identity.classCode.value_or(0) & 0xFFFFFF;
-  function.revision = static_cast<std::uint8_t>(folder.number("revision").value_or(0));
+  if (identity.revision) function.revision = static_cast<std::uint8_t>(*identity.revision);
+  function.device = entry.address.device;
+  function.function = entry.address.function;
   entry.function = function;
+  entry.driver = std::move(identity.driver);
+}
+
+void SysfsMachine::addFunctions(int devices, const std::vector<Entry>& entries) {
+  std::set<std::uint32_t> domains;
+  for (const Entry& entry : entries) {
+    if (entry.function) domains.insert(domains.end(), entry.address.domain);
+  }
+  const std::map<std::uint32_t, std::uint32_t> numbers = domainNumbers(domains);
+  for (const Entry& entry : entries) {
+    const auto number = numbers.find(entry.address.domain);
+    if (!entry.function || number == numbers.end()) continue;
+    Function& function = functions.emplace_back(*entry.function);
+    function.bus = static_cast<std::uint16_t>(number->second * 256 + entry.address.bus);
+    function.driver = driverIndex(devices, entry.name, entry.driver);
+  }
+  if (numbers.size() < domains.size()) {
+    report("", "more than 256 PCI domains; the functions of " +
+                   std::to_string(domains.size() - numbers.size()) + " are left out");
+  }
 }
 
 std::uint32_t SysfsMachine::driverIndex(int devices, std::string_view function,
@@ -269,7 +310,7 @@ std::optional<RegistryValue> SysfsMachine::deviceProperty(std::size_t device,
     case SPDRP_HARDWAREID:
       return RegistryValue{REG_MULTI_SZ, hardwareIds(function)};
     case SPDRP_DEVICEDESC:
-      return textValue(description(function));
+      return textValue(description(device));
     case SPDRP_LOCATION_INFORMATION:
       return textValue(location(function));
     case SPDRP_DRIVER:
@@ -280,30 +321,31 @@ std::optional<RegistryValue> SysfsMachine::deviceProperty(std::size_t device,
   }
 }
 
-std::string SysfsMachine::hardwareIds(const Function& function) const {
+std::string SysfsMachine::hardwareIds(const Function& function) {
   std::string ids;
   ids.reserve(160);
   const auto addModel = [&ids, &function] {
     ids += "PCI\\VEN_";
-    appendHex(ids, function.vendor, 4);
+    appendHex(ids, function.model.vendor, 4);
     ids += "&DEV_";
-    appendHex(ids, function.device, 4);
+    appendHex(ids, function.model.device, 4);
   };
   for (const bool withRevision : {true, false}) {
+    if (withRevision && !function.revision) continue;
     addModel();
     ids += "&SUBSYS_";
     appendHex(ids, function.subDevice, 4);
     appendHex(ids, function.subVendor, 4);
     if (withRevision) {
       ids += "&REV_";
-      appendHex(ids, function.revision, 2);
+      appendHex(ids, *function.revision, 2);
     }
     ids += '\0';
   }
   for (const unsigned digits : {6U, 4U}) {  // with and without the programming interface
     addModel();
     ids += "&CC_";
-    appendHex(ids, function.classCode >> (24 - 4 * digits), digits);
+    appendHex(ids, function.model.classCode >> (24 - 4 * digits), digits);
     ids += '\0';
   }
   ids += '\0';
@@ -311,24 +353,27 @@ std::string SysfsMachine::hardwareIds(const Function& function) const {
 }
 
 std::string SysfsMachine::location(const Function& function) {
-  const Address& address = function.address;
-  const std::uint64_t bus = static_cast<std::uint64_t>(address.domain) * 256 + address.bus;
   std::string text;
   text.reserve(48);
   text += "PCI bus ";
-  text += std::to_string(bus);
+  text += std::to_string(function.bus);
   text += ", device ";
-  text += std::to_string(address.device);
+  text += std::to_string(function.device);
   text += ", function ";
-  text += std::to_string(address.function);
+  text += std::to_string(function.function);
   return text;
 }
 
-std::string_view SysfsMachine::description(const Function& function) const {
-  if (!names) names.emplace(PciIds::ofSystem());
-  const std::string_view name =
-      names->name(function.vendor, function.device, function.subVendor, function.subDevice);
-  return name.empty() ? "PCI Device" : name;
+std::string_view SysfsMachine::description(std::size_t device) const {
+  if (names.empty()) {
+    std::vector<PciModel> models;
+    models.reserve(functions.size());
+    for (const Function& function : functions) models.push_back(function.model);
+    const MappedFile list = installedPciIds();
+    const std::vector<std::string_view> found = pciNames(list.text(), models);
+    names.assign(found.begin(), found.end());
+  }
+  return names[device].empty() ? "PCI Device" : std::string_view(names[device]);
 }
 
 // The driver whose class key this is; null for any other path.
@@ -342,7 +387,7 @@ const SysfsMachine::Driver* SysfsMachine::driverOfKey(std::string_view path) con
 }
 
 bool SysfsMachine::hasKey(std::string_view path) const {
-  return driverOfKey(path) != nullptr || equalIgnoringCase(path, kVersionKey);
+  return driverOfKey(path) != nullptr || (running && equalIgnoringCase(path, kVersionKey));
 }
 
 std::optional<RegistryValue> SysfsMachine::value(std::string_view path,
@@ -352,7 +397,7 @@ std::optional<RegistryValue> SysfsMachine::value(std::string_view path,
     if (wanted != "driverversion" || driver->version.empty()) return std::nullopt;
     return textValue(driver->version);
   }
-  if (!equalIgnoringCase(path, kVersionKey)) return std::nullopt;
+  if (!running || !equalIgnoringCase(path, kVersionKey)) return std::nullopt;
   if (wanted == "currentmajorversionnumber") return numberValue(kernelRelease().major);
   if (wanted == "currentminorversionnumber") return numberValue(kernelRelease().minor);
   return std::nullopt;

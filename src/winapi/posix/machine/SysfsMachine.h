@@ -2,9 +2,10 @@
 // sysfs-bus-pci), with the identifiers and texts that Windows would give its PCI functions.
 #pragma once
 
+#include <dirent.h>
+
 #include <cstdint>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -18,9 +19,9 @@ namespace tolvanix::winapi {
 
 class SysfsMachine : public Machine {
  public:
-  // Scans `root`, which stands in place of /sys. A tree without PCI devices folder is reported and
-  // leaves the computer without devices. `running`: the tree is that of the kernel that runs, whose
-  // release is the version of a driver without its own.
+  // Scans `root`, which is in place of /sys. Whatever cannot be read is reported and left out.
+  // `running`: the tree is that of the kernel that runs, whose release is the version of the
+  // system, and of a driver without its own; another tree has neither.
   SysfsMachine(const std::string& root, bool running);
 
   std::size_t deviceCount() const override { return functions.size(); }
@@ -35,25 +36,23 @@ class SysfsMachine : public Machine {
     std::uint8_t device = 0;
     std::uint8_t function = 0;
     auto operator<=>(const Address&) const = default;  // NOLINT(modernize-use-nullptr): no null
-    bool isOnBusOf(const Address& other) const {
-      return domain == other.domain && bus == other.bus;
-    }
   };
   struct Function {
-    Address address;
-    std::uint8_t revision = 0;
-    std::uint16_t vendor = 0;
-    std::uint16_t device = 0;
+    PciModel model;
     std::uint16_t subVendor = 0;
     std::uint16_t subDevice = 0;
-    std::uint32_t classCode = 0;
+    std::optional<std::uint8_t> revision;
+    std::uint16_t bus = 0;  // with the domain's number in the upper eight bits
+    std::uint8_t device = 0;
+    std::uint8_t function = 0;
     std::uint32_t driver = 0;  // index in `drivers`; the first one means none
   };
   // What is read of one function's folder.
   struct Entry {
     std::string name;
     Address address;
-    std::optional<Function> function = {};  // without its driver; none when it cannot be read
+    // Without its bus and its driver; none when it cannot be read.
+    std::optional<Function> function = {};
     std::string driver = {};
   };
   struct Driver {
@@ -63,15 +62,16 @@ class SysfsMachine : public Machine {
 
   static std::optional<Address> parseAddress(std::string_view name);
   void scan();
-  static void readEntries(int devices, std::vector<Entry>& entries);
-  static void readBuses(int devices, std::span<Entry> entries);
-  static void readEntry(int parent, Entry& entry);
+  std::vector<Entry> listEntries(DIR* folder) const;
+  void readEntry(int devices, Entry& entry) const;
+  void addFunctions(int devices, const std::vector<Entry>& entries);
+  void report(const std::string& function, const std::string& problem) const;
   std::uint32_t driverIndex(int devices, std::string_view function, std::string_view name);
   std::string driverVersion(int devices, std::string_view function, const std::string& name) const;
   const Driver* driverOfKey(std::string_view path) const;
-  std::string hardwareIds(const Function& function) const;
+  static std::string hardwareIds(const Function& function);
   static std::string location(const Function& function);
-  std::string_view description(const Function& function) const;
+  std::string_view description(std::size_t device) const;
 
   std::string root;
   bool running;
@@ -79,7 +79,7 @@ class SysfsMachine : public Machine {
   std::vector<Function> functions;
   std::vector<Driver> drivers;
   std::unordered_map<std::string, std::uint32_t> driverIndexes;
-  mutable std::optional<PciIds> names;  // read when the first name is asked for
+  mutable std::vector<std::string> names;  // of the functions; empty until one is asked for
 };
 
 }  // namespace tolvanix::winapi
