@@ -437,12 +437,16 @@ class Platform(WholeRun):
         sanitizer = {"ASAN_OPTIONS": "allocator_may_return_null=1"}  # as the system's does
         self.assertEqual(self.run_program("-u", environment=sanitizer).returncode, 0)
 
+    def folder_of_length(self, length):
+        folder = self.folder / ("x" * 120) / ("y" * (length - 122 - len(str(self.folder))))
+        folder.mkdir(parents=True)
+        shutil.copy(PROGRAM, folder)
+        return folder
+
     def test_own_folder_is_current_or_none_other(self):
         # The second is longer than a current folder may be: that of the caller stays.
         for length, is_own in [(255, True), (300, False)]:
-            folder = self.folder / ("x" * 120) / ("y" * (length - 122 - len(str(self.folder))))
-            folder.mkdir(parents=True)
-            shutil.copy(PROGRAM, folder)
+            folder = self.folder_of_length(length)
             caller = self.add(f"{length}/file", "").parent
             run(folder / PROGRAM.name, "-i", "-o", "out.xml", machine=self.machine, cwd=caller)
             self.assertEqual([file.parent for file in self.folder.rglob("out.xml")], [folder if is_own else caller])
@@ -465,6 +469,18 @@ class Platform(WholeRun):
         environment = {"ASAN_OPTIONS": "detect_leaks=0"}
         run(f"/{PROGRAM.name}", "-i", "-o", "out.xml", machine="/machine", preexec_fn=enter, environment=environment)
         self.assertTrue((self.folder / "out.xml").exists())
+
+    def test_path_too_long_for_the_helpers_starts_no_helper_of_another_folder(self):
+        self.machine = self.add("machine.reg", HelperProgram.EXPORT)
+        for length, started in [(255, True), (256, False)]:  # its own, which fails; none
+            folder = self.folder_of_length(length)
+            (folder / "a").write_text(inf_file(HelperProgram.ID))
+            program = folder / PROGRAM.name
+            arguments = ["-uhid", "-w", HelperProgram.ID, "-n", "a", "-d=4"]
+            result = run(program, *arguments, machine=self.machine)
+            self.assertEqual(result.returncode, 39)
+            self.assertIn(b"UpdateDriver: Entered function.", result.stdout)
+            self.assertEqual(b"ExecCmd: " in result.stdout, started, result.stdout)
 
     def test_fragment_and_trace_go_out_at_once(self):
         self.add("a.inf", inf_file(HelperProgram.ID))
