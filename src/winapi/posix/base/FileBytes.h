@@ -39,7 +39,7 @@ class MappedFile {
 };
 
 // The start of a small file below an open folder, as much as one read gives, in `buffer`; none
-// when it cannot be read.
+// with errno when it cannot be read.
 std::optional<std::string_view> readSmallFile(int folder, const char* path, char* buffer,
                                               std::size_t size);
 

@@ -1,11 +1,14 @@
 #include "winapi/posix/machine/PciIds.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstddef>
+#include <cstring>
 #include <optional>
 #include <unordered_map>
 
 #include "winapi/posix/base/Hex.h"
+#include "winapi/posix/base/Report.h"
 
 namespace tolvanix::winapi {
 namespace {
@@ -101,8 +104,10 @@ std::vector<std::string_view> pciNames(std::string_view list, std::span<const Pc
 
 MappedFile installedPciIds() {
   for (const char* const list : kLists) {
+    errno = 0;
     MappedFile mapped(list);
     if (!mapped.text().empty()) return mapped;
+    if (errno != 0 && errno != ENOENT) report(std::string(list) + ": " + std::strerror(errno));
   }
   return MappedFile("");
 }

@@ -3,8 +3,12 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <cerrno>
+#include <cstring>
+
 #include "winapi/posix/base/FileBytes.h"
 #include "winapi/posix/base/Hex.h"
+#include "winapi/posix/base/Report.h"
 
 namespace tolvanix::winapi {
 
@@ -21,7 +25,10 @@ const char* SysfsFolder::pathOf(const char* file) {
 }
 
 std::optional<std::string_view> SysfsFolder::text(const char* file, std::span<char> buffer) {
-  return readSmallFile(folder, pathOf(file), buffer.data(), buffer.size());
+  const auto found = readSmallFile(folder, pathOf(file), buffer.data(), buffer.size());
+  // What is not there is nothing to speak of; what is there and cannot be read is.
+  if (!found && errno != ENOENT && errno != ENOTDIR) report(path + ": " + std::strerror(errno));
+  return found;
 }
 
 std::optional<std::string_view> SysfsFolder::line(const char* file, std::span<char> buffer) {
