@@ -228,16 +228,6 @@ TEST(Update, Files_MayHaveAnyNames) {
   }
 }
 
-// Documents that hold nothing to do, or nothing that can be read.
-TEST(Update, DocumentWithoutDevices_DoesNothing) {
-  for (const std::string& document :
-       {std::string(), std::string("no document"), std::string("<Devices/>"),
-        std::string("<Device"), std::string("\xFF\xFE\x3C", 3), std::string(100, '<')}) {
-    const UpdatePackage package(document);
-    EXPECT_EQ(package.update().output, executionDocument(""));
-  }
-}
-
 TEST(Update, DeviceThatTellsLittle_IsReportedWithTheDefaults) {
   const std::string none =
       R"(vendorID="FFFFFFFF" deviceID="FFFFFFFF" subDeviceID="FFFFFFFF" subVendorID="FFFFFFFF")"

@@ -38,12 +38,11 @@ std::string readExport(const std::filesystem::path& file) {
   const std::string bytes = readFile(file);
   if (!bytes.starts_with("\xFF\xFE"))
     return bytes.substr(bytes.starts_with("\xEF\xBB\xBF") ? 3 : 0);
-  const auto* const units = reinterpret_cast<const wchar_t*>(bytes.data() + 2);
-  std::string text(3 * bytes.size(), '\0');
-  text.resize(static_cast<std::size_t>(
-      WideCharToMultiByte(CP_UTF8, 0, units, static_cast<int>(bytes.size() / 2 - 1), text.data(),
-                          static_cast<int>(text.size()), nullptr, nullptr)));
-  return text;
+  const std::u8string text =
+      std::filesystem::path(
+          std::wstring(reinterpret_cast<const wchar_t*>(bytes.data() + 2), bytes.size() / 2 - 1))
+          .u8string();  // a path converts any text
+  return {text.begin(), text.end()};
 }
 
 // The key of a section's line when it is a device or a driver: the rest would change the system
@@ -90,8 +89,9 @@ std::string windowsVersion(const std::string& text) {
 
 void importKeys(const std::string& text) {
   const TempDir folder;
-  // An export of the newer form is UTF-8 to Wine only with its mark.
-  writeFile(folder / "import.reg", (text.starts_with("REGEDIT4") ? "" : "\xEF\xBB\xBF") + text);
+  const std::filesystem::path wide = std::u8string(text.begin(), text.end());
+  writeFile(folder / "import.reg",
+            text.starts_with("REGEDIT4") ? text : utf16File(wide.u16string()));
   const std::string command = "reg import " + (folder / "import.reg").string() + " >NUL 2>&1";
   if (std::system(command.c_str()) != 0) throw std::runtime_error("cannot import " + text);
 }
