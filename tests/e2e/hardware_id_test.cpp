@@ -176,7 +176,7 @@ std::string normalized(std::string trace) {
 TEST(HardwareId, Installation_TracesEveryStepAndGivesTheHelperIdAndFile) {
   const Computer computer(fixture("computers/four_devices.reg"));
   const Package package;
-  package.add("a.inf", infFile({kPresent}));
+  package.add("a.inf", infFile({kAbsent, "USB\\2," + kPresent}));
   placeHelper(package / kHelper, "record args.txt\nprint 10\nexit 1");
   const ProgramResult result =
       package.run({"-uhid", "-w", R"(pci\ven_8086&DEV_1502&SUBSYS_04931028&REV_04)", "-d=4", "-e",

@@ -65,7 +65,7 @@ std::string readText(const fs::path& file) {
 std::string infFile(const std::vector<std::string>& hardwareIds, std::string_view version) {
   std::string text = "[Version]\nSignature=\"$Windows NT$\"\nClass=System\n";
   text.append(version).append("\n[Manufacturer]\n%Maker%=Models,NTamd64\n");
-  text += "[Strings]\nMaker=\"The maker\"\nDevice=\"A device\"\n[Models.NTamd64]\n";
+  text += "[Strings]\nMaker=\"The maker\"\nDevice=\"A 100% device\"\n[Models.NTamd64]\n";
   for (const std::string& id : hardwareIds) text.append("%Device%=Install,").append(id) += '\n';
   return text;
 }
