@@ -74,7 +74,7 @@ TEST(HardwareId, EveryOutcome_HasItsDocumentAndExitCode) {
     if (!row.helper.empty()) placeHelper(package / kHelper, row.helper);
     Arguments arguments = {"-uhid", "-d=4", "-e", "trace.log", "-w"};
     arguments.insert(arguments.end(), row.arguments.begin(), row.arguments.end());
-    const ProgramResult result = package.run(arguments, computer);
+    const ProgramResult result = package.run(arguments);
     EXPECT_EQ(result.exitCode, row.exitCode);
     EXPECT_EQ(result.output,
               executionDocument(statusElement(row.exitCode), row.deviceStatus == -2 ? 1 : 0));
@@ -98,11 +98,8 @@ TEST(HardwareId, ProgramStartedByACProgram_KeepsTheHelpersTextOutOfTheDocument) 
   package.add("a.inf", infFile({kPresent}));
   placeHelper(package / kHelper, "print 10");
   placeHelper(package / "launcher.exe", "");
-  ProgramCall call = package.call({"-uhid", "-w", kPresent});
-  call.arguments.insert(call.arguments.begin(), {"spawn", call.program.string()});
-  call.program = package / "launcher.exe";
-  call.environment = computer.environment();
-  const ProgramResult result = runProgram(call);
+  const ProgramResult result = runProgram(
+      package / "launcher.exe", {"spawn", package.program().string(), "-uhid", "-w", kPresent});
   EXPECT_EQ(result.exitCode, kSuccess);
   EXPECT_EQ(result.output, executionDocument(statusElement(kSuccess)));
 }
@@ -112,7 +109,7 @@ TEST(HardwareId, ProcessThatTheHelperLeaves_DoesNotKeepTheDocumentOpen) {
   const Package package;
   package.add("a.inf", infFile({kPresent}));
   placeHelper(package / kHelper, "linger go");
-  const ProgramResult result = package.run({"-uhid", "-w", kPresent}, computer);
+  const ProgramResult result = package.run({"-uhid", "-w", kPresent});
   EXPECT_EQ(result.output, executionDocument(statusElement(kSuccess)));
   EXPECT_TRUE(releaseHelper(package / kHelper, "go")) << "the document ended with the process";
 }
@@ -179,11 +176,11 @@ std::string normalized(std::string trace) {
 TEST(HardwareId, Installation_TracesEveryStepAndGivesTheHelperIdAndFile) {
   const Computer computer(fixture("computers/four_devices.reg"));
   const Package package;
-  package.add("a.inf", infFile({kPresent}));
+  package.add("a.inf", infFile({kAbsent, "USB\\2," + kPresent}));
   placeHelper(package / kHelper, "record args.txt\nprint 10\nexit 1");
-  const ProgramResult result = package.run(
-      {"-uhid", "-w", R"(pci\ven_8086&DEV_1502&SUBSYS_04931028&REV_04)", "-d=4", "-e", "trace.log"},
-      computer);
+  const ProgramResult result =
+      package.run({"-uhid", "-w", R"(pci\ven_8086&DEV_1502&SUBSYS_04931028&REV_04)", "-d=4", "-e",
+                   "trace.log"});
   EXPECT_EQ(result.output, executionDocument(statusElement(kSuccess), 1));
   EXPECT_EQ(normalized(readText(package / "trace.log")),
             readText(fixture("traces/installation.txt")));

@@ -18,9 +18,11 @@ TEST(Inventory, PciDevices_AreInTheDocument) {
     if (name.ends_with("odd_devices")) {
       package.addCopy("DriverConfiguration.ini", fixture(name + ".ini"));
     }
-    const ProgramResult printed = package.run({"-i"}, computer);
+    const ProgramResult printed = package.run({"-i"});
     EXPECT_EQ(printed.exitCode, 0);
-    EXPECT_EQ(Computer::withoutOwnDevice(printed.output), expected);
+    // Every Wine has a display adapter of its own.
+    const std::regex ofWine(R"(<Device vendorID="0000"  deviceID="0000".*?</Device>)");
+    EXPECT_EQ(std::regex_replace(printed.output, ofWine, ""), expected);
   }
 }
 
@@ -30,9 +32,8 @@ TEST(Inventory, Trace_TellsEachStep) {
   const Computer computer(fixture("computers/four_devices.reg"));
   const Package package;
   package.add("DriverConfiguration.ini", "[Wine]\nVendorID=0000\n[Left out]\nVendorID=1DE4\n");
-  ProgramCall call = package.call({"-i", "-o", "out.xml", "-d=4", "-e", "trace.log"});
-  call.environment = computer.environment();
-  EXPECT_EQ(runProgram(call).exitCode, 0);
+  const Arguments arguments = {"-i", "-o", "out.xml", "-d=4", "-e", "trace.log"};
+  EXPECT_EQ(runProgram(package.program(), arguments).exitCode, 0);
   const std::regex ofWine(R"(PCI\\VEN_0000.*\n(?:KivWrapper.*\n)*)");
   EXPECT_EQ(std::regex_replace(readText(package / "trace.log"), ofWine, ""),
             readText(fixture("traces/inventory.txt")));

@@ -58,7 +58,7 @@ class UpdatePackage : public Package {
   ProgramResult update(Arguments arguments = {}) const {
     const Computer computer(fixture("computers/two_devices.reg"));
     arguments.insert(arguments.begin(), "-u");
-    return run(std::move(arguments), computer);
+    return run(arguments);
   }
   // The trace of a run, apart from its document.
   std::string trace(Arguments arguments) const {
@@ -218,24 +218,13 @@ TEST(Update, Files_MayHaveAnyNames) {
     const TempDir parent;
     const auto folder = in(parent.path(), "");
     copy(package.path(), folder, std::filesystem::copy_options::recursive);
-    ProgramCall call = package.call({"-u", "-c", "-o", name + ".o", "-d=4", "-e", name + ".e"});
-    call.arguments.insert(call.arguments.end(), options.begin(), options.end());
-    call.program = folder / call.program.filename();
-    call.environment = computer.environment();
-    EXPECT_EQ(runProgram(call).exitCode, 34) << testing::PrintToString(options);
+    Arguments arguments = {"-u", "-c", "-o", name + ".o", "-d=4", "-e", name + ".e"};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    EXPECT_EQ(runProgram(folder / package.program().filename(), arguments).exitCode, 34)
+        << testing::PrintToString(options);
     EXPECT_EQ(readText(in(folder, ".o")), executionDocument(outcome("1502", 34)));
     EXPECT_NE(readText(in(folder, ".e")).find('\\' + name + '\\' + name + ".inf\n"),
               std::string::npos);
-  }
-}
-
-// Documents that hold nothing to do, or nothing that can be read.
-TEST(Update, DocumentWithoutDevices_DoesNothing) {
-  for (const std::string& document :
-       {std::string(), std::string("no document"), std::string("<Devices/>"),
-        std::string("<Device"), std::string("\xFF\xFE\x3C", 3), std::string(100, '<')}) {
-    const UpdatePackage package(document);
-    EXPECT_EQ(package.update().output, executionDocument(""));
   }
 }
 

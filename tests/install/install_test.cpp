@@ -3,16 +3,14 @@
 #include <string>
 
 #include "install/CInf.h"
-#include "install/DeviceStatus.h"
 #include "install/DevHelper.h"
+#include "install/DeviceStatus.h"
 #include "install/DriverUpdate.h"
 #include "support/Files.h"
 #include "support/Trace.h"
 
 namespace tolvanix::test {
 namespace {
-
-constexpr char kVersion[] = "[Version]\nSignature=\"$Windows NT$\"\nClass=Display\n";
 
 TEST(CInf, Open_FindsPathClassAndGuid) {
   const CurrentTempDir folder;
@@ -53,30 +51,10 @@ TEST(CInf, Open_UnusableFile_GivesAnErrorAndTracesIt) {
   EXPECT_EQ(open("test.inf"), ERROR_WRONG_INF_STYLE);
   writeFile(folder / "test.inf", "[Version]\nSignature=\"$Windows NT$\"\n");
   EXPECT_NE(open("test.inf"), ERROR_SUCCESS);  // no class
-}
-
-TEST(CInf, Search_TracesEverySectionAndLine) {
-  const CurrentTempDir folder;
-  const auto trace = [&folder](const std::string& text) {
-    writeFile(folder / "test.inf", kVersion + text);
-    CInf inf;
-    inf.Open("test.inf", 0);
-    inf.setHardwareId("pci\\3");
-    return traceOf([&inf] { inf.EnumManufacturers(); });
-  };
-  EXPECT_EQ(
-      trace("[Manufacturer]\nn=N\n%m%=M,NT,None\n[M.NT]\na=i,PCI\\1,PCI\\11\n%c%=k,USB\\2,PCI\\3\n"
-            "[Strings]\nm=Maker\nc=100% C\n"),
-      "EnumManufacturers->EnumDevices for mfg 1, n:N.\n"
-      "EnumDevices for model, N: no devices found.\n"
-      "EnumManufacturers->EnumDevices for mfg 1, Maker:M.\n"
-      "EnumDevices for model, M: no devices found.\n"
-      "EnumManufacturers->EnumDevices for mfg 2, Maker:M.NT.\n"
-      "EnumDevices for model, a:i\n"
-      "Search for HwID pci\\3: not found.\n"
-      "EnumDevices for model, 100% C:k\n"
-      "Search for HwID pci\\3: found. i = 1\n");
-  const std::string error = trace("");  // the platform's, which it may have no text for
+  writeFile(folder / "test.inf", "[Version]\nSignature=\"$Windows NT$\"\nClass=Display\n");
+  CInf inf;
+  inf.Open("test.inf", 0);
+  const std::string error = traceOf([&inf] { inf.EnumManufacturers(); });
   EXPECT_TRUE(error.starts_with("\nCInf::EnumManufacturers, line = ")) << error;
   EXPECT_NE(error.find(", error code = -5368706"), std::string::npos) << error;
 }

@@ -1,17 +1,16 @@
-// A computer for whole runs, from a registry export (".reg").
+// The computer that a test presents, from a registry export (".reg").
 #pragma once
 
 #include <filesystem>
-#include <map>
-#include <string>
-#include <vector>
+#include <memory>
 
 namespace tolvanix::test {
 
-// For the life of the object, a program that runs with `environment` sees the export's devices,
-// driver versions and version of the system. Off Windows the layer reads the export; under Wine
-// it is imported, and devices are enumerated in the order of their names. On Windows itself nothing
-// is imported, since that would change the drivers of the computer: the test is skipped.
+// For the life of the object, this process and the programs that it starts see the export's
+// devices, driver versions and version of the system. Off Windows the layer reads the export (or a
+// sysfs tree); under Wine it is imported, and devices are enumerated in the order of their names.
+// On Windows itself nothing is imported, since that would change the drivers of the computer: the
+// test is skipped.
 class Computer {
  public:
   explicit Computer(const std::filesystem::path& registryExport);
@@ -19,14 +18,13 @@ class Computer {
   Computer& operator=(const Computer&) = delete;
   ~Computer();
 
-  const std::map<std::string, std::string>& environment() const { return variables; }
-
-  // The document without the display adapter that every Wine has.
-  static std::string withoutOwnDevice(std::string document);
+  // Whether a driver that is installed shows afterwards; Wine says it installs, and changes
+  // nothing.
+  static bool showsInstallations();
 
  private:
-  std::map<std::string, std::string> variables;
-  std::vector<std::string> importedKeys;  // below HKEY_LOCAL_MACHINE
+  struct State;
+  std::unique_ptr<State> state;
 };
 
 }  // namespace tolvanix::test

@@ -1,14 +1,29 @@
 #include "support/Computer.h"
 
+#include <cstdlib>
+#include <utility>
+
+#include "winapi/posix/machine/PresentedMachine.h"
+
 namespace tolvanix::test {
 
-Computer::Computer(const std::filesystem::path& registryExport)
-    : variables{{"TOLVANIX_MACHINE", std::filesystem::absolute(registryExport).string()}} {}
+struct Computer::State {
+  std::unique_ptr<winapi::Machine> before;
+};
 
-Computer::~Computer() = default;
+Computer::Computer(const std::filesystem::path& registryExport) {
+  const std::string file = absolute(registryExport).string();
+  setenv("TOLVANIX_MACHINE", file.c_str(), 1);
+  state.reset(new State{winapi::exchangePresentedMachine(winapi::loadMachine(file))});
+}
 
-std::string Computer::withoutOwnDevice(std::string document) {
-  return document;
+Computer::~Computer() {
+  winapi::exchangePresentedMachine(std::move(state->before));
+  unsetenv("TOLVANIX_MACHINE");
+}
+
+bool Computer::showsInstallations() {
+  return true;
 }
 
 }  // namespace tolvanix::test

@@ -4,13 +4,15 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <map>
 #include <regex>
 #include <sstream>
 #include <stdexcept>
+#include <vector>
 
 #include "support/Computer.h"
 #include "support/Files.h"
-#include "support/Program.h"
 #include "winapi/posix/machine/IndirectText.h"
 
 namespace tolvanix::test {
@@ -31,29 +33,16 @@ void skipUnlessWine() {
       testing::TestPartResult(testing::TestPartResult::kSkip, __FILE__, __LINE__, kReason));
 }
 
-std::wstring widen(const std::string& text) {
-  const int bytes = static_cast<int>(text.size());
-  std::wstring wide(text.size(), L'\0');
-  wide.resize(static_cast<std::size_t>(
-      MultiByteToWideChar(CP_UTF8, 0, text.data(), bytes, wide.data(), bytes)));
-  return wide;
-}
-
-std::string narrow(const std::wstring& text) {
-  const int units = static_cast<int>(text.size());
-  std::string utf8(3 * text.size(), '\0');
-  utf8.resize(static_cast<std::size_t>(WideCharToMultiByte(
-      CP_UTF8, 0, text.data(), units, utf8.data(), 3 * units, nullptr, nullptr)));
-  return utf8;
-}
-
 // The export as UTF-8 without a byte-order mark.
 std::string readExport(const std::filesystem::path& file) {
-  std::string bytes = readFile(file);
-  if (bytes.starts_with("\xFF\xFE")) {
-    return narrow({reinterpret_cast<const wchar_t*>(bytes.data() + 2), (bytes.size() - 2) / 2});
-  }
-  return bytes.starts_with("\xEF\xBB\xBF") ? bytes.substr(3) : bytes;
+  const std::string bytes = readFile(file);
+  if (!bytes.starts_with("\xFF\xFE"))
+    return bytes.substr(bytes.starts_with("\xEF\xBB\xBF") ? 3 : 0);
+  const std::u8string text =
+      std::filesystem::path(
+          std::wstring(reinterpret_cast<const wchar_t*>(bytes.data() + 2), bytes.size() / 2 - 1))
+          .u8string();  // a path converts any text
+  return {text.begin(), text.end()};
 }
 
 // The key of a section's line when it is a device or a driver: the rest would change the system
@@ -100,15 +89,11 @@ std::string windowsVersion(const std::string& text) {
 
 void importKeys(const std::string& text) {
   const TempDir folder;
-  const auto file = folder / "import.reg";
-  const std::wstring wide = widen(text);
-  const bool narrowForm = text.starts_with("REGEDIT4");
-  writeFile(file, narrowForm
-                      ? text
-                      : utf16File({reinterpret_cast<const char16_t*>(wide.data()), wide.size()}));
-  const ProgramResult result = runProgram(
-      {.program = R"(C:\windows\system32\reg.exe)", .arguments = {"import", file.string()}});
-  if (result.exitCode != 0) throw std::runtime_error("reg import: " + result.errors);
+  const std::filesystem::path wide = std::u8string(text.begin(), text.end());
+  writeFile(folder / "import.reg",
+            text.starts_with("REGEDIT4") ? text : utf16File(wide.u16string()));
+  const std::string command = "reg import " + (folder / "import.reg").string() + " >NUL 2>&1";
+  if (std::system(command.c_str()) != 0) throw std::runtime_error("cannot import " + text);
 }
 
 void deleteKeys(const std::vector<std::string>& keys) {
@@ -117,8 +102,14 @@ void deleteKeys(const std::vector<std::string>& keys) {
 
 }  // namespace
 
+struct Computer::State {
+  std::vector<std::string> importedKeys;  // below HKEY_LOCAL_MACHINE
+};
+
 Computer::Computer(const std::filesystem::path& registryExport) {
   skipUnlessWine();
+  state = std::make_unique<State>();
+  std::vector<std::string>& importedKeys = state->importedKeys;
   const std::string text = readExport(registryExport);
   std::string kept = text.substr(0, text.find_first_of("\r\n")) + "\n\n";
   if (kept != "Windows Registry Editor Version 5.00\n\n" && kept != "REGEDIT4\n\n") {
@@ -149,15 +140,12 @@ Computer::Computer(const std::filesystem::path& registryExport) {
 }
 
 Computer::~Computer() {
-  deleteKeys(importedKeys);
+  deleteKeys(state->importedKeys);
   RegDeleteTreeA(HKEY_CURRENT_USER, kProgramSettings);
 }
 
-std::string Computer::withoutOwnDevice(std::string document) {
-  const std::size_t start = document.find(R"(<Device vendorID="0000"  deviceID="0000")");
-  if (start == std::string::npos) return document;
-  constexpr std::string_view kEnd = "</Device>";
-  return document.erase(start, document.find(kEnd, start) + kEnd.size() - start);
+bool Computer::showsInstallations() {
+  return false;
 }
 
 }  // namespace tolvanix::test

@@ -1,11 +1,9 @@
 #include "support/Files.h"
 
 #include <chrono>
-#include <cstdint>
-#include <cstring>
 #include <fstream>
+#include <iterator>
 #include <random>
-#include <sstream>
 #include <stdexcept>
 #include <thread>
 
@@ -51,9 +49,7 @@ namespace {
 std::string readAll(const fs::path& file, std::ios::openmode mode) {
   std::ifstream in(file, mode);
   if (!in) throw std::runtime_error("cannot read " + file.string());
-  std::ostringstream bytes;
-  bytes << in.rdbuf();
-  return bytes.str();
+  return {std::istreambuf_iterator<char>(in), {}};
 }
 
 }  // namespace
@@ -67,15 +63,10 @@ std::string readText(const fs::path& file) {
 }
 
 std::string infFile(const std::vector<std::string>& hardwareIds, std::string_view version) {
-  std::string text =
-      "[Version]\r\nSignature=\"$Windows NT$\"\r\nClass=System\r\n"
-      "ClassGuid={4d36e97d-e325-11ce-bfc1-08002be10318}\r\n";
-  text.append(version).append(
-      "\r\n[Manufacturer]\r\n%Maker%=Models,NTamd64\r\n"
-      "[Strings]\r\nMaker=\"The maker\"\r\nDevice=\"A device\"\r\n[Models.NTamd64]\r\n");
-  for (const std::string& id : hardwareIds) {
-    text.append("%Device%=Install,").append(id).append("\r\n");
-  }
+  std::string text = "[Version]\nSignature=\"$Windows NT$\"\nClass=System\n";
+  text.append(version).append("\n[Manufacturer]\n%Maker%=Models,NTamd64\n");
+  text += "[Strings]\nMaker=\"The maker\"\nDevice=\"A 100% device\"\n[Models.NTamd64]\n";
+  for (const std::string& id : hardwareIds) text.append("%Device%=Install,").append(id) += '\n';
   return text;
 }
 
@@ -123,14 +114,12 @@ std::string foreignLibrary() {
   std::string bytes = readFile(TEST_KIVVALID);
   // The machine stands at a fixed place in ELF; in PE two bytes behind a signature, whose place is
   // at 0x3C. 0x28 is ARM in ELF and nothing in PE.
-  std::uint32_t machine = 18;
+  std::size_t machine = 18;
   if (bytes.starts_with("MZ")) {
-    std::memcpy(&machine, bytes.data() + 0x3C, sizeof machine);
-    machine += 4;
+    machine = static_cast<unsigned char>(bytes.at(0x3C)) + 4 +
+              std::size_t{256} * static_cast<unsigned char>(bytes.at(0x3D));
   }
-  bytes.at(machine) = 0x28;
-  bytes.at(machine + 1) = 0;
-  return bytes;
+  return bytes.replace(machine, 2, std::string("\x28\0", 2));
 }
 
 std::string utf16File(std::u16string_view text) {

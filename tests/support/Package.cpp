@@ -27,16 +27,16 @@ const fs::path& recordsFolder() {
 
 // For the comparison of the platforms (tests/checks/check_parity.py): what the run was asked, what
 // it answered and what stands in the package now, but for programs and what is very large.
-void record(const ProgramCall& call, const ProgramResult& result, const fs::path& package) {
+void record(const Arguments& arguments, const ProgramResult& result, const fs::path& package) {
   if (recordsFolder().empty()) return;
   const auto* const test = testing::UnitTest::GetInstance()->current_test_info();
   const auto ofTest = recordsFolder() / (std::string(test->test_suite_name()) + '.' + test->name());
   int number = 1;
   while (exists(ofTest / std::to_string(number))) ++number;
   const auto folder = ofTest / std::to_string(number);
-  std::string arguments;
-  for (const std::string& argument : call.arguments) arguments += argument + '\n';
-  writeFile(folder / "arguments", arguments);
+  std::string lines;
+  for (const std::string& argument : arguments) lines += argument + '\n';
+  writeFile(folder / "arguments", lines);
   writeFile(folder / "exit code", std::to_string(result.exitCode));
   writeFile(folder / "output", result.output);
   writeFile(folder / "errors", result.errors);
@@ -52,7 +52,11 @@ void record(const ProgramCall& call, const ProgramResult& result, const fs::path
 }  // namespace
 
 Package::Package() {
-  fs::copy_file(kBuiltProgram, folder / kBuiltProgram.filename().string());
+  fs::copy_file(kBuiltProgram, program());
+}
+
+fs::path Package::program() const {
+  return folder / kBuiltProgram.filename().string();
 }
 
 void Package::add(std::string_view name, std::string_view bytes) const {
@@ -64,40 +68,23 @@ void Package::addCopy(std::string_view name, const fs::path& original) const {
   fs::copy_file(original, folder / name);
 }
 
-ProgramCall Package::call(Arguments arguments) const {
-  return {.program = folder / kBuiltProgram.filename().string(), .arguments = std::move(arguments)};
-}
-
-ProgramResult Package::run(Arguments arguments) const {
-  return runAndCheck(call(std::move(arguments)));
-}
-
-ProgramResult Package::run(Arguments arguments, const Computer& computer) const {
-  ProgramCall onComputer = call(std::move(arguments));
-  onComputer.environment = computer.environment();
-  return runAndCheck(onComputer);
-}
-
-ProgramResult Package::runAndCheck(const ProgramCall& call) const {
-  ProgramResult result = runProgram(call);
-  record(call, result, path());
-  const auto& arguments = call.arguments;
-  const auto has = [&arguments](std::string_view option) {
-    return std::any_of(arguments.begin(), arguments.end(),
-                       [option](const std::string& text) { return text.starts_with(option); });
+ProgramResult Package::run(const Arguments& arguments) const {
+  ProgramResult result = runProgram(program(), arguments);
+  record(arguments, result, path());
+  const auto find = [&arguments](std::string_view option) {
+    return std::find_if(arguments.begin(), arguments.end(),
+                        [option](const std::string& text) { return text.starts_with(option); });
   };
+  const auto end = arguments.end();
   // Without a file of their own the traces stand in the document.
-  const bool traced = has("-d=") && !has("-e");
-  if (result.output.starts_with("<?xml") && !traced) {
-    EXPECT_EQ(schemaErrors(result.output), "") << result.output;
+  const bool traced = find("-d=") != end && find("-e") == end;
+  std::string document = result.output.starts_with("<?xml") && !traced ? result.output : "";
+  const auto option = find("-o");
+  if (result.output.empty() && end - option > 1 && is_regular_file(folder / *(option + 1))) {
+    document = readText(folder / *(option + 1));
   }
-  const auto option = std::find(arguments.begin(), arguments.end(), "-o");
-  if (result.output.empty() && option != arguments.end() && arguments.end() - option > 1) {
-    const auto file = folder / *(option + 1);
-    const std::string document = is_regular_file(file) ? readText(file) : "";
-    if (!document.empty()) {
-      EXPECT_EQ(schemaErrors(document), "") << document;
-    }
+  if (!document.empty()) {
+    EXPECT_EQ(schemaErrors(document), "") << document;
   }
   return result;
 }

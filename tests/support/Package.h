@@ -12,8 +12,6 @@
 
 namespace tolvanix::test {
 
-using Arguments = std::vector<std::string>;
-
 class Package {
  public:
   Package();
@@ -26,16 +24,14 @@ class Package {
   void add(std::string_view name, std::string_view bytes) const;
   void addCopy(std::string_view name, const std::filesystem::path& original) const;
 
-  // A run of the program in another folder than the package's, and on the computer where one is
-  // given, else on this one. A result document that is no valid one fails the test.
-  ProgramResult run(Arguments arguments) const;
-  ProgramResult run(Arguments arguments, const Computer& computer) const;
-  // The same, for the caller to change before it runs.
-  ProgramCall call(Arguments arguments) const;
+  // The program, for runs that are no matter of `run`.
+  std::filesystem::path program() const;
+
+  // A run of the program in another folder than the package's. A result document that is no valid
+  // one fails the test.
+  ProgramResult run(const Arguments& arguments) const;
 
  private:
-  ProgramResult runAndCheck(const ProgramCall& call) const;
-
   TempDir folder;
 };
 

@@ -1,21 +1,14 @@
 // Runs a program as a user would, and gives back what it left.
 #pragma once
 
-#include <chrono>
 #include <filesystem>
-#include <map>
 #include <string>
 #include <vector>
 
 namespace tolvanix::test {
 
-struct ProgramCall {
-  std::filesystem::path program;
-  std::vector<std::string> arguments;  // each arrives as it stands, whatever it holds
-  std::filesystem::path currentDirectory = std::filesystem::current_path();
-  std::map<std::string, std::string> environment{};  // beside what the test itself has
-  std::chrono::seconds timeLimit{30};
-};
+// Each arrives as it stands, whatever it holds.
+using Arguments = std::vector<std::string>;
 
 struct ProgramResult {
   int exitCode;
@@ -25,7 +18,7 @@ struct ProgramResult {
 
 // Reads the program's standard output from a pipe until nobody can write there any more, and waits
 // for the program's end. One that cannot be started, that is ended by a signal or that is not done
-// in time fails the test (an exception).
-ProgramResult runProgram(const ProgramCall& call);
+// in half a minute fails the test (an exception).
+ProgramResult runProgram(const std::filesystem::path& program, const Arguments& arguments);
 
 }  // namespace tolvanix::test

@@ -1,3 +1,5 @@
+#include "support/Program.h"
+
 // clang-format off: windows.h comes first.
 #include <windows.h>
 // clang-format on
@@ -5,13 +7,10 @@
 #include <array>
 #include <future>
 #include <memory>
-#include <optional>
+#include <regex>
 #include <stdexcept>
-#include <string_view>
-#include <utility>
 
 #include "support/Files.h"
-#include "support/Program.h"
 
 namespace tolvanix::test {
 
@@ -22,8 +21,8 @@ struct HandleCloser {
 };
 using Handle = std::unique_ptr<void, HandleCloser>;
 
-[[noreturn]] void fail(const std::string& what) {
-  throw std::runtime_error(what + ": error " + std::to_string(GetLastError()));
+void require(bool success, const std::string& what) {
+  if (!success) throw std::runtime_error(what + ": error " + std::to_string(GetLastError()));
 }
 
 // The way that the C runtime takes a command line apart, backwards: backslashes count only before
@@ -36,82 +35,29 @@ std::string quoted(const std::string& argument) {
     backslashes = c == '\\' ? backslashes + 1 : 0;
     result += c;
   }
-  result.append(backslashes, '\\');
-  return result + '"';
+  return result.append(backslashes, '\\') + '"';
 }
-
-std::string commandLine(const ProgramCall& call) {
-  std::string result = quoted(call.program.string());
-  for (const std::string& argument : call.arguments) result += ' ' + quoted(argument);
-  return result;
-}
-
-// A child inherits the variables of this process.
-class ScopedVariable {
- public:
-  ScopedVariable(std::string variable, const std::string& value) : name(std::move(variable)) {
-    const DWORD size = GetEnvironmentVariableA(name.c_str(), nullptr, 0);
-    if (size != 0) {
-      before.emplace(size, '\0');
-      GetEnvironmentVariableA(name.c_str(), before->data(), size);
-    }
-    SetEnvironmentVariableA(name.c_str(), value.c_str());
-  }
-  ScopedVariable(const ScopedVariable&) = delete;
-  ScopedVariable& operator=(const ScopedVariable&) = delete;
-  ~ScopedVariable() { SetEnvironmentVariableA(name.c_str(), before ? before->c_str() : nullptr); }
-
- private:
-  std::string name;
-  std::optional<std::string> before;
-};
 
 Handle openInheritable(const std::filesystem::path& file, DWORD access, DWORD creation) {
   SECURITY_ATTRIBUTES inheritable{sizeof inheritable, nullptr, TRUE};
   HANDLE handle = CreateFileA(file.string().c_str(), access, FILE_SHARE_READ, &inheritable,
                               creation, FILE_ATTRIBUTE_NORMAL, nullptr);
-  if (handle == INVALID_HANDLE_VALUE) fail("cannot open " + file.string());
+  require(handle != INVALID_HANDLE_VALUE, "cannot open " + file.string());
   return Handle(handle);
 }
 
-DWORD waitForExitCode(HANDLE process, const ProgramCall& call) {
-  const auto limit = std::chrono::milliseconds(call.timeLimit).count();
-  if (WaitForSingleObject(process, static_cast<DWORD>(limit)) != WAIT_OBJECT_0) {
-    TerminateProcess(process, 1);
-    throw std::runtime_error(call.program.string() + " is not done in time");
-  }
-  DWORD exitCode = 0;
-  GetExitCodeProcess(process, &exitCode);
-  if (exitCode >= 0xC0000000) {
-    throw std::runtime_error(call.program.string() + " crashed: " + std::to_string(exitCode));
-  }
-  return exitCode;
-}
-
-// What the C runtime makes of the line ends.
-std::string withPlainLineEnds(std::string_view text) {
-  std::string result;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (!text.substr(i).starts_with("\r\n")) result += text[i];
-  }
-  return result;
-}
-
+// With the line ends that the C runtime makes of those in a text.
 std::string readToEnd(HANDLE pipe) {
   std::string bytes;
   std::array<char, 65536> block;
-  DWORD count = 0;
-  while (ReadFile(pipe, block.data(), block.size(), &count, nullptr) != FALSE) {
+  for (DWORD count = 0; ReadFile(pipe, block.data(), block.size(), &count, nullptr) != FALSE;) {
     bytes.append(block.data(), count);
   }
-  return withPlainLineEnds(bytes);
+  return std::regex_replace(bytes, std::regex("\r\n"), "\n");
 }
 
-Handle start(const ProgramCall& call, HANDLE output, const std::filesystem::path& errors) {
-  std::vector<std::unique_ptr<ScopedVariable>> variables;
-  for (const auto& [name, value] : call.environment) {
-    variables.push_back(std::make_unique<ScopedVariable>(name, value));
-  }
+Handle start(const std::string& program, std::string commandLine, HANDLE output,
+             const std::filesystem::path& errors) {
   const Handle input = openInheritable("NUL", GENERIC_READ, OPEN_EXISTING);
   const Handle error = openInheritable(errors, GENERIC_WRITE, CREATE_ALWAYS);
   STARTUPINFOA startup{};
@@ -121,31 +67,37 @@ Handle start(const ProgramCall& call, HANDLE output, const std::filesystem::path
   startup.hStdOutput = output;
   startup.hStdError = error.get();
   PROCESS_INFORMATION information{};
-  std::string line = commandLine(call);
-  if (CreateProcessA(call.program.string().c_str(), line.data(), nullptr, nullptr, TRUE, 0, nullptr,
-                     call.currentDirectory.string().c_str(), &startup, &information) == FALSE) {
-    fail("cannot start " + call.program.string());
-  }
+  require(CreateProcessA(program.c_str(), commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr,
+                         nullptr, &startup, &information) != FALSE,
+          "cannot start " + program);
   CloseHandle(information.hThread);
   return Handle(information.hProcess);
 }
 
 }  // namespace
 
-ProgramResult runProgram(const ProgramCall& call) {
+ProgramResult runProgram(const std::filesystem::path& program, const Arguments& arguments) {
+  std::string commandLine = quoted(program.string());
+  for (const std::string& argument : arguments) commandLine += ' ' + quoted(argument);
   HANDLE readHandle = nullptr;
   HANDLE writeHandle = nullptr;
-  if (CreatePipe(&readHandle, &writeHandle, nullptr, 0) == FALSE) fail("cannot make a pipe");
+  require(CreatePipe(&readHandle, &writeHandle, nullptr, 0) != FALSE, "cannot make a pipe");
   const Handle readEnd(readHandle);
   Handle writeEnd(writeHandle);
   SetHandleInformation(writeHandle, HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
 
   // Standard error is left to a process that outlives the program; a file waits for none.
   const TempDir captured;
-  const Handle process = start(call, writeHandle, captured / "errors");
+  const Handle process = start(program.string(), commandLine, writeHandle, captured / "errors");
   writeEnd.reset();
   auto output = std::async(std::launch::async, readToEnd, readHandle);
-  const DWORD exitCode = waitForExitCode(process.get(), call);
+  DWORD exitCode = 0;
+  if (WaitForSingleObject(process.get(), 30000) != WAIT_OBJECT_0) {
+    TerminateProcess(process.get(), 1);
+    require(false, commandLine + " is not done in time");
+  }
+  GetExitCodeProcess(process.get(), &exitCode);
+  require(exitCode < 0xC0000000, commandLine + " crashed: " + std::to_string(exitCode));
   return {static_cast<int>(exitCode), output.get(), readText(captured / "errors")};
 }
 

@@ -17,10 +17,8 @@ std::string runXmllint(const std::string& document) {
   if (program.empty()) return "";
   const TempDir folder;
   writeFile(folder / "result.xml", document);
-  const ProgramResult run =
-      runProgram({.program = program,
-                  .arguments = {"--huge", "--nonet", "--noout", "--schema", RESULT_SCHEMA,
-                                (folder / "result.xml").string()}});
+  const ProgramResult run = runProgram(program, {"--huge", "--nonet", "--noout", "--schema",
+                                                 RESULT_SCHEMA, (folder / "result.xml").string()});
   return run.exitCode == 0 ? "" : run.errors;
 }
 

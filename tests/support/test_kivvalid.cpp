@@ -16,7 +16,7 @@ namespace {
 
 [[maybe_unused]] KivChar* answer;
 [[maybe_unused]] bool throwsAtTheEnd = false;
-// A number: an exception class would keep the library from being unloaded.
+// A number: an exception class would keep the library from being unloaded, as would a stream.
 [[maybe_unused]] constexpr int kFault = 1;
 
 void write(const char* file, const char* mode, const void* bytes, std::size_t size) {
@@ -49,7 +49,7 @@ struct Loaded {
   const auto size = static_cast<std::size_t>(std::ftell(in));
   std::rewind(in);
   auto* const bytes = static_cast<unsigned char*>(std::malloc(size + 1));
-  auto* const text = static_cast<KivChar*>(std::calloc(size + 1, sizeof(KivChar)));
+  auto* text = static_cast<KivChar*>(std::calloc(size + 1, sizeof(KivChar)));
   if (std::fread(bytes, 1, size, in) != size) std::abort();
   std::fclose(in);
   if (size >= 2 && bytes[0] == 0xFF && bytes[1] == 0xFE) {
@@ -58,14 +58,15 @@ struct Loaded {
     for (std::size_t i = 0; i < size; ++i) text[i] = bytes[i];
   }
   const std::string_view asked(reinterpret_cast<char*>(bytes), size);
-  const bool isNull = asked == "null";
   const bool isThrow = asked == "throw";
   throwsAtTheEnd = asked == "throw at the end";
+  if (asked == "null" || isThrow) {
+    std::free(text);
+    text = nullptr;
+  }
   std::free(bytes);
-  if (!isNull && !isThrow) return text;
-  std::free(text);
   if (isThrow) throw kFault;
-  return nullptr;
+  return text;
 }
 
 }  // namespace

@@ -54,11 +54,10 @@ class UpdateInProcess : public ::testing::Test {
   }
 
   static int run(KivWrapper& application) {
-    static std::string arguments[] = {"tolvanix", "-u",   "-c", "-o",
-                                      "out.xml",  "-d=4", "-e", "trace.log"};
-    std::vector<char*> pointers;
-    for (std::string& argument : arguments) pointers.push_back(argument.data());
-    return application.runKiv(static_cast<int>(pointers.size()), pointers.data());
+    static char program[] = "tolvanix", update[] = "-u", check[] = "-c", output[] = "-o";
+    static char document[] = "out.xml", level[] = "-d=4", traced[] = "-e", trace[] = "trace.log";
+    char* arguments[] = {program, update, check, output, document, level, traced, trace};
+    return application.runKiv(8, arguments);
   }
 
   // A run whose execution is then repeated with that allocation failing. -1 when it ended with the
@@ -94,6 +93,14 @@ TEST_F(UpdateInProcess, DocumentCutAnywhere_CountsWhatIsWhole) {
     KivWrapper application;
     EXPECT_EQ(run(application), hasFinding ? 21 : hasDevice ? 32 : 0) << size;
     EXPECT_EQ(schemaErrors(readText("out.xml")), "");
+  }
+  for (const std::string& nothing :
+       {std::string("no document"), std::string("<Devices/>"), std::string("<Device"),
+        std::string("\xFF\xFE\x3C"), std::string(100, '<')}) {
+    writeFile(folder / "answer.txt", nothing);
+    KivWrapper application;
+    EXPECT_EQ(run(application), 0);
+    EXPECT_EQ(readText("out.xml"), executionDocument(""));
   }
 }
 
