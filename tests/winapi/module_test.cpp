@@ -27,8 +27,8 @@ TEST(GetModuleFileName, IsTheProgramsPathWithBackslashesInAnyFolder) {
   std::string buffer(length, 'x');
   EXPECT_EQ(GetModuleFileNameA(nullptr, buffer.data(), length), length);
   EXPECT_EQ(GetLastError(), ERROR_INSUFFICIENT_BUFFER);
-  path.back() = '\0';
-  EXPECT_EQ(buffer, path);
+  // The last one is a zero only where the system writes it.
+  EXPECT_EQ(buffer.substr(0, length - 1), path.substr(0, length - 1));
 }
 
 TEST(Library, FileOrNameThatIsNone_HasItsError) {
