@@ -14,7 +14,8 @@ struct Computer::State {
 Computer::Computer(const std::filesystem::path& registryExport) {
   const std::string file = absolute(registryExport).string();
   setenv("TOLVANIX_MACHINE", file.c_str(), 1);
-  state.reset(new State{winapi::exchangePresentedMachine(winapi::loadMachine(file))});
+  state =
+      std::make_unique<State>(State{winapi::exchangePresentedMachine(winapi::loadMachine(file))});
 }
 
 Computer::~Computer() {
