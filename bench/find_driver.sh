@@ -1,6 +1,6 @@
 # Part of run.sh: the search of INF files for a hardware ID (-uhid -c).
 id='PCI\VEN_1DE4&DEV_BEEF'
-# drivers <folder> <files> <percent in UTF-16> [<devices>]: the ID stands in the last file.
+# drivers <folder> <files> <percent in UTF-16> [<devices>]: the ID is in the last file.
 drivers() {
   "$bin/generate_inf_files" "$work/$1" "$2" "$id" "$3" ${4:+"$4"}
   cp "$bin/tolvanix" "$work/$1"

@@ -7,7 +7,7 @@ on_tree() { TOLVANIX_MACHINE="$work/tree-$1" median "$work/tolvanix -i"; }
 
 for count in 512 4096; do
   tree "$count"
-  # What is compared must be the same answer.
+  # What is compared must be the same result.
   python3 tests/checks/check_lspci.py "$bin/tolvanix" "$work/tree-$count"
   lspci="lspci -O hwdb.disable=1 -O sysfs.path=$work/tree-$count/bus/pci -Dnmm"
   row "inventory (-i), $count devices : lspci" \

@@ -11,8 +11,8 @@ enum ExitCode : int {
   kNoDevice = 5,      // no device has the hardware ID (off Windows: none that has a driver)
   kNotInstalled = 6,  // any other refusal of the system; or the machine's file cannot be written
   kNotBetter = 7,     // the installed driver is newer (on Windows: as good, or better) and stays
-  kNoRights = 8,      // whoever runs the helper may not install drivers
-  kNeedsAnswer = 9,   // the system has a question, and there is nobody to answer it
+  kNoRights = 8,      // the user may not install drivers
+  kNeedsAnswer = 9,   // the system has to ask a user, and none is there
 };
 
 // Installs the driver of the INF file, given by its full path, on every device that has the

@@ -1,7 +1,7 @@
 // Elsewhere it is the registry export named by TOLVANIX_MACHINE that gets the driver: its devices'
 // "DriverVersion" becomes the version of the INF file. An export is a list of changes, in which
-// later ones override earlier ones; so the new values go to its end, and all that stands there
-// already stays as it is.
+// later ones override earlier ones; so the new values go to its end, and all that it
+// contains already stays.
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -144,8 +144,8 @@ void append(std::string& bytes, const std::string& text) {
   }
 }
 
-// Replaces the file at once, its owner and permissions as they were: whoever reads it has the old
-// one or the new one, whole. False, with errno, leaves the old one and nothing beside it.
+// Replaces the file at once and keeps its owner and permissions: a reader gets the old one or the
+// new one, whole. False, with errno, leaves the old one and nothing beside it.
 bool replaceFile(const fs::path& file, const std::string& bytes) {
   struct stat status {};
   if (stat(file.c_str(), &status) != 0) return false;

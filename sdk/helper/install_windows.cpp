@@ -1,5 +1,5 @@
 // On Windows the system installs the driver; that takes an administrator's rights.
-#include <windows.h>  // first: the others stand on it
+#include <windows.h>  // first: the others need it
 
 #include <newdev.h>
 
@@ -21,7 +21,7 @@ ExitCode failed(const char* infPath) {
 ExitCode install(const char* hardwareId, const char* infPath) {
   if (GetFileAttributesA(infPath) == INVALID_FILE_ATTRIBUTES) return failed(infPath);
   // Not forced: a driver that is as good or better stays, also when nobody has judged the package
-  // (-uhid). Without a prompt: nobody would see it, and the helper would wait for its answer.
+  // (-uhid). Without a prompt: nobody would see it, and the helper would wait for ever.
   // A variable for the restart keeps the system from asking for that.
   constexpr DWORD kFlags = INSTALLFLAG_NONINTERACTIVE;
   BOOL restart = FALSE;

@@ -86,7 +86,7 @@ class Document {
   }
 
   // A device to update. Its place comes first: the program takes an attribute from where its name
-  // first stands in the element, and "device" begins "deviceID" too.
+  // first occurs in the element, and "device" begins "deviceID" too.
   void addDevice(const XmlElement& device, const XmlElement& installed, View newVersion) {
     devices += u"<Device";
     for (const View name : {u"bus", u"device", u"function"}) copyAttribute(device, name);

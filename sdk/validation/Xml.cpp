@@ -117,7 +117,7 @@ class Reader {
   void skipSpace() { rest.remove_prefix(std::min(rest.find_first_not_of(kSpace), rest.size())); }
 
   View rest;
-  std::vector<XmlElement> open{1};  // the first stands for the document
+  std::vector<XmlElement> open{1};  // the first is the document
 };
 
 bool isHighSurrogate(char16_t unit) {

@@ -86,7 +86,7 @@ class KivWrapper {
   int runCommand(std::int32_t argumentCount, char* arguments[]);
   int endAfterException();
   int bindValidationLibrary();
-  // Traces the text of a failed check's status and answers the status.
+  // Traces the text of a failed check's status and returns the status.
   int refuseOptions(int status) const;
   int checkUpdateFiles();
   // Write the failure into the command's element, which is opened unless it is open, and close it.

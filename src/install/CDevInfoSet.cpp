@@ -22,7 +22,7 @@ constexpr int kHelperTimeLimitSeconds = 300;
 constexpr DWORD kHelperInstalled = 0;
 constexpr DWORD kHelperInstalledRestart = 1;
 
-// A device's hardware IDs: `size` bytes of zero-terminated texts, with one more zero behind them.
+// A device's hardware IDs: `size` bytes of zero-terminated texts, with one more zero after them.
 struct HardwareIds {
   LocalMemoryOwner texts;
   DWORD size = 0;

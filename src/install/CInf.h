@@ -1,4 +1,4 @@
-// Opens one INF file and tells whether any of its model lines carries a hardware ID.
+// Opens one INF file and says whether any of its model lines carries a hardware ID.
 #pragma once
 
 #include <optional>

@@ -69,7 +69,7 @@ class StandardOutputPipe {
   }
 
   // Takes what is there now, and does not wait for the end: a process that the child started and
-  // left behind may keep the pipe open for as long as it lives. Every piece replaces the one
+  // left running may keep the pipe open for as long as it lives. Every piece replaces the one
   // before.
   void drain(char* output, DWORD outputSize) {
     DWORD left = 0;

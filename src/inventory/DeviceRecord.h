@@ -17,7 +17,7 @@ struct DeviceRecord {
   std::uint16_t subDeviceID;
   std::uint16_t subVendorID;
   char driverVersion[kDeviceTextSize];
-  char firmwareVersion[kDeviceTextSize];  // never filled: a PCI device does not tell it
+  char firmwareVersion[kDeviceTextSize];  // never filled: a PCI device does not report it
   char hardwareID[kDeviceTextSize];       // the most specific of the device's hardware IDs
   std::uint16_t bus;
   std::uint16_t device;

@@ -46,7 +46,7 @@ void copyText(std::string_view text, char (&field)[Size]) {
   field[text.copy(field, Size - 1)] = '\0';
 }
 
-// The property's text, ended by a zero; null when the device has none. The system tells the size
+// The property's text, ended by a zero; null when the device has none. The system gives the size
 // that a text over 1000 bytes needs, and is asked once more.
 std::unique_ptr<char[]> GetDeviceProperty(HDEVINFO set, SP_DEVINFO_DATA& device, DWORD property) {
   DWORD size = kFirstPropertySize;

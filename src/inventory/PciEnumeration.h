@@ -13,7 +13,7 @@ namespace tolvanix {
 // out there is no list, not a part of one, and the last error is ERROR_NOT_ENOUGH_MEMORY.
 DeviceRecord* EnumeratePciDevices(const char* machineName, const GUID* classGuid, DWORD flags);
 
-// Frees the record and all behind it; null is accepted.
+// Frees the record and all after it; null is accepted.
 void FreeDeviceRecords(DeviceRecord* first);
 
 }  // namespace tolvanix

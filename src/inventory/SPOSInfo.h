@@ -18,7 +18,7 @@ class SPOSInfo {
   const SPUString& getArch() const { return osArch; }
 
  protected:
-  SPUString osArch;  // "x64" or "ia64"; "na" after reading a document that does not tell
+  SPUString osArch;  // "x64" or "ia64"; "na" after reading a document without it
   std::uint32_t majorVersion = 0;
   std::uint32_t minorVersion = 0;
   std::uint32_t spMajorVersion = 0;

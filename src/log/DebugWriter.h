@@ -16,8 +16,8 @@ constexpr int kTargetFile = 1;
 constexpr int kTargetStandardOutput = 2;
 constexpr int kTargetStandardError = 4;
 
-// Writes printf-style text, as it stands, without testing the level. The count of characters of
-// the last write; 0 when nothing was written, -1 when the debug file could not be opened.
+// Writes printf-style text, unchanged, without testing the level. Returns the count of characters
+// of the last write; 0 when nothing was written, -1 when the debug file could not be opened.
 [[gnu::format(printf, 1, 2)]] int debugTrace(const char* format, ...);
 
 // True when the current level is `level` or more.

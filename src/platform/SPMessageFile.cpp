@@ -45,7 +45,7 @@ const MessageLanguage& messageLanguage(const char* code) {
   return found != std::end(kMessageLanguages) ? *found : kEnglish;
 }
 
-// The library's text as it stands there; empty when it has none in that language.
+// The library's text, unchanged; empty when it has none in that language.
 std::string libraryText(HMODULE library, std::uint32_t number, DWORD language) {
   constexpr DWORD kFlags =
       FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_HMODULE | FORMAT_MESSAGE_IGNORE_INSERTS;

@@ -11,7 +11,7 @@ namespace {
 
 constexpr int kLeastDigits = 4;
 
-// The number in that base, at least four digits, behind a sign.
+// The number in that base, at least four digits, after a sign.
 template <unsigned Base>
 std::u16string formatNumber(std::uint32_t number, bool negative) {
   char16_t text[11];

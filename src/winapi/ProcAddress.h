@@ -5,7 +5,7 @@
 
 namespace tolvanix {
 
-// Null when the library has no such export (GetLastError tells why).
+// Null when the library has no such export (GetLastError says why).
 template <typename Function>
 Function procAddress(HMODULE library, const char* name) {
   // By way of void (*)(), which the compiler takes as "of any type".

@@ -13,7 +13,7 @@
 #ifndef WIN32_LEAN_AND_MEAN
 #define WIN32_LEAN_AND_MEAN
 #endif
-#include <windows.h>  // first: the others stand on it
+#include <windows.h>  // first: the others need it
 
 #include <mbstring.h>
 #include <setupapi.h>
@@ -173,7 +173,7 @@ DWORD GetCurrentDirectoryA(DWORD size, char* buffer);
 BOOL SetCurrentDirectoryA(const char* path);
 DWORD GetFullPathNameA(const char* fileName, DWORD size, char* buffer, char** filePart);
 DWORD GetFileAttributesA(const char* fileName);
-// Matches without regard to case; answers in the order of the upper-cased names. Of the find data
+// Matches without regard to case; finds in the order of the upper-cased names. Of the find data
 // only attributes, size and name are filled.
 HANDLE FindFirstFileA(const char* fileName, WIN32_FIND_DATAA* findData);
 BOOL FindNextFileA(HANDLE find, WIN32_FIND_DATAA* findData);

@@ -27,7 +27,7 @@ class SPXMLAttribute {
   // ` name="value" ` with the value escaped, a blank on both sides; empty when the attribute has no
   // name or no value.
   SPUString format() const;
-  // Appends what `format` answers.
+  // Appends what `format` returns.
   void appendTo(std::u16string& out) const;
 
  private:

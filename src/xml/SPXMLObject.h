@@ -1,7 +1,7 @@
 // A document held as one wide text and asked by text search: no tokenizer, no tree. Nothing tests
-// or normalises the text, and nothing tells markup in comments, CDATA sections or values from real
-// markup. Names compare exactly. Results are copies; malformed text gives "not found" or the part
-// that the rules yield, never a read beyond the text.
+// or normalises the text, and markup in comments, CDATA sections or values counts like any other.
+// Names compare exactly. Results are copies; malformed text gives "not found" or the part that the
+// rules yield, never a read beyond the text.
 #pragma once
 
 #include <cstdint>
@@ -35,7 +35,7 @@ class SPXMLObject {
   // Just past the end of that element; -1 if there is none.
   static std::int32_t findElementEnd(const SPUString& text, const SPUString& name,
                                      std::int32_t start);
-  // The whole element, or what stands between its tags; an element ends at the first closing tag of
+  // The whole element, or what is between its tags; an element ends at the first closing tag of
   // its name. Empty if there is none.
   static SPUString extractElement(const SPUString& text, const SPUString& name, std::int32_t start,
                                   bool withTags);

@@ -24,7 +24,7 @@ class SPXMLResult : public SPXMLGenerator {
  protected:
   SPXMLResult() = default;
 
-  // Appends the text of every Message element, wherever it stands in the text.
+  // Appends the text of every Message element, wherever it is in the text.
   void readMessages(std::u16string_view text);
   // An element of that name with the attributes, and a Message child for each message.
   SPUString buildResult(const SPUString& name, const std::vector<SPXMLAttribute>& attributes) const;

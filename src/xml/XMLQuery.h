@@ -1,5 +1,5 @@
 // The searches that every query of a document is made of, on views: a found part is a view into the
-// searched text. SPXMLObject says what each answers; nothing here copies.
+// searched text. SPXMLObject says what each returns; nothing here copies.
 #pragma once
 
 #include <cstddef>
@@ -14,7 +14,7 @@ namespace tolvanix::xmlquery {
 
 using View = std::u16string_view;
 
-// Where one element stands in the searched text.
+// One element of the searched text.
 struct Element {
   View whole;        // with both tags
   View inner;        // between the tags; empty for a self-closing element
@@ -30,7 +30,7 @@ std::u16string closeTag(View name);
 // there is none); empty when there is none.
 View startTag(View text, View name, std::size_t start);
 
-// Just past that element: past the first closing tag at or after `start`, even one that stands
+// Just past that element: past the first closing tag at or after `start`, even one
 // before the start tag.
 std::optional<std::size_t> elementEnd(View text, View name, std::size_t start);
 
@@ -40,7 +40,7 @@ std::optional<Element> element(View text, View name, std::size_t start);
 // The inner text of the first element of that name; empty when there is none.
 View innerText(View text, View name);
 
-// Calls `visit` with each element's text in order, until it answers false.
+// Calls `visit` with each element's text in order, until it returns false.
 template <typename Visit>
 void forEachElement(View text, View name, Visit visit) {
   auto found = element(text, name, 0);

@@ -1,4 +1,4 @@
-// Prints what the platform answers about files, so that platforms can be compared
+// Prints what the platform reports about files, so that platforms can be compared
 // (tests/checks/check_answers.py): platform_answers inf|profile|devices FOLDER-OR-FILE
 #include <algorithm>
 #include <array>
@@ -65,7 +65,7 @@ void printInf(const char* file) {
   GUID guid{};
   char name[64] = "";
   SetLastError(ERROR_SUCCESS);
-  // Wine answers TRUE also when the name does not fit.
+  // Wine returns TRUE also when the name does not fit.
   if (SetupDiGetINFClassA(file, &guid, name, sizeof name, nullptr) != FALSE &&
       GetLastError() != ERROR_INSUFFICIENT_BUFFER) {
     std::printf("class");
@@ -126,7 +126,7 @@ void printDriver(const char* driver) {
 }
 
 void printDevices(const std::string& registryExport) {
-  const test::Computer computer(registryExport);  // off Windows the environment tells it
+  const test::Computer computer(registryExport);  // off Windows the environment says so
   const DeviceSetOwner set(
       SetupDiGetClassDevsA(nullptr, nullptr, nullptr, DIGCF_PRESENT | DIGCF_ALLCLASSES));
   SP_DEVINFO_DATA device{};

@@ -114,7 +114,7 @@ TEST(CommandLine, DebugFile_StartsWithItsSettings) {
   EXPECT_FALSE(exists(package / "e.lo")) << "a cut name is that of another file";
 }
 
-// Without a file the trace stands before the document. Level 2 has the error lines alone.
+// Without a file the trace comes before the document. Level 2 has the error lines alone.
 TEST(CommandLine, Trace_GoesWhereTheOptionsSay) {
   const Package package;
   const std::string error =

@@ -12,7 +12,7 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-// What stands between two texts, each time that they occur.
+// What is between two texts, each time that they occur.
 Texts between(const std::string& text, const std::string& before, const std::string& behind) {
   Texts found;
   for (std::size_t at = text.find(before); at != std::string::npos; at = text.find(before, at)) {

@@ -47,7 +47,7 @@ std::string infWith(const std::vector<std::string>& deviceIds) {
   return infFile(ids);
 }
 
-// A package whose library answers this document.
+// A package whose library returns this document.
 class UpdatePackage : public Package {
  public:
   explicit UpdatePackage(const std::string& answer, Exports exports = Exports::kBoth) {
@@ -130,7 +130,7 @@ TEST(Update, SameDeviceTwice_IsInstalledOnceAndReportedTwice) {
             std::string::npos);
 }
 
-// The weightiest finding decides, wherever it stands; each step of the scan is traced.
+// The weightiest finding decides, wherever it is; each step of the scan is traced.
 TEST(Update, Findings_QualificationAndHardRefuse) {
   const struct {
     std::vector<std::string> types;
@@ -241,7 +241,7 @@ TEST(Update, DeviceThatTellsLittle_IsReportedWithTheDefaults) {
   } rows[] = {
       {"<Device/>", none, empty},
       {R"(<Device vendorID="G" deviceID="" subDeviceID="-" subVendorID="{"/>)", none, empty},
-      // An attribute is where its name first stands: in a longer name, or further on.
+      // An attribute is where its name first occurs: in a longer name, or further on.
       {R"(<Device bus="0031" vendorID="0x12345678" deviceID="12" subDeviceID="0xg" subVendorID="0XAf" device="2"/>)",
        R"(vendorID="12345678" deviceID="0012" subDeviceID="0000" subVendorID="00AF" bus="31" device="12" function="-1")",
        empty},
@@ -326,7 +326,7 @@ TEST(Update, PackageFile_ReachesTheLibraryWhole) {
   EXPECT_EQ(readFile(package / "package.bin").size(), 2 * large.size());
 }
 
-// From the library to the end, as level 4 tells it; level 2 has nothing of it.
+// From the library to the end, as level 4 traces it; level 2 has nothing of it.
 TEST(Update, Trace_TellsEachStep) {
   const UpdatePackage package(inValidation(listed("1502")));
   package.add("package.xml",

@@ -42,7 +42,7 @@ static unsigned number(const char* name) {
   return (unsigned)strtoul(getenv(name), NULL, 10);
 }
 
-// The C library's own function, which this one stands before.
+// The C library's own function, which this one replaces.
 #define REAL(name) (__extension__(__typeof__(&(name))) dlsym(RTLD_NEXT, #name))
 
 __attribute__((constructor)) static void prepare(void) {

@@ -67,7 +67,7 @@ TEST(PrintError, TextWithAnInsert_IsTracedAsItIs) {
   EXPECT_GT(trace.size(), start.size() + 2) << "the system has a text";
 }
 
-// What no command line can ask for; the rest stands in the whole runs of -uhid.
+// What no command line can ask for; the rest is in the whole runs of -uhid.
 TEST(DriverUpdate, NoHardwareId_IsADeviceStatus) {
   const CurrentTempDir dir;
   writeFile(dir / "a.inf", infFile({"PCI\\VEN_1DE4"}));

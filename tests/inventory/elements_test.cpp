@@ -57,12 +57,14 @@ TEST(SPXMLData, Reading_TakesDevicesAtAnyDepthAndTheLastStatus) {
   EXPECT_NE(other.find(u"type=\"hard\""), SPUString::npos);
 }
 
-TEST(SPXMLOSInfo, ReadingADocumentWithoutArchitecture_SaysNotAvailable) {
+TEST(SPXMLOSInfo, ArchitectureIsTheDocumentsOrNotAvailable) {
   SPXMLOSInfo system;
   EXPECT_TRUE(system.getArch() == SPUString(u"x64"));
   const SPUString written = system.generateXML();
   system.parseXML(uR"(<OperatingSystem osVendor="Other" majorVersion="99"/>)");
   EXPECT_TRUE(system.getArch() == SPUString(u"na"));
+  system.parseXML(uR"(<OperatingSystem osArch="ia64"/>)");
+  EXPECT_TRUE(system.getArch() == SPUString(u"ia64"));
   EXPECT_TRUE(system.generateXML() == written) << "the computer is written, not the document";
 }
 

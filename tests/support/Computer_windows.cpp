@@ -125,7 +125,7 @@ Computer::Computer(const std::filesystem::path& registryExport) {
       importedKeys.push_back(key);
       const bool deleted = line[1] == '-';
       line = (deleted ? "[-HKEY_LOCAL_MACHINE\\" : "[HKEY_LOCAL_MACHINE\\") + key + ']';
-      // Wine wants it of a device; the export's own comes behind it.
+      // Wine wants it of a device; the export's own comes after it.
       if (!deleted) line += "\n\"ClassGUID\"=\"{00000000-0000-0000-0000-000000000000}\"";
     }
     if (keep) kept += line + '\n';

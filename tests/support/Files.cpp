@@ -112,7 +112,7 @@ void placeValidationLibrary(const fs::path& folder, std::string_view answer, Exp
 
 std::string foreignLibrary() {
   std::string bytes = readFile(TEST_KIVVALID);
-  // The machine stands at a fixed place in ELF; in PE two bytes behind a signature, whose place is
+  // The machine is at a fixed place in ELF; in PE two bytes after a signature, whose place is
   // at 0x3C. 0x28 is ARM in ELF and nothing in PE.
   std::size_t machine = 18;
   if (bytes.starts_with("MZ")) {

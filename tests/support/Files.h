@@ -58,7 +58,7 @@ bool releaseHelper(const std::filesystem::path& program, std::string_view file);
 enum class Exports { kBoth, kWithoutValidate, kWithoutFree };
 
 // Puts the validation library for tests (test_kivvalid.cpp) into that folder as kivvalid.dll, with
-// what it is to answer.
+// what it is to return.
 void placeValidationLibrary(const std::filesystem::path& folder, std::string_view answer,
                             Exports exports = Exports::kBoth);
 

@@ -26,7 +26,7 @@ const fs::path& recordsFolder() {
 }
 
 // For the comparison of the platforms (tests/checks/check_parity.py): what the run was asked, what
-// it answered and what stands in the package now, but for programs and what is very large.
+// it returned and what the package contains now, but for programs and what is very large.
 void record(const Arguments& arguments, const ProgramResult& result, const fs::path& package) {
   if (recordsFolder().empty()) return;
   const auto* const test = testing::UnitTest::GetInstance()->current_test_info();
@@ -76,7 +76,7 @@ ProgramResult Package::run(const Arguments& arguments) const {
                         [option](const std::string& text) { return text.starts_with(option); });
   };
   const auto end = arguments.end();
-  // Without a file of their own the traces stand in the document.
+  // Without a file of their own the traces are in the document.
   const bool traced = find("-d=") != end && find("-e") == end;
   std::string document = result.output.starts_with("<?xml") && !traced ? result.output : "";
   const auto option = find("-o");

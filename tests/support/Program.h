@@ -7,7 +7,7 @@
 
 namespace tolvanix::test {
 
-// Each arrives as it stands, whatever it holds.
+// Each arrives unchanged, whatever it contains.
 using Arguments = std::vector<std::string>;
 
 struct ProgramResult {

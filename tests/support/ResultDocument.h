@@ -13,7 +13,7 @@ std::string statusElement(int status);
 // The whole document of `-u` or `-uhid`.
 std::string executionDocument(const std::string& content, int reboot = 0);
 
-// A document of tests/fixtures/, where each device stands on a line of its own.
+// A document of tests/fixtures/, where each device is on a line of its own.
 std::string fixtureDocument(std::string_view name);
 
 // What xmllint says against the document by docs/result.xsd; empty when it is valid. Under Wine

@@ -1,4 +1,4 @@
-// A helper program for tests. What it does stands in a text file beside it, of its own name but
+// A helper program for tests. What it does is in a text file beside it, of its own name but
 // with ".txt"; the steps, one a line, in order:
 //   record FILE   append the arguments, one a line each, and the working folder, to that file
 //   print N       write N bytes to standard output

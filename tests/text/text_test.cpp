@@ -89,7 +89,7 @@ TEST(Conversion, ToXmlUtf8_IsAlwaysUtf8ThatXmlAllows) {
       {{char16_t(1), u'\t', u'\n', char16_t(0xFFFE)}, "\xEF\xBF\xBD\t\n\xEF\xBF\xBD"},
   };
   for (const auto& [text, bytes] : rows) EXPECT_EQ(toXmlUtf8(text), bytes);
-  for (std::size_t before = 0; before < 200; ++before) {  // wherever it stands in a long text
+  for (std::size_t before = 0; before < 200; ++before) {  // wherever it is in a long text
     const std::u16string text =
         std::u16string(before, u'a') + u"\u7F51" + std::u16string(150, u'b');
     EXPECT_EQ(toXmlUtf8(text), std::string(before, 'a') + "\xE7\xBD\x91" + std::string(150, 'b'));

@@ -19,7 +19,7 @@ std::string currentDirectory() {
   return buffer;
 }
 
-// All that a search answers, each with a blank behind it, without "." and "..".
+// All that a search finds, each with a blank after it, without "." and "..".
 std::string findAll(const char* pattern) {
   std::string names;
   WIN32_FIND_DATAA data{};

@@ -20,7 +20,7 @@
 namespace tolvanix::test {
 namespace {
 
-// The presented system: its version, build and service pack; "none" when it answers nothing.
+// The presented system: its version, build and service pack; "none" when it returns nothing.
 std::string describeSystem() {
   OSVERSIONINFOEXA version{};
   version.dwOSVersionInfoSize = sizeof version;

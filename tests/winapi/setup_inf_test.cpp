@@ -1,4 +1,4 @@
-// INF files, to the documented behaviour. What stands in them is compared with Wine
+// INF files, to the documented behaviour. What they contain is compared with Wine
 // (tests/checks/check_answers.py); here is how they are asked.
 #include <gtest/gtest.h>
 

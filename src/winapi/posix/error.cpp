@@ -146,7 +146,7 @@ HLOCAL LocalAlloc(UINT flags, SIZE_T bytes) {
     SetLastError(ERROR_INVALID_PARAMETER);
     return nullptr;
   }
-  // An allocation of no bytes answers an address all the same.
+  // An allocation of no bytes returns an address all the same.
   void* const memory = std::calloc(bytes > 0 ? bytes : 1, 1);
   if (memory == nullptr) SetLastError(ERROR_NOT_ENOUGH_MEMORY);
   return memory;

@@ -31,7 +31,7 @@ using tolvanix::winapi::pathError;
 
 using FileStatus = struct stat;
 
-// Copies text that fits with its terminating zero and answers its length; otherwise answers the
+// Copies text that fits with its terminating zero and returns its length; otherwise returns the
 // size that it takes.
 DWORD answerText(const std::string& text, DWORD size, char* buffer) {
   if (text.size() >= size) return static_cast<DWORD>(text.size() + 1);

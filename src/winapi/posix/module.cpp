@@ -37,7 +37,7 @@ fs::path findProgram() {
   const auto* const startedAs = reinterpret_cast<const char*>(getauxval(AT_EXECFN));
   if (startedAs != nullptr) {
     fs::path absolute = fs::absolute(startedAs, error);
-    // ".." behind a link to a folder does not cancel out.
+    // ".." after a link to a folder does not cancel out.
     fs::path normal = absolute.lexically_normal();
     if (!error && fs::equivalent(normal, absolute, error)) return normal;
     if (fs::exists(absolute, error)) return absolute;

@@ -66,7 +66,7 @@ BOOL answer(HINF inf, std::optional<InfPosition> position, INFCONTEXT* context) 
 
 BOOL copyField(InfFile& file, std::string_view field, char* buffer, DWORD size,
                DWORD* requiredSize) {
-  // Nobody learns what names in it stand for: a line is asked for its key in this way.
+  // Nobody learns the values of the names in it: a line is asked for its key in this way.
   const bool hopeless = buffer != nullptr && size <= 1 && requiredSize == nullptr;
   if (hopeless && !field.empty()) return fail(ERROR_INSUFFICIENT_BUFFER);
   const std::string_view text = file.expand(field);

@@ -11,7 +11,7 @@
 
 namespace tolvanix::winapi {
 
-// `Tag` tells the families apart, at most 15 bits; what is open takes the numbers from 1.
+// `Tag` is the family's number, at most 15 bits; what is open takes the numbers from 1.
 template <typename Object, ULONG_PTR Tag>
 class HandleTable {
  public:

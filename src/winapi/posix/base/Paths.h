@@ -1,5 +1,4 @@
-// Paths of the system that winapi.h stands for, and those of this one ("native"): there '\'
-// separates, here '/'.
+// Paths as winapi.h has them, separated by '\', and those of this system ("native"), by '/'.
 #pragma once
 
 #include <string>

@@ -31,7 +31,7 @@ ssize_t readFully(int file, char* bytes, std::size_t size) {
   return static_cast<ssize_t>(length);
 }
 
-// Reads the rest of the file behind the bytes that `text` begins with.
+// Reads the rest of the file after the bytes that `text` begins with.
 DWORD readNarrow(int file, std::string_view begin, std::size_t rest, std::string& text) {
   text.resize(begin.size() + rest);
   begin.copy(text.data(), begin.size());

@@ -11,7 +11,7 @@ namespace tolvanix::winapi {
 class InfDividers {
  public:
   // As many bytes are looked at together. The text must end in a line feed and have that many
-  // readable bytes behind it.
+  // readable bytes after it.
   static constexpr std::size_t kBlock = 64;
 
   // Goes to a place of the text: forward with what was found ahead, or anywhere else.

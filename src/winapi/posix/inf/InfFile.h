@@ -64,7 +64,7 @@ class InfFile {
   std::size_t capacity() const { return text.capacity(); }
 
  private:
-  // Line feeds behind the text, so that every line has one and may be read in blocks.
+  // Line feeds after the text, so that every line has one and may be read in blocks.
   static constexpr std::size_t kPadding = 1 + InfDividers::kBlock;
 
   struct Section {

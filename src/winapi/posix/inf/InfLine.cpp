@@ -31,7 +31,7 @@ bool endsInBackslash(const char* begin, const char* end) {
   return end > begin && end[-1] == '\\';
 }
 
-// Past the quoted text that begins behind a quote; a quote without an end ends with the line.
+// Past the quoted text that begins after a quote; a quote without an end ends with the line.
 // `put` receives its characters, of two quotes in a row one.
 template <typename Put>
 const char* readQuoted(const char* p, const char* lineEnd, Put put) {
@@ -102,7 +102,7 @@ const char* InfLine::split(const char* begin, const char* limit) {
   }
 }
 
-// Quotes, comments and continuation lines: the fields are written out anew, a comma behind each.
+// Quotes, comments and continuation lines: the fields are written out anew, a comma after each.
 const char* InfLine::splitDecoding(const char* begin, const char* limit) {
   exact = true;
   hasKey = false;

@@ -30,7 +30,7 @@ bool infLineContinues(const char* begin, const char* lineEnd);
 class InfLine {
  public:
   // Splits the line that begins at `begin` with a character that is no blank, its continuation
-  // lines included, and returns the end of the last one. What stands behind `limit` is as
+  // lines included, and returns the end of the last one. What follows `limit` is as
   // InfDividers wants it. Fields then are what is between the commas, without blanks around it,
   // with quotes taken away; %names% are left. The text must stay as long as they are asked for.
   const char* split(const char* begin, const char* limit);
@@ -38,7 +38,7 @@ class InfLine {
   // Before another text takes the place of the one whose lines were split.
   void clear() { ahead.clear(); }
 
-  // Fields behind the key.
+  // Fields after the key.
   std::size_t count() const { return dividerCount - 1; }
 
   // Field 0 is the key; a line of a single value without a key has that value as its key too.

@@ -14,7 +14,7 @@ class InfStrings {
  public:
   void clear();
 
-  // Adds the lines of a section behind what was added before; of several definitions of a name the
+  // Adds the lines of a section after what was added before; of several definitions of a name the
   // first holds.
   void addSection(const char* begin, const char* end) { sections.push_back({begin, end}); }
 

@@ -7,7 +7,7 @@
 namespace tolvanix::winapi {
 namespace {
 
-// Where the text behind the reference starts, 0 for no reference, npos for one without text.
+// Where the text after the reference starts, 0 for no reference, npos for one without text.
 std::size_t textStart(std::string_view text) {
   if (!text.starts_with('@')) return 0;
   const std::size_t comma = text.find(',');

@@ -8,10 +8,10 @@
 
 namespace tolvanix::winapi {
 
-// The text that a property stands for:
+// The text that a property means:
 //   @oem4.inf,%key%;Text              Text
 //   @file.sys,#65536;bus %1;(0,31)    bus 0
-//   any other text                    as it stands
+//   any other text                    unchanged
 // None for a reference that carries no text.
 std::optional<std::string> resolveIndirectText(const std::string& text);
 

@@ -9,14 +9,14 @@
 
 namespace tolvanix::winapi {
 
-// The computer that `name` stands for, as TOLVANIX_MACHINE does. One that cannot be read is one
-// line on standard error and a computer without devices.
+// The computer that `name`, a value of TOLVANIX_MACHINE, means. When it cannot be read: a line on
+// standard error, and a computer without devices.
 std::unique_ptr<Machine> loadMachine(const std::string& name);
 
 // The computer presented; loaded when first asked for.
 const Machine& presentedMachine();
 
-// Presents another one, for tests, and answers the one presented before (null when none was loaded
+// Presents another one, for tests, and returns the one presented before (null when none was loaded
 // yet).
 std::unique_ptr<Machine> exchangePresentedMachine(std::unique_ptr<Machine> next);
 

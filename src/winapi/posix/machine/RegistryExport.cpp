@@ -74,7 +74,7 @@ class Reader {
  private:
   [[noreturn]] void fail(const std::string& problem) const { throw MalformedExport(line, problem); }
 
-  // The zero byte stands for the end, so it is no character of a valid file.
+  // The zero byte means the end, so it is no character of a valid file.
   char peek() const { return position < text.size() ? text[position] : '\0'; }
 
   void skipBlanks() {
@@ -214,7 +214,7 @@ class Reader {
     return bytes;
   }
 
-  // Goes on over line ends behind a backslash; true when another byte follows, or `must`.
+  // Goes on over line ends after a backslash; true when another byte follows, or `must`.
   bool continued(bool must) {
     skipBlanks();
     while (takeWord("\\")) {
