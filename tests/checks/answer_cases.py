@@ -194,6 +194,7 @@ REASONS = {
     "profile": {
         "Wine takes a vertical tab and Ctrl-Z for blanks": ["odd blanks", "ctrl-z"],
         "Wine cuts a value that is no UTF-8 in the middle of a character": ["windows-1252"],
+        "Wine cuts the last character of a quoted value that just fits": ["odd_devices.ini"],
     },
     "devices": {
         "reg.exe of Wine reads no line end in a text; exports have them": ["import_rules.reg"],
