@@ -152,8 +152,9 @@ std::optional<std::vector<std::string>> matchingNames(const std::string& folder,
     std::string name = entry->d_name;
     // A name with '\' in it cannot be told to the program.
     if (name.size() >= MAX_PATH || name.find('\\') != std::string::npos) continue;
-    if (matchesPattern(pattern, name))
+    if (matchesPattern(pattern, name)) {
       matches.emplace_back(toUpper(std::string_view(name)), std::move(name));
+    }
   }
   std::sort(matches.begin(), matches.end());
   std::vector<std::string> names;
@@ -216,15 +217,16 @@ DWORD GetFullPathNameA(const char* fileName, DWORD size, char* buffer, char** fi
   return outOfMemory(DWORD{0});
 }
 
-DWORD GetFileAttributesA(const char* fileName) {
+DWORD GetFileAttributesA(const char* fileName) try {
   if (fileName == nullptr || *fileName == '\0') {
     return fail(ERROR_PATH_NOT_FOUND, INVALID_FILE_ATTRIBUTES);
   }
   const std::string native = fullNativePath(fileName);
   FileStatus status{};
   if (stat(native.c_str(), &status) == 0) return attributesOf(status);
-  SetLastError(pathError(errno, native));
-  return INVALID_FILE_ATTRIBUTES;
+  return fail(pathError(errno, native), INVALID_FILE_ATTRIBUTES);
+} catch (const std::bad_alloc&) {
+  return outOfMemory(INVALID_FILE_ATTRIBUTES);
 }
 
 HANDLE FindFirstFileA(const char* fileName, WIN32_FIND_DATAA* findData) try {
