@@ -20,7 +20,7 @@ using tolvanix::SPXMLDevice;
 SPUString build(std::uint32_t count) {
   SPXMLData document(SPString("SVMInventory"), SPString("en"), 0xFFFFFFFF);
   for (std::uint32_t i = 0; i < count; ++i) {
-    SPXMLDevice device(SPString("Gigabit Network Connection"), 0x8086, 0xABCD, i & 0xFFFF, i >> 16,
+    SPXMLDevice device(SPString("Gigabit Network Connection"), 0x1DE4, 0xABCD, i & 0xFFFF, i >> 16,
                        i >> 8, i >> 3 & 0x1F, i & 7);
     device.addApplication(SPXMLApplication(SPUString("Gigabit Network Connection Driver"),
                                            SPString("DRVR"), SPString(""), SPString("12.15.22.6")));
@@ -60,7 +60,7 @@ void PugixmlSave(benchmark::State& state) {
   root.append_attribute("lang") = "en";
   for (unsigned i = 0; i < static_cast<unsigned>(state.range()); ++i) {
     pugi::xml_node device = root.append_child("Device");
-    device.append_attribute("vendorID") = "8086";
+    device.append_attribute("vendorID") = "1DE4";
     device.append_attribute("deviceID") = i & 0xFFFF;
     device.append_attribute("subDeviceID") = i >> 16;
     device.append_attribute("subVendorID") = "ABCD";

@@ -32,8 +32,8 @@ struct Options {
 std::string modelId(unsigned file, unsigned device) {
   // Every fourth line names the device alone, the others a computer maker's variant of it.
   std::string id;
-  append(id, "PCI\\VEN_8086&DEV_%04X", (file * 7 + device / 4) & 0xFFFFU);
-  if (device % 4 != 0) append(id, "&SUBSYS_%04X%04X", device * 31 & 0xFFFFU, 0x103C + device % 5);
+  append(id, "PCI\\VEN_1DE1&DEV_%04X", (file * 7 + device / 4) & 0xFFFFU);
+  if (device % 4 != 0) append(id, "&SUBSYS_%04X%04X", device * 31 & 0xFFFFU, 0x1DE5 + device % 5);
   return id;
 }
 

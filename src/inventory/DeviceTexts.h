@@ -14,7 +14,7 @@ namespace tolvanix {
 std::uint16_t ParseHexNumber(std::string_view text);
 
 // Fills the four identifiers from the record's hardwareID, such as
-// PCI\VEN_8086&DEV_1E03&SUBSYS_0534ABCD&REV_04, in which the subsystem's device comes before its
+// PCI\VEN_1DE4&DEV_1E03&SUBSYS_0534ABCD&REV_04, in which the subsystem's device comes before its
 // vendor. The fields are told by their places, not by their names.
 void ParseHardwareId(DeviceRecord& record);
 

@@ -9,7 +9,7 @@ MODELS = "[Manufacturer]\n%Maker%=S,T\n"
 # The models section "S" with these lines, and what else is in the file.
 INF_LINES = {
     "none": "",
-    "plain": "k = a, b\n%Name%=Install,PCI\\VEN_8086",
+    "plain": "k = a, b\n%Name%=Install,PCI\\VEN_1DE4",
     "no values": "k=\nk=,\nk=a,\nk=a,,b\nk=,,\nk = ,a\na=b=c,d\na,b=c\na = =b\na\"=\"b=c",
     "no keys": "alone\na, b\na,\n,a\n,\n=x\n=\n==\n==a,b\n%Name%\n%Name%,a",
     "quotes": '"k" = "a, b;c", " x ", a "q""b" c\n"" = "", ""\nk = "a" "b"\nk=a"b, c"d\nk="a"""\nk=""""'
@@ -93,14 +93,14 @@ INF_FILES = {
 INI_FILES = {
     "empty": "",
     "order": "a=0\n[B]\na=1\n[A a] junk\na=2\n;[no]\n[unclosed\na=3\n[]\n[ ]\n[b]\nB=4",
-    "values": "[S]\n  a = some text \nB=\" 8086 \"\nc d='x'\n[T]\na=\"80\"86\nB=1 ; x\nc d=\n[U]\nA=1\na=2\nB\n;c d=3\n",
+    "values": "[S]\n  a = some text \nB=\" 1350 \"\nc d='x'\n[T]\na=\"80\"86\nB=1 ; x\nc d=\n[U]\nA=1\na=2\nB\n;c d=3\n",
     "quotes": "[S]\na=\"\nB=\"\"\nc d='\n[T]\na=''\nB=\"x'\nc d=\"\"x\"\"\n[U]\na=\"a\" \nB=' a '\nc d= \"x\" ; y",
     "blanks": "[ S ]\n\ta\t=\tv\t\nB = \"\tv\t\"\n c  d = 1\n[T]\n=empty key\n = blank key\na=b=c\n",
     "odd blanks": "[S]\n\x0bc d=2\na=\x0c1\n",
     "duplicates": "[S]\na=1\n[T]\na=2\n[s]\nB=3\n[S]\na=4\n[t]\nc d=5",
-    "case": "[sEcTiOn]\nA=1\nb=2\nC D=3\nvendorid=0x8086",
+    "case": "[sEcTiOn]\nA=1\nb=2\nC D=3\nvendorid=0x1DE4",
     "brackets": "[a]b]\na=1\n[[c]]\na=2\n[d;e]\na=3\n",
-    "comments": "[S] ; c\n;a=1\n#a=2\n ; B=3\nB=4;5\n[T];\n;;\nVendorID=8086 ; x\n[;U]\na=;\n",
+    "comments": "[S] ; c\n;a=1\n#a=2\n ; B=3\nB=4;5\n[T];\n;;\nVendorID=1350 ; x\n[;U]\na=;\n",
     "long": f"[{'n' * 300}]\na={'v' * 300}\nB={'v' * 254}\n[S]\na={'v' * 255}\n",
     "many": "".join(f"[section {i:05}]\na={i}\n" for i in range(2500)),
     "lone CR": "[S]\ra=1\rB=2\r\r[T]\rc d=3",

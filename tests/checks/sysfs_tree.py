@@ -10,7 +10,7 @@ import os
 import struct
 import sys
 
-# vendor, first device number, how many device numbers from there on are taken, class, driver
+# Of real makers, so that the list of names has them: vendor, first device number, how many device numbers from there on are taken, class, driver
 MODELS = [
     (0x8086, 0x1500, 0x90, 0x020000, "e1000e"),
     (0x8086, 0x9D00, 0x80, 0x060400, "pcieport"),

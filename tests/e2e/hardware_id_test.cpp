@@ -12,8 +12,8 @@
 namespace tolvanix::test {
 namespace {
 
-const std::string kPresent = R"(PCI\VEN_8086&DEV_1502&SUBSYS_04931028)";
-const std::string kAbsent = R"(PCI\VEN_8086&DEV_FFFF&SUBSYS_04931028)";
+const std::string kPresent = R"(PCI\VEN_1DF1&DEV_1502&SUBSYS_04931DF4)";
+const std::string kAbsent = R"(PCI\VEN_1DF1&DEV_FFFF&SUBSYS_04931DF4)";
 constexpr char kHelper[] = "tolvanixhelper64/tolvanixhelper64.exe";
 
 const std::string kOfFile = "DriverUpdate: status from Win2kInstall() = ";
@@ -169,7 +169,7 @@ TEST(HardwareId, Search_LooksWhereverAnIdMayStand) {
 // of the device among the present ones `#`.
 std::string normalized(std::string trace) {
   trace = std::regex_replace(trace, std::regex(R"([^ "]*\\tolvanix-\d+)"), "@");
-  trace = std::regex_replace(trace, std::regex("(04931028\\. i = )\\d+"), "$1#");
+  trace = std::regex_replace(trace, std::regex("(04931DF4\\. i = )\\d+"), "$1#");
   return trace.substr(trace.find("actionUpdateHardwareID: Entered"));
 }
 
@@ -179,13 +179,13 @@ TEST(HardwareId, Installation_TracesEveryStepAndGivesTheHelperIdAndFile) {
   package.add("a.inf", infFile({kAbsent, "USB\\2," + kPresent}));
   placeHelper(package / kHelper, "record args.txt\nprint 10\nexit 1");
   const ProgramResult result =
-      package.run({"-uhid", "-w", R"(pci\ven_8086&DEV_1502&SUBSYS_04931028&REV_04)", "-d=4", "-e",
+      package.run({"-uhid", "-w", R"(pci\ven_1df1&DEV_1502&SUBSYS_04931DF4&REV_04)", "-d=4", "-e",
                    "trace.log"});
   EXPECT_EQ(result.output, executionDocument(statusElement(kSuccess), 1));
   EXPECT_EQ(normalized(readText(package / "trace.log")),
             readText(fixture("traces/installation.txt")));
   const std::string given = readText(package / "tolvanixhelper64/args.txt");
-  EXPECT_TRUE(given.starts_with("pci\\ven_8086&DEV_1502&SUBSYS_04931028\n")) << given;
+  EXPECT_TRUE(given.starts_with("pci\\ven_1df1&DEV_1502&SUBSYS_04931DF4\n")) << given;
   EXPECT_NE(given.find("\\a.inf\n"), std::string::npos) << given;
   EXPECT_TRUE(given.ends_with("tolvanixhelper64\n")) << given;
 }

@@ -192,15 +192,15 @@ class SysfsTree(WholeRun):
         return status == 34
 
     def test_function_has_what_windows_would_give_it(self):
-        uevent = "DRIVER=snd_dev-x\nPCI_CLASS=40300\nPCI_ID=1DE4:29C0\nPCI_SUBSYS_ID=1028:00AB"
+        uevent = "DRIVER=snd_dev-x\nPCI_CLASS=40300\nPCI_ID=1DE4:29C0\nPCI_SUBSYS_ID=1DF4:00AB"
         self.add_function("0001:0a:1f.3", uevent=uevent, revision="0x0c")
         self.add("machine/bus/pci/devices/0001:0a:1f.3/driver/module/version", "7.5-k\n")
-        self.assertEqual(self.devices(), ["1DE4 29C0 00AB 1028 0266 0031 0003 Audio device 7.5-k"])
-        for rest in ["SUBSYS_00AB1028&REV_0C", "SUBSYS_00AB1028", "CC_040300", "CC_0403"]:
+        self.assertEqual(self.devices(), ["1DE4 29C0 00AB 1DF4 0266 0031 0003 Audio device 7.5-k"])
+        for rest in ["SUBSYS_00AB1DF4&REV_0C", "SUBSYS_00AB1DF4", "CC_040300", "CC_0403"]:
             self.assertTrue(self.has_id(f"PCI\\VEN_1DE4&DEV_29C0&{rest}"), rest)
         self.assertFalse(self.has_id("PCI\\VEN_1DE4&DEV_29C0&CC_0404"))
         trace = self.run_program("-i", "-d=4").stdout.decode()
-        self.assertIn("\nPCI\\VEN_1DE4&DEV_29C0&SUBSYS_00AB1028&REV_0C\n", trace)
+        self.assertIn("\nPCI\\VEN_1DE4&DEV_29C0&SUBSYS_00AB1DF4&REV_0C\n", trace)
         self.assertIn('majorVersion="0"  minorVersion="0"', trace)
         self.machine = ""  # this computer
         major, minor = os.uname().release.split(".")[:2]
@@ -416,7 +416,7 @@ class Platform(WholeRun):
     def test_named_inf_that_the_search_does_not_find_is_reported(self):
         # A backslash is part of the name for the C library, and a folder's end for the search.
         self.add("a\\b.inf", "")
-        result = self.run_program("-uhid", "-w", "PCI\\VEN_8086", "-n", "a\\b.inf")
+        result = self.run_program("-uhid", "-w", "PCI\\VEN_1DF1", "-n", "a\\b.inf")
         self.assertEqual(result.returncode, 31)
 
     def test_package_is_read_by_the_name_that_opens_it(self):

@@ -1,5 +1,5 @@
-// `-u` with real validation libraries, on a computer with the devices 1502 and 1E03 (vendor 8086,
-// subsystem 0493 1028).
+// `-u` with real validation libraries, on a computer with the devices 1502 and 1E03 (vendor 1DF1,
+// subsystem 0493 1DF4).
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -17,15 +17,15 @@ constexpr char kHelper[] = "tolvanixhelper64/tolvanixhelper64.exe";
 
 // One device of a validation document, and what the result document says about it.
 std::string listed(const std::string& deviceId, const std::string& name = "Card") {
-  return R"(<Device bus="1" device="2" function="3" vendorID="8086" deviceID=")" + deviceId +
-         R"(" subDeviceID="0493" subVendorID="1028" display=")" + name +
+  return R"(<Device bus="1" device="2" function="3" vendorID="1DF1" deviceID=")" + deviceId +
+         R"(" subDeviceID="0493" subVendorID="1DF4" display=")" + name +
          R"("><Application componentType="DRVR" version="1.0" display=")" + name +
          R"( Driver"><Package version="2.0"/></Application></Device>)";
 }
 
 std::string outcome(const std::string& deviceId, int status, const std::string& name = "Card") {
-  return R"(<Device vendorID="8086" deviceID=")" + deviceId +
-         R"(" subDeviceID="0493" subVendorID="1028" bus="1" device="2" function="3" display=")" +
+  return R"(<Device vendorID="1DF1" deviceID=")" + deviceId +
+         R"(" subDeviceID="0493" subVendorID="1DF4" bus="1" device="2" function="3" display=")" +
          name + R"("><Application componentType="DRVR" version="1.0" display=")" + name +
          R"( Driver"><Package version="2.0"/><SPStatus result=")" +
          (status == 0 ? "true" : "false") + "\">" + messageElement(status) +
@@ -43,7 +43,7 @@ std::string finding(const std::string& type) {
 std::string infWith(const std::vector<std::string>& deviceIds) {
   std::vector<std::string> ids;
   for (const std::string& id : deviceIds)
-    ids.push_back("PCI\\VEN_8086&DEV_" + id + "&SUBSYS_04931028");
+    ids.push_back("PCI\\VEN_1DF1&DEV_" + id + "&SUBSYS_04931DF4");
   return infFile(ids);
 }
 
@@ -120,10 +120,10 @@ TEST(Update, SameDeviceTwice_IsInstalledOnceAndReportedTwice) {
   EXPECT_EQ(readText(package / "out.xml"),
             executionDocument(outcome("1502", 0) + outcome("1E03", 0) + outcome("1502", 0), 1));
   EXPECT_EQ(only(readText(package / "tolvanixhelper64/args.txt"), {"PCI"}),
-            "PCI\\VEN_8086&DEV_1502&SUBSYS_04931028\nPCI\\VEN_8086&DEV_1E03&SUBSYS_04931028\n");
+            "PCI\\VEN_1DF1&DEV_1502&SUBSYS_04931DF4\nPCI\\VEN_1DF1&DEV_1E03&SUBSYS_04931DF4\n");
   EXPECT_NE(trace.find("PerformExecution: Found a device match.\n"
                        "PerformExecution: Duplicate hardware ID found = "
-                       "PCI\\VEN_8086&DEV_1502&SUBSYS_04931028\n"
+                       "PCI\\VEN_1DF1&DEV_1502&SUBSYS_04931DF4\n"
                        "PerformExecution: deviceStatus = -2\n"
                        "PerformExecution: mappedDeviceStatus = 0\n"
                        "UpdateValidatedDevices: reboot = 1\n"),

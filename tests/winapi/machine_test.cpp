@@ -61,8 +61,8 @@ TEST(PciIds, Name_IsOfTheDeviceElseOfItsClass) {
   // Not sorted, as a list that somebody added to.
   const std::string list =
       "# comment\n\n1de9  Late vendor\n\t0001  Late device\n1de4  Vendor\n\t0009  Ninth\n"
-      "\t0001  First\n# 1de5  note\n\t0002  Second\n\t\t1028 00ab  Board of second\n# note\n"
-      "\t\t1028 00ac  Other board\n\t0004  \n\t00\n"
+      "\t0001  First\n# 1de5  note\n\t0002  Second\n\t\t1df4 00ab  Board of second\n# note\n"
+      "\t\t1df4 00ac  Other board\n\t0004  \n\t00\n"
       "C 04  Media\n\t03  Audio\n\t\t01  Interface\n\t00  \nC 02  Network\n\t00  Ethernet\n"
       "S 05  Of another kind\n\t0003  No device\n\t06  No class\n"
       "1df0  After the classes\n\t0009  Unended";
@@ -96,22 +96,22 @@ TEST(SysfsMachine, HardwareIds_HaveTheRevisionThatTheTreeHas) {
     const char* first;  // ID, of those without a revision that all have
   };
   const Row rows[] = {
-      {"0x0c\n", config, "PCI\\VEN_1DE4&DEV_0007&SUBSYS_00AB1028&REV_0C|"},
-      {nullptr, config, "PCI\\VEN_1DE4&DEV_0007&SUBSYS_00AB1028&REV_A3|"},
-      {"?\n", config.substr(0, 9), "PCI\\VEN_1DE4&DEV_0007&SUBSYS_00AB1028&REV_A3|"},
+      {"0x0c\n", config, "PCI\\VEN_1DE4&DEV_0007&SUBSYS_00AB1DF4&REV_0C|"},
+      {nullptr, config, "PCI\\VEN_1DE4&DEV_0007&SUBSYS_00AB1DF4&REV_A3|"},
+      {"?\n", config.substr(0, 9), "PCI\\VEN_1DE4&DEV_0007&SUBSYS_00AB1DF4&REV_A3|"},
       {nullptr, config.substr(0, 8), ""},
       {nullptr, "", ""},
   };
   for (const Row& row : rows) {
     const TempDir tree;
     const auto folder = tree.path() / "bus/pci/devices/0000:00:01.0";
-    writeFile(folder / "uevent", "PCI_CLASS=28000\nPCI_ID=1DE4:0007\nPCI_SUBSYS_ID=1028:00AB\n");
+    writeFile(folder / "uevent", "PCI_CLASS=28000\nPCI_ID=1DE4:0007\nPCI_SUBSYS_ID=1DF4:00AB\n");
     if (row.revision != nullptr) writeFile(folder / "revision", row.revision);
     if (!row.config.empty()) writeFile(folder / "config", row.config);
     std::string ids = winapi::loadMachine(tree.path())->deviceProperty(0, SPDRP_HARDWAREID)->data;
     std::replace(ids.begin(), ids.end(), '\0', '|');
     EXPECT_EQ(ids, std::string(row.first) +
-                       "PCI\\VEN_1DE4&DEV_0007&SUBSYS_00AB1028|"
+                       "PCI\\VEN_1DE4&DEV_0007&SUBSYS_00AB1DF4|"
                        "PCI\\VEN_1DE4&DEV_0007&CC_028000|"
                        "PCI\\VEN_1DE4&DEV_0007&CC_0280||");
   }

@@ -37,9 +37,9 @@ class DeviceSet : public testing::Test {
 };
 
 TEST_F(DeviceSet, Property_TellsItsSizeAndTypeAndNeedsAllOfItsRoom) {
-  find("PCI\\VEN_8086&DEV_1502&SUBSYS_04931028&REV_04");
+  find("PCI\\VEN_1DF1&DEV_1502&SUBSYS_04931DF4&REV_04");
   const std::string ids(
-      "PCI\\VEN_8086&DEV_1502&SUBSYS_04931028&REV_04\0PCI\\VEN_8086&DEV_1502&SUBSYS_04931028\0",
+      "PCI\\VEN_1DF1&DEV_1502&SUBSYS_04931DF4&REV_04\0PCI\\VEN_1DF1&DEV_1502&SUBSYS_04931DF4\0",
       83);
   EXPECT_FALSE(property(SPDRP_HARDWAREID, nullptr, 0));
   EXPECT_EQ(GetLastError(), ERROR_INSUFFICIENT_BUFFER);
@@ -51,7 +51,7 @@ TEST_F(DeviceSet, Property_TellsItsSizeAndTypeAndNeedsAllOfItsRoom) {
   EXPECT_EQ(buffer, std::string(size, '#')) << "one byte short leaves the buffer alone";
   EXPECT_TRUE(property(SPDRP_HARDWAREID, buffer.data(), size));
   EXPECT_EQ(buffer, ids + '\0');
-  find("PCI\\VEN_8086&DEV_1E3A&SUBSYS_04931028&REV_04");
+  find("PCI\\VEN_1DF1&DEV_1E3A&SUBSYS_04931DF4&REV_04");
   EXPECT_FALSE(property(SPDRP_FRIENDLYNAME, buffer.data(), 10)) << "it has none";
   EXPECT_EQ(GetLastError(), ERROR_INVALID_DATA);
 }

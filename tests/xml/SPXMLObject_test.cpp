@@ -31,8 +31,8 @@ TEST(SPXMLObject, FindStartTag_PassesOverLongerNames) {
   const auto tag = [](const char16_t* text, std::int32_t from) {
     return SPXMLObject::findStartTag(wide(text), wide(u"Device"), from);
   };
-  const char16_t* const nested = uR"(<Devices><Device vendorID="8086"/></Devices>)";
-  EXPECT_TRUE(tag(nested, 0) == wide(uR"(<Device vendorID="8086"/>)"));
+  const char16_t* const nested = uR"(<Devices><Device vendorID="1DE4"/></Devices>)";
+  EXPECT_TRUE(tag(nested, 0) == wide(uR"(<Device vendorID="1DE4"/>)"));
   EXPECT_TRUE(tag(nested, 10).empty());
   EXPECT_TRUE(tag(nested, 1000).empty());
   EXPECT_TRUE(tag(u"<Devices></Devices>", 0).empty());
@@ -76,7 +76,7 @@ TEST(SPXMLObject, GetElements_ListsAllUpToTheFirstUnclosed) {
 }
 
 TEST(SPXMLObject, Attributes_AreTakenWhereTheirNameFirstOccurs) {
-  const char16_t* const device = uR"(<D vendorID="8086" deviceID="1502" device="25">a</D>)";
+  const char16_t* const device = uR"(<D vendorID="1350" deviceID="1502" device="25">a</D>)";
   const struct {
     const char16_t* text;
     const char16_t* attribute;
@@ -84,7 +84,7 @@ TEST(SPXMLObject, Attributes_AreTakenWhereTheirNameFirstOccurs) {
     int number;
   } rows[] = {
       {device, u"device", u"1502", 1502},
-      {device, u"vendorID", u"8086", 8086},
+      {device, u"vendorID", u"1350", 1350},
       {uR"(<D v="a&amp;/b"/>)", u"v", u"a&amp;/b", 0},
       {uR"(<D a="v" b="2"/>)", u"v", u"", 0},
       {uR"(<D><P v="2"/></D>)", u"v", u"2", 2},
