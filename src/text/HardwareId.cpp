@@ -1,12 +1,23 @@
 #include "text/HardwareId.h"
 
-#include "text/Format.h"
+#include "text/Hex.h"
 
 namespace tolvanix {
 
+std::string pciModelId(std::uint32_t vendor, std::uint32_t device) {
+  std::string id = "PCI\\VEN_";
+  appendHex(id, vendor, 4);
+  id += "&DEV_";
+  appendHex(id, device, 4);
+  return id;
+}
+
 std::string pciHardwareId(const PciIdentifiers& identifiers) {
-  return formatText("PCI\\VEN_%04X&DEV_%04X&SUBSYS_%04X%04X", identifiers.vendor,
-                    identifiers.device, identifiers.subDevice, identifiers.subVendor);
+  std::string id = pciModelId(identifiers.vendor, identifiers.device);
+  id += "&SUBSYS_";
+  appendHex(id, identifiers.subDevice, 4);
+  appendHex(id, identifiers.subVendor, 4);
+  return id;
 }
 
 }  // namespace tolvanix

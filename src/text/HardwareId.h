@@ -14,8 +14,10 @@ struct PciIdentifiers {
   std::uint32_t subVendor;
 };
 
-// PCI\VEN_vvvv&DEV_dddd&SUBSYS_ssssnnnn, the subsystem's device before its vendor. A number above
-// FFFF is written with all its digits.
+// PCI\VEN_vvvv&DEV_dddd. A number above FFFF is written with all its digits.
+std::string pciModelId(std::uint32_t vendor, std::uint32_t device);
+
+// The same with &SUBSYS_ssssnnnn, the subsystem's device before its vendor.
 std::string pciHardwareId(const PciIdentifiers& identifiers);
 
 }  // namespace tolvanix

@@ -8,18 +8,18 @@
 #include <string_view>
 
 #include "text/Ascii.h"
+#include "text/Hex.h"
 #include "winapi/posix/base/Failure.h"
-#include "winapi/posix/base/Hex.h"
 #include "winapi/posix/inf/InfFile.h"
 #include "winapi/winapi.h"
 
 namespace {
 
 using tolvanix::equalIgnoringCase;
+using tolvanix::readHex;
 using tolvanix::winapi::fail;
 using tolvanix::winapi::InfFile;
 using tolvanix::winapi::outOfMemory;
-using tolvanix::winapi::readHex;
 
 struct SetupClass {
   const char* name;

@@ -6,19 +6,19 @@
 #include <string>
 #include <string_view>
 
+#include "text/Hex.h"
 #include "winapi/posix/base/Failure.h"
-#include "winapi/posix/base/Hex.h"
 #include "winapi/posix/kernel32.h"
 #include "winapi/posix/machine/PresentedMachine.h"
 #include "winapi/winapi.h"
 
 namespace {
 
+using tolvanix::readHex;
 using tolvanix::winapi::kLanguageKey;
 using tolvanix::winapi::kVersionKey;
 using tolvanix::winapi::outOfMemory;
 using tolvanix::winapi::presentedMachine;
-using tolvanix::winapi::readHex;
 using tolvanix::winapi::RegistryValue;
 using tolvanix::winapi::textIn;
 

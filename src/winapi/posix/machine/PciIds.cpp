@@ -7,7 +7,7 @@
 #include <optional>
 #include <unordered_map>
 
-#include "winapi/posix/base/Hex.h"
+#include "text/Hex.h"
 #include "winapi/posix/base/Report.h"
 
 namespace tolvanix::winapi {
@@ -64,7 +64,7 @@ class ListReader {
   }
 
  private:
-  // "8086  Intel Corporation", "C 02  Network controller", or of a kind that is not for PCI
+  // "1de0  Sample Devices", "C 02  Network controller", or of a kind that is not for PCI
   void startSection(std::string_view line) {
     vendor = idAt(line, 0, 4);
     baseClass = line.starts_with("C ") ? idAt(line, 2, 2) : std::nullopt;

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <utility>
 
-#include "winapi/posix/base/Hex.h"
+#include "text/Hex.h"
 #include "winapi/posix/base/Utf16.h"
 
 namespace tolvanix::winapi {

@@ -6,8 +6,8 @@
 #include <cerrno>
 #include <cstring>
 
+#include "text/Hex.h"
 #include "winapi/posix/base/FileBytes.h"
-#include "winapi/posix/base/Hex.h"
 #include "winapi/posix/base/Report.h"
 
 namespace tolvanix::winapi {

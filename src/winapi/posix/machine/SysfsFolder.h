@@ -19,7 +19,7 @@ class SysfsFolder {
   SysfsFolder(int openFolder, std::string_view pathBelow);
 
   // The text of a file, no more than `buffer` holds; its first line; and that as a number
-  // ("0x8086"). None when there is no such file; one that cannot be read is reported, too. The
+  // ("0x1DE0"). None when there is no such file; one that cannot be read is reported, too. The
   // texts are in `buffer`.
   std::optional<std::string_view> text(const char* file, std::span<char> buffer);
   std::optional<std::string_view> line(const char* file, std::span<char> buffer);

@@ -1,4 +1,4 @@
-// Hexadecimal numbers of fixed formats.
+// Hexadecimal numbers.
 #pragma once
 
 #include <cstddef>
@@ -9,7 +9,7 @@
 
 #include "text/Ascii.h"
 
-namespace tolvanix::winapi {
+namespace tolvanix {
 
 // The whole text as a number of one to eight digits of either case; none for any other text.
 constexpr std::optional<std::uint32_t> readHex(std::string_view digits) {
@@ -23,11 +23,10 @@ constexpr std::optional<std::uint32_t> readHex(std::string_view digits) {
   return number;
 }
 
-// Appends the lowest `width` upper-case digits of `number`, at most eight.
+// Appends the number in upper case, with zeros before it when it has less than `width` digits.
 inline void appendHex(std::string& text, std::uint32_t number, std::size_t width) {
-  char digits[8];
-  for (std::size_t i = width; i > 0; number >>= 4) digits[--i] = "0123456789ABCDEF"[number & 0xF];
-  text.append(digits, width);
+  while (width < 8 && number >> (4 * width) != 0) ++width;
+  for (; width > 0; --width) text += "0123456789ABCDEF"[number >> (4 * (width - 1)) & 0xF];
 }
 
-}  // namespace tolvanix::winapi
+}  // namespace tolvanix
