@@ -2,6 +2,10 @@
 // a name.
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <string>
+#include <thread>
+
 #include "support/Files.h"
 #include "winapi/winapi.h"
 
@@ -22,6 +26,19 @@ TEST(Profile, NameOfNoFile_GivesNoNamesAndTheDefault) {
   }
   EXPECT_EQ(GetPrivateProfileStringA("A", "k", "default", text, sizeof text, ".\\test.ini"), 1U);
   EXPECT_EQ(GetLastError(), ERROR_SUCCESS);
+}
+
+TEST(Profile, FileThatIsWrittenAgain_IsReadAgain) {
+  const CurrentTempDir folder;
+  for (int i = 0; i < 100; ++i) {
+    const std::string value = std::to_string(i % 10);
+    writeFile(folder / "test.ini", "[A]\nk=" + value + "\n");
+    // Some are read in the tick of the clock in which they were written, and some are not.
+    if (i % 20 == 0) std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    char text[16];
+    GetPrivateProfileStringA("A", "k", "", text, sizeof text, ".\\test.ini");
+    ASSERT_EQ(text, value) << i;
+  }
 }
 
 }  // namespace

@@ -1,12 +1,17 @@
 #include <strings.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <cstring>
+#include <ctime>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <tuple>
 
 #include "winapi/posix/base/Failure.h"
+#include "winapi/posix/base/Paths.h"
 #include "winapi/posix/base/ProfileText.h"
 #include "winapi/posix/base/TextFile.h"
 #include "winapi/winapi.h"
@@ -14,11 +19,40 @@
 namespace {
 
 using tolvanix::winapi::outOfMemory;
+using tolvanix::winapi::ProfileText;
 
-// A name without a folder means a file of the system's own folder, and this system has none.
-DWORD readProfile(const char* fileName, std::string& text) {
-  if (fileName == nullptr || std::strpbrk(fileName, "\\/") == nullptr) return ERROR_FILE_NOT_FOUND;
-  return tolvanix::winapi::readTextFile(fileName, text, tolvanix::winapi::BigEndian::kRead);
+// The profile that was read last is kept: programs ask for one value after another, and a file of
+// 8,000 sections that is read for each takes seconds.
+struct KeptProfile {
+  dev_t device;
+  ino_t file;
+  timespec seen;  // by the clock that stamps files, before it was read
+  ProfileText profile;
+
+  // Written in the same tick of that clock counts as written since.
+  bool isCurrent(const struct stat& now) const {
+    return now.st_dev == device && now.st_ino == file &&
+           std::tie(now.st_ctim.tv_sec, now.st_ctim.tv_nsec) < std::tie(seen.tv_sec, seen.tv_nsec);
+  }
+};
+std::unique_ptr<KeptProfile> kept;
+
+// The profile of that name; null, with the error, when it cannot be read. A name without a folder
+// means a file of the system's own folder, and this system has none.
+const ProfileText* readProfile(const char* fileName, DWORD& error) {
+  error = ERROR_FILE_NOT_FOUND;
+  if (fileName == nullptr || std::strpbrk(fileName, "\\/") == nullptr) return nullptr;
+  timespec now{};
+  clock_gettime(CLOCK_REALTIME_COARSE, &now);
+  struct stat status {};
+  const bool exists = stat(tolvanix::winapi::toNativePath(fileName).c_str(), &status) == 0;
+  error = ERROR_SUCCESS;
+  if (exists && kept != nullptr && kept->isCurrent(status)) return &kept->profile;
+  std::string text;
+  error = tolvanix::winapi::readTextFile(fileName, text, tolvanix::winapi::BigEndian::kRead);
+  if (error != ERROR_SUCCESS) return nullptr;
+  kept.reset(new KeptProfile{status.st_dev, status.st_ino, now, ProfileText(std::move(text))});
+  return &kept->profile;
 }
 
 }  // namespace
@@ -28,10 +62,9 @@ DWORD GetPrivateProfileSectionNamesA(char* buffer, DWORD size, const char* fileN
     SetLastError(ERROR_INVALID_PARAMETER);
     return 0;
   }
-  std::string text;
-  const DWORD error = readProfile(fileName, text);
-  const std::string names =
-      error == ERROR_SUCCESS ? tolvanix::winapi::profileSectionNames(text) : std::string();
+  DWORD error = ERROR_SUCCESS;
+  const ProfileText* const profile = readProfile(fileName, error);
+  const std::string names = profile != nullptr ? profile->sectionNames() : std::string();
   const bool fits = names.size() < size;
   const std::size_t length = fits ? names.size() : size - 2;
   char* const end = std::copy_n(names.data(), length, buffer);
@@ -49,11 +82,11 @@ DWORD GetPrivateProfileStringA(const char* section, const char* key, const char*
     SetLastError(ERROR_INVALID_PARAMETER);
     return 0;
   }
-  std::string text;
-  DWORD error = readProfile(fileName, text);
+  DWORD error = ERROR_SUCCESS;
+  const ProfileText* const profile = readProfile(fileName, error);
   std::optional<std::string_view> value;
-  if (error == ERROR_SUCCESS) {
-    value = tolvanix::winapi::profileValue(text, section, key);
+  if (profile != nullptr) {
+    value = profile->value(section, key);
     if (value) value = value->substr(0, value->find('\0'));
     if (!value) error = ERROR_FILE_NOT_FOUND;
   }

@@ -1,6 +1,7 @@
 #include "winapi/posix/base/ProfileText.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "text/Ascii.h"
 
@@ -41,26 +42,31 @@ std::string_view withoutQuotes(std::string_view value) {
 
 }  // namespace
 
-std::string profileSectionNames(std::string_view text) {
-  std::string names;
-  while (const auto line = nextLine(text)) {
+ProfileText::ProfileText(std::string fileText) : text(std::move(fileText)) {
+  std::string_view rest = text;
+  while (const auto line = nextLine(rest)) {
     const std::string_view name = sectionName(*line);
-    if (!name.empty()) names.append(name).push_back('\0');
+    if (name.empty()) continue;
+    firstOfName.try_emplace(toLower(name), sections.size());
+    sections.push_back({name, rest});
   }
+}
+
+std::string ProfileText::sectionNames() const {
+  std::string names;
+  for (const Section& section : sections) names.append(section.name).push_back('\0');
   return names;
 }
 
-std::optional<std::string_view> profileValue(std::string_view text, std::string_view section,
-                                             std::string_view key) {
-  bool inside = false;
-  while (const auto line = nextLine(text)) {
-    if (const std::string_view name = sectionName(*line); !name.empty()) {
-      if (inside) return std::nullopt;
-      inside = equalIgnoringCase(name, section);
-      continue;
-    }
+std::optional<std::string_view> ProfileText::value(std::string_view section,
+                                                   std::string_view key) const {
+  const auto found = firstOfName.find(toLower(section));
+  if (found == firstOfName.end()) return std::nullopt;
+  std::string_view rest = sections[found->second].rest;
+  while (const auto line = nextLine(rest)) {
+    if (!sectionName(*line).empty()) break;
     const std::size_t equals = line->find('=');
-    if (!inside || line->starts_with(';') || equals == std::string_view::npos) continue;
+    if (line->starts_with(';') || equals == std::string_view::npos) continue;
     if (equalIgnoringCase(trim(line->substr(0, equals)), key)) {
       return withoutQuotes(trim(line->substr(equals + 1)));
     }
