@@ -18,6 +18,7 @@ struct Options {
   unsigned utf16Percent = 0;
   unsigned devices = 340;
   std::string lastId;  // listed by the last model line of the last file
+  std::string vendor = "1DE1";
 };
 
 [[gnu::format(printf, 2, 3)]] void append(std::string& text, const char* format, ...) {
@@ -29,10 +30,10 @@ struct Options {
   text += line;
 }
 
-std::string modelId(unsigned file, unsigned device) {
+std::string modelId(unsigned file, unsigned device, const std::string& vendor) {
   // Every fourth line names the device alone, the others a computer maker's variant of it.
   std::string id;
-  append(id, "PCI\\VEN_1DE1&DEV_%04X", (file * 7 + device / 4) & 0xFFFFU);
+  append(id, "PCI\\VEN_%s&DEV_%04X", vendor.c_str(), (file * 7 + device / 4) & 0xFFFFU);
   if (device % 4 != 0) append(id, "&SUBSYS_%04X%04X", device * 31 & 0xFFFFU, 0x1DE5 + device % 5);
   return id;
 }
@@ -53,8 +54,8 @@ std::string infText(unsigned file, const Options& options) {
       const bool last = file + 1 == options.files && device + 1 == options.devices &&
                         decoration == kDecorations[2];
       const std::string id =
-          last && !options.lastId.empty() ? options.lastId : modelId(file, device);
-      append(text, "%%E%04XNC.DeviceDesc%% = E%04X.%u, %s\r\n", device, device / 16, file % 4,
+          last && !options.lastId.empty() ? options.lastId : modelId(file, device, options.vendor);
+      append(text, "%%Card%04X.DeviceDesc%% = E%04X.%u, %s\r\n", device, device / 16, file % 4,
              id.c_str());
     }
   }
@@ -63,7 +64,7 @@ std::string infText(unsigned file, const Options& options) {
            "\r\n[E%04X.%u]\r\nCharacteristics = 0x84 ; physical, with a user interface\r\n"
            "BusType         = 5\r\nAddReg          = Default.Reg, Speed.Reg, Power.Reg\r\n"
            "CopyFiles       = Driver.CopyFiles\r\n\r\n[E%04X.%u.Services]\r\n"
-           "AddService = e1iexpress, 2, e1iexpress.Service, e1iexpress.EventLog\r\n",
+           "AddService = CardDriver, 2, CardDriver.Service, CardDriver.EventLog\r\n",
            section, file % 4, section, file % 4);
   }
   text +=
@@ -71,7 +72,7 @@ std::string infText(unsigned file, const Options& options) {
       "HKR, Ndi\\Interfaces, LowerRange, 0, \"ethernet\"\r\n\r\n[Strings]\r\n"
       "Maker = \"Maker of Adapters\"\r\n";
   for (unsigned device = 0; device < options.devices; ++device) {
-    append(text, "E%04XNC.DeviceDesc = \"Gigabit Network Connection %u\"\r\n", device, device);
+    append(text, "Card%04X.DeviceDesc = \"Network card %u\"\r\n", device, device);
   }
   return text;
 }
@@ -100,8 +101,9 @@ bool writeFiles(const Options& options) {
 
 int main(int argc, char* argv[]) {
   const std::vector<std::string> arguments(argv + 1, argv + argc);
-  if (arguments.size() < 2 || arguments.size() > 5) {
-    std::cerr << "usage: generate_inf_files FOLDER FILES [LAST-ID [UTF16-PERCENT [DEVICES]]]\n";
+  if (arguments.size() < 2 || arguments.size() > 6) {
+    std::cerr << "usage: generate_inf_files FOLDER FILES "
+                 "[LAST-ID [UTF16-PERCENT [DEVICES [VENDOR]]]]\n";
     return 2;
   }
   const auto number = [&](std::size_t index, unsigned otherwise) {
@@ -114,6 +116,7 @@ int main(int argc, char* argv[]) {
   if (arguments.size() > 2) options.lastId = arguments[2];
   options.utf16Percent = number(3, options.utf16Percent);
   options.devices = number(4, options.devices);
+  if (arguments.size() > 5) options.vendor = arguments[5];
   if (writeFiles(options)) return 0;
   std::cerr << "cannot write to " << options.folder << '\n';
   return 1;

@@ -20,7 +20,7 @@ typedef char16_t KivChar;
  *   inventory  the computer's SVMInventory document, with its OperatingSystem element; narrow text
  *              in it is one unit for each byte, too.
  *   reserved1, reserved2  always null.
- * Answers the validation document: a root element whose Device elements are the devices to update
+ * Returns the validation document: a root element whose Device elements are the devices to update
  * and whose Validation elements are the findings; a finding of the type "qualification" or "hard"
  * refuses the update. The library owns the text, which stays valid until it is given back. Null:
  * no document, and the update ends with an error. */

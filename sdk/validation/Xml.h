@@ -21,7 +21,7 @@ struct XmlElement {
 };
 
 // The root element of a document; none when its tags do not nest, an attribute has no quotes, or
-// elements stand more than 64 deep. Text, comments and declarations are passed over; of the
+// elements are nested more than 64 deep. Text, comments and declarations are passed over; of the
 // entities the five of XML itself are known, others stay as they are.
 std::optional<XmlElement> parseXml(std::u16string_view text);
 

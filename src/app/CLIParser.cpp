@@ -15,7 +15,7 @@ namespace {
 bool canRead(const char* fileName, const char* mode) {
   const StdioFile file(std::fopen(fileName, mode));
   if (!file) return false;
-  // Some systems open folders; the first read then fails.
+  // Linux opens folders; the first read then fails.
   std::fgetc(file.get());
   return std::ferror(file.get()) == 0;
 }

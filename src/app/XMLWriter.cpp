@@ -13,7 +13,7 @@ namespace tolvanix {
 
 namespace {
 
-// Past the C runtime, which on one of the platforms would change line ends, and keep the fragment
+// Past the C runtime, which on Windows would change line ends, and keep the fragment
 // back; what it keeps already comes before.
 void writeToStandardOutput(std::string_view text) {
   std::fflush(stdout);

@@ -16,7 +16,7 @@ class XMLWriter {
   enum class OpenMode { kTruncate, kAppend };
 
   // What one `Device` element of the execution document holds. Texts are UTF-8 and valid XML
-  // character data already: they are written as they stand.
+  // character data already: they are written as they are.
   struct DeviceResult {
     std::uint32_t vendorID;
     std::uint32_t deviceID;

@@ -43,7 +43,7 @@ DWORD CInf::Open(std::string_view fileName, int flag) try {
 }
 
 DWORD CInf::readClass() {
-  // Some systems leave an output that they have nothing for as it was, and an error too.
+  // Wine leaves an output that it has nothing for as it was, and the last error too.
   char name[kClassNameSize] = "";
   classGuid = GUID{};
   SetLastError(ERROR_SUCCESS);

@@ -37,7 +37,7 @@ class CInf {
   CInf& operator=(const CInf&) = delete;
   virtual ~CInf() = default;
 
-  // Once for an object. The name may stand in double quotes. With flag 0 a name without a backslash
+  // Once for an object. The name may be in double quotes. With flag 0 a name without a backslash
   // is one of the current directory. 0 or the platform's error code; one is given too for a file
   // that names no class, and when there is not enough memory.
   DWORD Open(std::string_view fileName, int flag);

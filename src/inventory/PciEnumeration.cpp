@@ -27,7 +27,7 @@ struct DeviceList {
 
   DeviceRecord* first = nullptr;
   DeviceRecord* last = nullptr;
-  std::unordered_set<std::u16string> identities;  // the seven numbers that tell devices apart
+  std::unordered_set<std::u16string> identities;  // the seven numbers by which devices differ
 };
 
 // Appends the record unless the list has an equal one; then the record is freed.

@@ -9,7 +9,7 @@ namespace tolvanix {
 
 class SPOSInfo {
  public:
-  // Measures the system; throws SPException 0 when it does not tell its version.
+  // Measures the system; throws SPException 0 when it does not give its version.
   SPOSInfo();
   SPOSInfo(const SPOSInfo&) = default;
   SPOSInfo& operator=(const SPOSInfo&) = default;
@@ -29,7 +29,7 @@ class SPOSInfo {
   void measureVersion();
 };
 
-// The minor version of a system that reports 6.2, which later systems do for compatibility.
+// The minor version of a Windows that reports 6.2, which later versions do for compatibility.
 // `verify(minor)` asks the system whether it is 6.minor: 0 for yes, otherwise the error code.
 std::uint32_t minorVersionOfReported62(std::uint32_t (*verify)(std::uint32_t minor));
 

@@ -16,11 +16,11 @@ bool isXmlCharacter(char32_t c) {
 
 struct Character {
   char32_t value;
-  std::size_t units;  // how many units of the text spell it
+  std::size_t units;  // how many units of the text it takes
 };
 
-// The character that units 0x80 to 0xFF at the start of `text` spell as UTF-8 bytes; units 0 when
-// they spell none. Overlong forms and surrogates are no UTF-8 (RFC 3629).
+// The character that units 0x80 to 0xFF at the start of `text` are as UTF-8 bytes; units 0 when
+// they are none. Overlong forms and surrogates are no UTF-8 (RFC 3629).
 Character utf8Sequence(std::u16string_view text) {
   const char16_t lead = text[0];
   const std::size_t length = lead >= 0xC2 && lead <= 0xDF   ? 2

@@ -13,7 +13,7 @@ std::u16string widen(std::string_view text);
 // Unit for byte: a unit up to 0xFF becomes that byte, a unit above becomes '?'.
 std::string narrow(std::u16string_view text);
 
-// The text as UTF-8 that an XML 1.0 document may hold. Units that spell a valid UTF-8 sequence (as
+// The text as UTF-8 that an XML 1.0 document may hold. Units that are a valid UTF-8 sequence (as
 // `widen` makes them of UTF-8 text) go out as those bytes; every other unit or surrogate pair as
 // the UTF-8 of its character; a lone surrogate, or a character that XML does not allow
 // (https://www.w3.org/TR/xml/#charsets), as U+FFFD.

@@ -1,4 +1,4 @@
-// Characters as UTF-8 and UTF-16 spell them (RFC 3629, RFC 2781).
+// Characters in UTF-8 and UTF-16 (RFC 3629, RFC 2781).
 #pragma once
 
 #include <string>

@@ -28,7 +28,7 @@ std::unique_ptr<HwIDList> createHwIDList() {
   return list;
 }
 
-// An identifier that the element does not tell counts as FFFFFFFF.
+// An identifier that the element does not give counts as FFFFFFFF.
 unsigned identifier(std::int32_t number) {
   return static_cast<unsigned>(number);
 }

@@ -64,7 +64,7 @@ struct FindKind {
   static type invalid() { return INVALID_HANDLE_VALUE; }
   static void close(type handle) { FindClose(handle); }
 };
-// Processes, threads and pipe ends: calls answer null or nothing when they fail.
+// Processes, threads and pipe ends: calls return null or nothing when they fail.
 struct KernelObjectKind {
   using type = HANDLE;
   static type invalid() { return nullptr; }

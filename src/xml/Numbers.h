@@ -1,4 +1,4 @@
-// Numbers as documents spell them, read as the C library's scan formats do, within 32 bits.
+// Numbers as documents have them, read as the C library's scan formats do, within 32 bits.
 #pragma once
 
 #include <cstdint>

@@ -54,7 +54,7 @@ constexpr SystemText kSystemTexts[] = {
 constexpr LANGID kUserDefault = MAKELANGID(LANG_NEUTRAL, SUBLANG_DEFAULT);
 constexpr LANGID kEnglish = MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US);
 
-// The two lookups answer null with the last error set when there is no text.
+// The two lookups return null with the last error set when there is no text.
 const char* systemText(DWORD code, DWORD language) {
   const auto* const found =
       std::find_if(std::begin(kSystemTexts), std::end(kSystemTexts),

@@ -58,7 +58,7 @@ const InfLine* lineOf(InfFile* file, const INFCONTEXT& context) {
   return line;
 }
 
-BOOL answer(HINF inf, std::optional<InfPosition> position, INFCONTEXT* context) {
+BOOL giveOut(HINF inf, std::optional<InfPosition> position, INFCONTEXT* context) {
   if (!position) return fail(ERROR_LINE_NOT_FOUND);
   *context = {inf, inf, position->section, position->line};
   return TRUE;
@@ -66,9 +66,9 @@ BOOL answer(HINF inf, std::optional<InfPosition> position, INFCONTEXT* context) 
 
 BOOL copyField(InfFile& file, std::string_view field, char* buffer, DWORD size,
                DWORD* requiredSize) {
-  // Nobody learns the values of the names in it: a line is asked for its key in this way.
-  const bool hopeless = buffer != nullptr && size <= 1 && requiredSize == nullptr;
-  if (hopeless && !field.empty()) return fail(ERROR_INSUFFICIENT_BUFFER);
+  // A line is asked in this way whether it has the field: no name in it needs to be replaced.
+  const bool noRoom = buffer != nullptr && size <= 1 && requiredSize == nullptr;
+  if (noRoom && !field.empty()) return fail(ERROR_INSUFFICIENT_BUFFER);
   const std::string_view text = file.expand(field);
   if (requiredSize != nullptr) *requiredSize = static_cast<DWORD>(text.size() + 1);
   if (buffer == nullptr) return TRUE;
@@ -107,7 +107,7 @@ BOOL SetupFindFirstLineA(HINF inf, const char* section, const char* key, INFCONT
   if (section == nullptr || key != nullptr || context == nullptr) {
     return fail(ERROR_INVALID_PARAMETER);
   }
-  return answer(inf, file->firstLine(section), context);
+  return giveOut(inf, file->firstLine(section), context);
 } catch (const std::bad_alloc&) {
   return outOfMemory(FALSE);
 }
@@ -115,7 +115,7 @@ BOOL SetupFindFirstLineA(HINF inf, const char* section, const char* key, INFCONT
 BOOL SetupFindNextLine(INFCONTEXT* contextIn, INFCONTEXT* contextOut) try {
   InfFile* const file = fromHandle(contextIn->Inf);
   if (lineOf(file, *contextIn) == nullptr) return FALSE;
-  return answer(contextIn->Inf, file->nextLine({contextIn->Section, contextIn->Line}), contextOut);
+  return giveOut(contextIn->Inf, file->nextLine({contextIn->Section, contextIn->Line}), contextOut);
 } catch (const std::bad_alloc&) {
   return outOfMemory(FALSE);
 }

@@ -21,7 +21,7 @@ std::uint32_t deviceKey(std::uint32_t vendor, std::uint32_t device) {
   return vendor << 16 | device;
 }
 
-// The number that `digits` digits at `at` spell; none when other characters are there.
+// The number that `digits` digits at `at` are; none when other characters are there.
 std::optional<std::uint32_t> idAt(std::string_view line, std::size_t at, std::size_t digits) {
   return line.size() >= at + digits ? readHex(line.substr(at, digits)) : std::nullopt;
 }

@@ -135,11 +135,11 @@ class Reader {
       if (added) key->order = ++keysMet;
     }
     position += close + 1;
-    endLine("there is text behind the key");
+    endLine("there is text after the key");
   }
 
   void readValue() {
-    if (!inKey) fail("this value stands before the first key");
+    if (!inKey) fail("this value is before the first key");
     const std::string name = takeWord("@") ? std::string() : toLower(readString());
     skipBlanks();
     if (!takeWord("=")) fail("the value's name is not followed by an equals sign");
@@ -150,7 +150,7 @@ class Reader {
       RegistryValue value = readData();
       if (key != nullptr) key->values.insert_or_assign(name, std::move(value));
     }
-    endLine("there is text behind the value");
+    endLine("there is text after the value");
   }
 
   RegistryValue readData() {
