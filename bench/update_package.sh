@@ -55,10 +55,9 @@ package whole 20 20 20 own
 awk 'BEGIN {
   printf "Windows Registry Editor Version 5.00\n"
   for (i = 0; i < 50; ++i) {
-    id = sprintf("PCI\\VEN_1DE4&DEV_%04X&SUBSYS_00011DE4", i)
-    printf "\n[HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Enum\\%s\\0]\n", id
-    gsub(/\\/, "\\\\", id)
-    printf "\"HardwareID\"=\"%s\"\n\"DeviceDesc\"=\"Card\"\n", id
+    model = sprintf("VEN_1DE4&DEV_%04X&SUBSYS_00011DE4", i)
+    printf "\n[HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Enum\\PCI\\%s\\0]\n", model
+    printf "\"HardwareID\"=\"PCI\\\\%s\"\n\"DeviceDesc\"=\"Card\"\n", model
   }
 }' >"$work/computer.reg"
 export TOLVANIX_MACHINE="$work/computer.reg"

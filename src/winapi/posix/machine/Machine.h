@@ -1,4 +1,4 @@
-// The computer that this stand-in platform presents: its devices and what the program reads of its
+// The computer that the layer presents: its devices and what the program reads of its
 // registry.
 #pragma once
 
