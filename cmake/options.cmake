@@ -25,6 +25,7 @@ elseif(TOLVANIX_FUZZ)
 elseif(CMAKE_SYSTEM_NAME STREQUAL "Windows")
   # No time stamp in the image: two builds of one commit give the same bytes.
   add_link_options(-Wl,--no-insert-timestamp)
+  add_link_options(-fstack-protector-strong)  # what it calls; cmake/hardening.cmake asks for it
 else()
   # A command-line tool is started thousands of times: bring the C++ runtime along instead of
   # having the loader find and relocate it at every start.

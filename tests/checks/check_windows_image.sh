@@ -1,6 +1,6 @@
 #!/bin/sh
 # What a Windows computer asks of a file that is delivered:
-# check_executable.sh <file> <version> <libraries that it may import, as in "kernel32|msvcrt">
+# check_windows_image.sh <file> <version> <libraries that it may import, as in "kernel32|msvcrt">
 # A 64-bit console program, or a library (.dll), that needs nothing but those libraries of the
 # system, and carries its version and its manifest.
 set -eu
@@ -21,7 +21,9 @@ expect 'kind of file' "$resources" "FILETYPE 0x$type\$"
 expect 'manifest where the system looks for it' "$resources" "^$manifest 24 "
 expect 'console subsystem' "$headers" '^Subsystem.*Windows CUI'
 expect 'random base address' "$headers" 'DYNAMIC_BASE'
+expect 'random base address of 64 bits' "$headers" 'HIGH_ENTROPY_VA'
 expect 'no execution of data' "$headers" 'NX_COMPAT'
+expect 'stack protector' "$("$tools-nm" "$1")" ' __stack_chk_fail$'
 numbers=$(echo "$2" | sed 's/\./, /g')
 expect 'file version' "$resources" "FILEVERSION $numbers\$"
 expect 'product version' "$resources" "PRODUCTVERSION $numbers\$"
