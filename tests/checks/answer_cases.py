@@ -22,7 +22,7 @@ INF_LINES = {
               "k=\"\"\"\"\nk='a, b',c'd\n'e'='f'",
     "open quotes": 'k = "open, end ; c\nl=a"\nm="\n"n=o, p\nq=r,"',
     "comments": ';x\nk=a;b, c\nl;=a\n m = a ; b\n#n=a\n  ; o\np=";";\nq= ;r\n;;\n/s=t\n//u=v',
-    "blanks": '  k  =  a b  ,  c  \n\tl\t=\ta\t,\tb\t\n\n  \nm=a  b," c "\n n\n\x0cm=\x0ba\x0c,b\x0b\n',
+    "blanks": '  k  =  a b  ,  c  \n\tl\t=\ta\t,\tb\t\n\n  \nm=a b," c "\n\x0cm=\x0ba\x0c,b\x0b\n',
     "names": '%name%=%NAME%,a%other%b,"%with blank%",%quoted%, %commas%',
     "odd names": "k=%none%,100%%,%,%name\nl=%%%name%%%,%name%%name%,% name %,%\"name\"%,%na\n"
                  'm="%name"%,%name;%\n%%=%%',
