@@ -12,12 +12,11 @@ import re
 import sys
 
 LEAST_RUNS = 40
-COMMANDS = {"-i", "-u", "-uhid"}  # and the command lines that are refused, by their exit codes
-REFUSED = {str(status) for status in range(2, 16)}
+# The commands, and the exit codes of the command lines that are refused.
+MUST_RUN = {"-i", "-u", "-uhid"} | {f"exit code {status}" for status in range(2, 16)}
 
-NOT_COMPARED = {
-    "SamplePackage.SecondUpdate_HasNothingToDo": "Wine says it installs, and changes nothing",
-}
+# In which Wine says that it installs, and changes nothing.
+NOT_COMPARED = {"SamplePackage.SecondUpdate_HasNothingToDo"}
 
 # Wine itself has this display adapter, and it enumerates devices by their names, where a registry
 # export has an order of its own.
@@ -53,10 +52,10 @@ def in_order(pattern, text):
 
 
 def comparable(file):
-    data = file.read_bytes()
     # What a validation library was given are UTF-16 units.
     wide = file.suffix == ".bin"
-    text = data.decode("utf-16-le", "surrogatepass") if wide else data.decode("utf-8", "surrogateescape")
+    encoding = ("utf-16-le", "surrogatepass") if wide else ("utf-8", "surrogateescape")
+    text = file.read_bytes().decode(*encoding)
     for pattern, replacement in ALLOWED:
         text = re.sub(pattern, replacement, text)
     return in_order(DEVICE_TRACE, in_order(DEVICE, text))
@@ -68,32 +67,29 @@ def read_runs(folder):
         f"{run.parent.name}/{run.name}": {
             str(f.relative_to(run)): comparable(f) for f in run.rglob("*") if f.is_file()
         }
-        for run in folder.glob("*/*")
+        for run in pathlib.Path(folder).glob("*/*")
         if run.parent.name not in NOT_COMPARED
     }
 
 
 def differences(name, left, right):
-    if left is None or right is None:
-        return [f"{name}: only {'Linux' if right is None else 'Wine'} has it"]
-    lines = difflib.unified_diff(left.splitlines(), right.splitlines(), "Linux", "Wine", n=0)
-    return [f"{name} differs", *(line.rstrip("\n")[:1000] for line in lines)] if left != right else []
+    """Of two runs; of a file that only one of them has all lines differ."""
+    for file in sorted(left.keys() | right.keys()):
+        lines = [side.get(file, "no such file").split("\n") for side in (left, right)]
+        for line in difflib.unified_diff(*lines, "Linux", "Wine", n=0, lineterm=""):
+            yield f"{name}/{file}: {line[:1000]}"
 
 
 def main():
-    linux, wine = (read_runs(pathlib.Path(folder)) for folder in sys.argv[1:])
-    findings = []
-    for run in sorted(linux.keys() | wine.keys()):
-        left, right = linux.get(run, {}), wine.get(run, {})
-        for file in sorted(left.keys() | right.keys()):
-            findings += differences(f"{run}/{file}", left.get(file), right.get(file))
+    linux, wine = map(read_runs, sys.argv[1:])
+    findings = [line for run in sorted(linux.keys() | wine.keys())
+                for line in differences(run, linux.get(run, {}), wine.get(run, {}))]
     paired = [linux[run] for run in linux.keys() & wine.keys()]
     if len(paired) < LEAST_RUNS:
         findings.append(f"only {len(paired)} runs on both platforms")
-    arguments = {argument for run in paired for argument in run["arguments"].splitlines()}
-    statuses = {run["exit code"] for run in paired}
-    if not COMMANDS <= arguments or not REFUSED <= statuses:
-        findings.append(f"never run: {COMMANDS - arguments}, statuses {REFUSED - statuses}")
+    were_run = {argument for run in paired for argument in run["arguments"].splitlines()}
+    were_run |= {f"exit code {run['exit code']}" for run in paired}
+    findings += [f"never run: {missing}" for missing in sorted(MUST_RUN - were_run)]
     print("\n".join(findings))
     files = sum(len(run) for run in paired)
     print(f"{len(paired)} runs with {files} files compared, {len(findings)} lines of findings")

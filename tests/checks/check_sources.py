@@ -1,7 +1,8 @@
-"""Rules for the sources that no compiler checks: check_sources.py <rule> <source folder> [build folder]
+"""Rules for the sources that no compiler checks: check_sources.py <rule> <source folder>
+                                                                  [build folder]
 
-callers    Each function that winapi.h declares for other systems is called by the program, and each of its
-           constants and types is used.
+callers    Each function that winapi.h declares for other systems is called by the program, and each
+           of its constants and types is used.
 layers     Each folder includes what the table in docs/architecture.md says, no more and no less.
 built      Each source and each test is part of the build.
 platform   Platform headers and macros stand only where the platform is dealt with.
@@ -12,87 +13,69 @@ import pathlib
 import re
 import sys
 
-CODE = {".h", ".cpp", ".c"}
+RULE, ROOT, *BUILD = sys.argv[1], *(pathlib.Path(f).resolve() for f in sys.argv[2:])
 
 
-def code_files(root, *folders):
-    return [f for folder in folders for f in sorted((root / folder).rglob("*")) if f.suffix in CODE]
+def sources(*folders):
+    """The text of each file, by its name below the root."""
+    files = [f for folder in folders for f in sorted((ROOT / folder).rglob("*.*"))]
+    code = [f for f in files if f.suffix in {".h", ".cpp", ".c"}]
+    return {str(f.relative_to(ROOT)): f.read_text() for f in code}
 
 
-def without_comments_and_texts(code):
-    code = re.sub(r'"(?:\\.|[^"\\\n])*"|\'(?:\\.|[^\'\\\n])*\'|//[^\n]*', " ", code)
-    return re.sub(r"/\*.*?\*/", " ", code, flags=re.DOTALL)
+def words(code):
+    """Those outside comments and texts."""
+    passed_over = r'"(?:\\.|[^"\\\n])*"|\'(?:\\.|[^\'\\\n])*\'|//[^\n]*|/\*.*?\*/'
+    return re.findall(r"\w+", re.sub(passed_over, " ", code, flags=re.DOTALL))
 
 
-def callers(root):
-    header = root / "src/winapi/winapi.h"
-    declarations = without_comments_and_texts(header.read_text().split("#else", 1)[1])
-    names = re.findall(r"^(?:\[\[\w+\]\] )?(?:\w+[ *]+)+(\w+)\([^;{]*[;{]", declarations, re.MULTILINE)
-    if not names:
-        return ["no function found in winapi.h"]
-    program = " ".join(
-        without_comments_and_texts(f.read_text())
-        for f in code_files(root, "src", "sdk")
-        if f != header and root / "src/winapi/posix" not in f.parents
-    )
-    words = set(re.findall(r"\w+", program))
-    findings = [f"winapi.h declares {name}, which nothing calls" for name in names if name not in words]
-    others = re.findall(r"^(?:inline const|constexpr|using|struct)(?: \w+)*? (\w+)(?: = |\(| \{)", declarations, re.MULTILINE)
-    used = program + declarations + " ".join(f.read_text() for f in code_files(root, "src/winapi/posix"))
-    return findings + [f"winapi.h declares {name}, which nothing uses" for name in others
-                       if len(re.findall(rf"\b{name}\b", used)) < 2]
+def callers():
+    code = sources("src", "sdk")
+    declarations = code.pop("src/winapi/winapi.h").split("#else", 1)[1]
+    functions = re.findall(r"^(?:\[\[\w+\]\] )?(?:\w+[ *]+)+(\w+)\([^;{]*[;{]", declarations, re.M)
+    others = r"^(?:inline const|constexpr|using|struct)(?: \w+)*? (\w+)(?: = |\(| \{)"
+    others = re.findall(others, declarations, re.M)
+    program = "".join(code[name] for name in code if not name.startswith("src/winapi/posix/"))
+    called, used = set(words(program)), words("".join(code.values()) + declarations)
+    unused = {name for name in others if used.count(name) < 2} | set(functions) - called
+    return [f"winapi.h declares {name}, which nothing uses" for name in unused]
 
 
-def layers(root):
-    described = {}
-    for folder, allowed in re.findall(r"^\| `src/([\w/]+)` \|.*\| ([^|]+) \|$", (root / "docs/architecture.md").read_text(), re.MULTILINE):
-        described[folder] = set() if allowed == "nothing of ours" else set(allowed.split(", "))
-    actual = {str(f.parent.relative_to(root / "src")): set() for f in code_files(root, "src")}
-    for file in code_files(root, "src"):
-        folder = str(file.parent.relative_to(root / "src"))
-        included = set(re.findall(r'^#include "(\w[\w/]*)/\w+\.h"', file.read_text(), re.MULTILINE))
-        actual[folder] |= included - {folder}
-    return [f"src/{folder}: includes {sorted(actual.get(folder, {'no files'}))}, described is {sorted(described.get(folder, {'nothing'}))}"
-            for folder in sorted(actual.keys() | described.keys()) if actual.get(folder) != described.get(folder)]
+def layers():
+    table = (ROOT / "docs/architecture.md").read_text()
+    rows = re.findall(r"^\| `src/([\w/]+)` \|.*\| ([^|]+) \|$", table, re.M)
+    described = {folder: set(parts.split(", ")) - {"nothing of ours"} for folder, parts in rows}
+    actual = {}
+    for name, code in sources("src").items():
+        folder = name.removeprefix("src/").rpartition("/")[0]
+        included = set(re.findall(r'^#include "(\w[\w/]*)/\w+\.h"', code, re.M))
+        actual[folder] = actual.get(folder, set()) | included - {folder}
+    return [f"src/{folder}: includes {actual.get(folder)}, described is {described.get(folder)}"
+            for folder in actual.keys() | described if actual.get(folder) != described.get(folder)]
 
 
-def built(root, build):
-    commands = json.loads((build / "compile_commands.json").read_text())
+def built():
+    commands = json.loads((BUILD[0] / "compile_commands.json").read_text())
     compiled = {pathlib.Path(c["directory"], c["file"]).resolve() for c in commands}
-    expected = [f for f in code_files(root, "src") if f.suffix == ".cpp"]
-    expected += sorted((root / "tests").rglob("*_test.cpp"))
-    return [f"{f.relative_to(root)} is not built" for f in expected if f not in compiled]
+    expected = re.compile(r"src/.*\.cpp|tests/.*_test\.cpp")
+    return [f"{name} is not built" for name in sources("src", "tests")
+            if expected.fullmatch(name) and ROOT / name not in compiled]
 
 
-def platform(root):
-    def allowed(file):
-        # What measures the program runs on Linux alone.
-        if {root / "src/winapi", root / "tests/winapi", root / "bench"} & set(file.parents):
-            return True
-        return file.parts[len(root.parts)] != "src" and file.stem.endswith(("_posix", "_windows"))
-
-    # The standard library's own headers are those without a folder and without ".h".
-    include = re.compile(r'^\s*#\s*include\s*<(?![a-z_]+>|(?:gtest|benchmark)/|pugixml\.hpp)([^>]+)>')
-    # The validation library has a C interface.
-    c_headers = {"stddef.h", "stdint.h", "uchar.h"}
-    macro = re.compile(r"\b(_WIN32|_WIN64|WIN32|__MINGW\w*|__linux__|__unix__)\b")
-    findings = []
-    for file in code_files(root, "src", "sdk", "tests", "bench", "fuzz"):
-        if allowed(file):
-            continue
-        for number, line in enumerate(file.read_text(errors="replace").splitlines(), 1):
-            found = include.match(line)
-            if macro.search(line) or (found and found[1] not in c_headers):
-                findings.append(f"{file.relative_to(root)}:{number}: {line.strip()}")
-    return findings
+def platform():
+    # What measures the program runs on Linux alone, and is left out.
+    allowed = re.compile(r"(src|tests)/winapi/|(?!src/).*_(posix|windows)\.\w+$")
+    # The standard library's own headers are those without a folder and without ".h". The validation
+    # library has a C interface.
+    header = r"\s*#\s*include\s*<(?![a-z_]+>|gtest/|(?:stddef|stdint|uchar)\.h>)"
+    macro = r".*\b(?:_WIN32|_WIN64|WIN32|__MINGW\w*|__linux__|__unix__)\b"
+    foreign = re.compile(f"{header}|{macro}")
+    return [f"{name}:{number}: {line}"
+            for name, code in sources("src", "sdk", "tests", "fuzz").items()
+            if not allowed.match(name)
+            for number, line in enumerate(code.splitlines(), 1) if foreign.match(line)]
 
 
-def main():
-    rule, *folders = sys.argv[1:]
-    rules = {"callers": callers, "layers": layers, "built": built, "platform": platform}
-    findings = rules[rule](*(pathlib.Path(f).resolve() for f in folders))
-    print("\n".join(findings))
-    sys.exit(1 if findings else 0)
-
-
-main()
+findings = {"callers": callers, "layers": layers, "built": built, "platform": platform}[RULE]()
+print("\n".join(findings))
+sys.exit(1 if findings else 0)

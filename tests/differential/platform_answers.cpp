@@ -1,6 +1,5 @@
 // Prints what the platform reports about files, so that platforms can be compared
-// (tests/checks/check_answers.py): platform_answers inf|profile|devices FOLDER-OR-FILE
-#include <algorithm>
+// (tests/checks/check_answers.py): platform_answers inf|profile|devices FOLDER
 #include <array>
 #include <bit>
 #include <cstdio>
@@ -21,11 +20,7 @@ void print(std::string_view text, char mark = '|') {
   std::putchar(mark);
   for (const char c : text) {
     const auto byte = static_cast<unsigned char>(c);
-    if (byte < ' ' || c == '|' || c == '\\') {
-      std::printf("\\x%02X", byte);
-    } else {
-      std::putchar(c);
-    }
+    std::printf(byte < ' ' || c == '|' || c == '\\' ? "\\x%02X" : "%c", byte);
   }
 }
 
@@ -70,7 +65,7 @@ void printInf(const char* file) {
       GetLastError() != ERROR_INSUFFICIENT_BUFFER) {
     std::printf("class");
     print(name);
-    for (const unsigned char byte : std::bit_cast<std::array<unsigned char, 16>>(guid)) {
+    for (const auto byte : std::bit_cast<std::array<unsigned char, 16>>(guid)) {
       std::printf(" %02X", byte);
     }
     std::putchar('\n');
@@ -105,44 +100,45 @@ void printProfile(const char* file) {
 
 // A registry value or a property with its type, or the error in place of it.
 void printValue(DWORD error, DWORD type, std::string_view bytes) {
-  std::printf(" %u", static_cast<unsigned>(error == ERROR_SUCCESS ? type : error));
-  error == ERROR_SUCCESS ? print(bytes) : print("", '-');
+  std::printf(error == ERROR_SUCCESS ? " %u" : " error %u",
+              static_cast<unsigned>(error == ERROR_SUCCESS ? type : error));
+  if (error == ERROR_SUCCESS) print(bytes);
 }
 
-void printDriver(const char* driver) {
+void printDriver(const std::string& driver) {
   HKEY opened = nullptr;
-  const std::string path = std::string(R"(SYSTEM\CurrentControlSet\Control\Class\)") + driver;
+  const std::string path = R"(SYSTEM\CurrentControlSet\Control\Class\)" + driver;
   if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, path.c_str(), 0, KEY_QUERY_VALUE, &opened) != 0) return;
   const RegistryKeyOwner key(opened);
   for (const char* const name : {"DriverVersion", "DriverDesc", "ProviderName", "InfPath",
                                  "InfSection", "DriverDate", "DriverDateData", "Number", ""}) {
-    std::string bytes(1000, '\0');
+    char bytes[1000];
     DWORD type = 0;
-    auto size = static_cast<DWORD>(bytes.size());
-    const LSTATUS error = RegQueryValueExA(key.get(), name, nullptr, &type,
-                                           reinterpret_cast<BYTE*>(bytes.data()), &size);
-    printValue(static_cast<DWORD>(error), type, bytes.substr(0, size));
+    DWORD size = sizeof bytes;
+    const LSTATUS error =
+        RegQueryValueExA(key.get(), name, nullptr, &type, reinterpret_cast<BYTE*>(bytes), &size);
+    printValue(static_cast<DWORD>(error), type, {bytes, error == 0 ? size : 0});
   }
 }
 
-void printDevices(const std::string& registryExport) {
-  const test::Computer computer(registryExport);  // off Windows the environment says so
+void printDevices(const std::filesystem::path& registryExport) {
+  const test::Computer computer(registryExport);
   const DeviceSetOwner set(
       SetupDiGetClassDevsA(nullptr, nullptr, nullptr, DIGCF_PRESENT | DIGCF_ALLCLASSES));
   SP_DEVINFO_DATA device{};
   device.cbSize = sizeof device;
   for (DWORD i = 0; SetupDiEnumDeviceInfo(set.get(), i, &device) != FALSE; ++i) {
-    std::string bytes;
+    char bytes[4000];
     for (const DWORD property : {SPDRP_HARDWAREID, SPDRP_FRIENDLYNAME, SPDRP_DEVICEDESC,
                                  SPDRP_LOCATION_INFORMATION, SPDRP_DRIVER}) {
-      bytes.assign(4000, '\0');
+      std::memset(bytes, 0, sizeof bytes);
       DWORD type = 0;
       DWORD size = 0;
       const BOOL done = SetupDiGetDeviceRegistryPropertyA(
-          set.get(), &device, property, &type, reinterpret_cast<BYTE*>(bytes.data()), 4000, &size);
-      printValue(done != FALSE ? ERROR_SUCCESS : GetLastError(), type, bytes.substr(0, size));
+          set.get(), &device, property, &type, reinterpret_cast<BYTE*>(bytes), sizeof bytes, &size);
+      printValue(done != FALSE ? ERROR_SUCCESS : GetLastError(), type, {bytes, size});
     }
-    if (bytes[0] != '\0') printDriver(bytes.c_str());
+    if (*bytes != '\0') printDriver(bytes);
     std::putchar('\n');
   }
 }
@@ -151,19 +147,11 @@ void printDevices(const std::string& registryExport) {
 }  // namespace tolvanix
 
 int main(int argc, char** argv) {
-  namespace fs = std::filesystem;
   if (argc != 3) return 1;
   const std::string kind = argv[1];
-  std::vector<std::string> files;
-  if (fs::is_directory(argv[2])) {
-    for (const auto& entry : fs::directory_iterator(argv[2]))
-      files.push_back(entry.path().string());
-  } else {
-    files.emplace_back(argv[2]);
-  }
-  std::sort(files.begin(), files.end());
-  for (const std::string& file : files) {
-    std::printf("== %s\n", fs::path(file).filename().string().c_str());
+  for (const auto& entry : std::filesystem::directory_iterator(argv[2])) {
+    const std::string file = entry.path().string();
+    std::printf("== %s\n", entry.path().filename().string().c_str());
     if (kind == "inf") tolvanix::printInf(file.c_str());
     if (kind == "profile") tolvanix::printProfile(file.c_str());
     if (kind == "devices") tolvanix::printDevices(file);

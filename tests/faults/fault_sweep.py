@@ -4,17 +4,15 @@
 Each run is made again and again, with the first call of a kind failing, with the second, and so
 on up to the last one of an untroubled run: that call alone, or it and all that follow. Whatever
 fails, a run ends with an exit code of its own, its document is whole and says the same, the
-computer's file is the old one or the new one, and no process is left.
+computer's file is the old one or the new one, and no process and no file is left.
 """
 
 import ctypes
 import errno
-import functools
+import itertools
 import multiprocessing
 import os
 import pathlib
-import re
-import resource
 import shutil
 import struct
 import subprocess
@@ -27,95 +25,84 @@ PROGRAM, HELPER, LIBRARY, FAULTS, SCHEMA = (pathlib.Path(a).resolve() for a in s
 
 # ---- The package and the computers; `#` is the number of a device ----
 
-OLD_VERSION, NEW_VERSION = "1.0.0.1", "2.3.4.5"
-DRIVERS = r"HKEY_LOCAL_MACHINE\SYSTEM\CurrentControlSet\Control\Class\{4d36e972-e325-11ce-bfc1-08002be10318}"
-DEVICE = rf"""
-[HKEY_LOCAL_MACHINE\SYSTEM\CurrentControlSet\Enum\PCI\faulty\#]
-"HardwareID"="PCI\\VEN_1DE1&DEV_000#&SUBSYS_00011DE1"
-"DeviceDesc"="@oem1.inf,%device%;Faulty device number #"
-"LocationInformation"="PCI bus #, device 0, function 0"
-"Driver"="{DRIVERS[-38:]}\\000#"
-[{DRIVERS}\000#]
-"DriverVersion"="{OLD_VERSION}"
-"""
-SUPPORTED = f"""<Device vendorID="1DE1" deviceID="000#" subDeviceID="0001" subVendorID="1DE1"
- version="{NEW_VERSION}" minimumVersion="1.0"/>"""
-
 
 def for_both(text):
     return text.replace("#", "1") + text.replace("#", "2")
 
 
-EXPORT = "Windows Registry Editor Version 5.00\n" + for_both(DEVICE)
+CLASS = "{4d36e972-e325-11ce-bfc1-08002be10318}"
+DRIVER = rf"""
+[HKEY_LOCAL_MACHINE\SYSTEM\CurrentControlSet\Control\Class\{CLASS}\000#]
+"DriverVersion"="1.0.0.1"
+"""
+DEVICE = rf"""
+[HKEY_LOCAL_MACHINE\SYSTEM\CurrentControlSet\Enum\PCI\faulty\#]
+"HardwareID"="PCI\\VEN_1DE1&DEV_000#&SUBSYS_00011DE1"
+"DeviceDesc"="@oem1.inf,%device%;Faulty device number #"
+"LocationInformation"="PCI bus #, device 0, function 0"
+"Driver"="{CLASS}\\000#"
+"""
+EXPORT = "Windows Registry Editor Version 5.00\n" + for_both(DEVICE + DRIVER)
+NEW_DRIVER = "\n" + DRIVER.replace("1.0.0.1", "2.3.4.5")
+# The devices that have a new driver, by what the computer's file then contains.
+STATES = {
+    EXPORT + "".join(NEW_DRIVER.replace("#", str(number)) for number in devices): set(devices)
+    for devices in [(), (1,), (2,), (1, 2)]
+}
+SUPPORTED = """<Device vendorID="1DE1" deviceID="000#" subDeviceID="0001" subVendorID="1DE1"
+ version="2.3.4.5" minimumVersion="1.0"/>"""
+UEVENT = "DRIVER=faulty\nPCI_CLASS=20000\nPCI_ID=1DE1:000#\nPCI_SUBSYS_ID=1DE1:0001\n"
+INF_LINE = "Faulty device number #=Install,PCI\\VEN_1DE1&DEV_000#&SUBSYS_00011DE1\n"
 EXPORT_FILE, TREE_FOLDER = "computer/computer.reg", "tree"
+NAMES = {"program": "tolvanix", "helper": "tolvanixhelper64.exe"}
 FILES = {
-    "faulty.inf": f'[Version]\nSignature="$Windows NT$"\nClass=Net\nDriverVer=01/02/2024,{NEW_VERSION}\n'
-    "[Manufacturer]\nMaker=Models\n[Models]\n"
-    + for_both("Faulty device number #=Install,PCI\\VEN_1DE1&DEV_000#&SUBSYS_00011DE1\n"),
-    "package.xml": f'<Package version="{NEW_VERSION}"><Name><Display><![CDATA[Faults]]></Display></Name>'
+    "tolvanix": PROGRAM,
+    "tolvanixhelper64/tolvanixhelper64.exe": HELPER,
+    "kivvalid.dll": LIBRARY,
+    "faulty.inf": '[Version]\nSignature="$Windows NT$"\nClass=Net\nDriverVer=01/02/2024,2.3.4.5\n'
+    "[Manufacturer]\nMaker=Models\n[Models]\n" + for_both(INF_LINE),
+    "package.xml": '<Package version="2.3.4.5"><Name><Display><![CDATA[Faults]]></Display></Name>'
     f"<SupportedDevices>{for_both(SUPPORTED)}</SupportedDevices></Package>",
-    "tree/module/faulty/version": OLD_VERSION,
-    EXPORT_FILE: EXPORT,
-} | {
-    f"tree/bus/pci/devices/0000:0{n}:00.0/uevent": f"DRIVER=faulty\nPCI_CLASS=20000\nPCI_ID=1DE1:000{n}\n"
-    "PCI_SUBSYS_ID=1DE1:0001\n"
-    for n in (1, 2)
+    "tree/module/faulty/version": "1.0.0.1",
+    "tree/bus/pci/devices/0000:01:00.0/uevent": UEVENT.replace("#", "1"),
+    "tree/bus/pci/devices/0000:02:00.0/uevent": UEVENT.replace("#", "2"),
 }
 
 # ---- What is run, and what fails in it ----
 
-# The devices that an untroubled run gives a new driver; the document's file, standard output else.
-Scenario = namedtuple("Scenario", "name machine arguments installed output", defaults=((), None))
-# What fails, and the fewest calls of that kind that a run can do with.
-Fault = namedtuple("Fault", "kind error fewest place")
-Job = namedtuple("Job", "scenario fault first last", defaults=(0, 0))  # the calls that fail; 0: none
-ERRORS = defaultdict(lambda: [errno.EIO]) | {
-    "allocation": [errno.ENOMEM],
-    "chdir": [errno.EACCES],
-    "library": [errno.ENOMEM],
-    "open": [errno.EMFILE],
-    "pipe": [errno.EMFILE],
-    "poll": [errno.EINTR, errno.ENOMEM],
-    "spawn": [errno.EAGAIN],
-    "write": [errno.EIO, errno.ENOSPC],
-    "short_write": [0],  # half of the bytes, which is no failure
-}
-
-
-def faults(place="program", **fewest):
-    return [
-        Fault(kind.removeprefix("short_"), error, number, place)
-        for kind, number in fewest.items()
-        for error in ERRORS[kind]
-    ]
-
-
-IN_HELPER = faults(
-    "helper", allocation=20, read=3, short_write=1, write=1, open=4, close=3, status=3, sync=1, rename=1
+# What a kind of calls fails with, if it is not EIO alone.
+ERRORS = defaultdict(lambda: [errno.EIO]) | dict(
+    allocation=[errno.ENOMEM], library=[errno.ENOMEM], chdir=[errno.EACCES], open=[errno.EMFILE],
+    pipe=[errno.EMFILE], spawn=[errno.EAGAIN], poll=[errno.EINTR, errno.ENOMEM],
+    write=[errno.EIO, errno.ENOSPC], short_write=[0],  # half of the bytes, which is no failure
 )
-IN_BOTH = dict(allocation=40, directory_entry=6, open=6, close=6, status=6, chdir=1)
-ONE = tuple("-uhid -w PCI\\VEN_1DE1&DEV_0001&SUBSYS_00011DE1 -o out.xml -d=4 -e trace.log".split())
+# `installed`: the devices that an untroubled run gives a new driver; `program`, `helper`: the kinds
+# of calls that are made to fail there, each with the fewest calls that the run can do with.
+Run = namedtuple("Run", "machine arguments installed program helper", defaults=({},))
+IN_PROGRAM = dict(allocation=40, directory_entry=6, open=6, close=6, status=6, chdir=1)
+IN_HELPER = dict(
+    allocation=20, read=3, short_write=1, write=1, open=4, close=3, status=3, sync=1, rename=1
+)
+ONE_ID = "-uhid -w PCI\\VEN_1DE1&DEV_0001&SUBSYS_00011DE1 -o out.xml -d=4 -e trace.log"
+RUNS = {
+    "-i": Run(EXPORT_FILE, "-i", set(), dict(
+        allocation=20, read=1, short_write=2, write=2, open=2, close=1, status=1, chdir=1)),
+    "-i of a tree": Run(TREE_FOLDER, "-i", set(), dict(
+        allocation=20, read=3, directory_entry=3, open=5, close=5, chdir=1)),
+    "-u": Run(EXPORT_FILE, "-u", {1, 2}, IN_PROGRAM | dict(
+        # It polls only when the helper is not quick.
+        read=6, short_write=5, write=5, library=1, pipe=2, spawn=2, poll=0), IN_HELPER),
+    "-uhid": Run(EXPORT_FILE, ONE_ID, {1}, IN_PROGRAM | dict(
+        read=4, write=4, pipe=1, spawn=1), IN_HELPER),
+}
+# `first` and `last`: the calls that fail, 0 for none.
+Job = namedtuple("Job", "run place kind error first last", defaults=(0, 0))
 SWEEPS = [
-    Job(scenario, fault)
-    for scenario, kinds in (
-        (
-            Scenario("-i", EXPORT_FILE, ("-i",)),
-            faults(allocation=20, read=1, short_write=2, write=2, open=2, close=1, status=1, chdir=1),
-        ),
-        (
-            Scenario("-i of a tree", TREE_FOLDER, ("-i",)),
-            faults(allocation=20, read=3, directory_entry=3, open=5, close=5, chdir=1),
-        ),
-        (  # polls only when the helper is not quick
-            Scenario("-u", EXPORT_FILE, ("-u",), (1, 2)),
-            faults(**IN_BOTH, read=6, short_write=5, write=5, library=1, pipe=2, spawn=2, poll=0) + IN_HELPER,
-        ),
-        (
-            Scenario("-uhid", EXPORT_FILE, ONE, (1,), "out.xml"),
-            faults(**IN_BOTH, read=4, write=4, pipe=1, spawn=1) + IN_HELPER,
-        ),
-    )
-    for fault in kinds
+    Job(name, place, kind, error)
+    for name, run in RUNS.items()
+    for place in ("program", "helper")
+    for kind in getattr(run, place)
+    for error in ERRORS[kind]
 ]
 
 # ---- One run ----
@@ -123,22 +110,20 @@ SWEEPS = [
 EVERY_CALL = 2**32 - 1
 TIME_LIMIT = 60  # seconds; only so that a run that hangs is one that fails
 # `exit_code`: None when it did not end, negative for a signal; `new_drivers`: the devices that have
-# one, None when the computer's file is damaged; `litter`: files left beside that.
-Outcome = namedtuple("Outcome", "exit_code document errors new_drivers litter trace children_left calls faults")
+# one, None when the computer's file is damaged; `left`: what else is there, processes and files.
+Outcome = namedtuple("Outcome", "exit_code document errors new_drivers trace left calls faults")
 folder = None  # this process's own
 
 
 def become_runner(parent_folder):
     global folder
     folder = pathlib.Path(tempfile.mkdtemp(dir=parent_folder))
-    for name, text in FILES.items():
+    for name, content in FILES.items():
         (folder / name).parent.mkdir(parents=True, exist_ok=True)
-        (folder / name).write_text(text)
-    (folder / "tolvanixhelper64").mkdir()
-    shutil.copy(PROGRAM, folder / "tolvanix")
-    shutil.copy(HELPER, folder / "tolvanixhelper64/tolvanixhelper64.exe")
-    shutil.copy(LIBRARY, folder / "kivvalid.dll")
-    resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
+        if isinstance(content, pathlib.Path):
+            shutil.copy(content, folder / name)
+        else:
+            (folder / name).write_text(content)
     # What a run leaves becomes this process's child.
     pr_set_child_subreaper = 36
     if ctypes.CDLL(None).prctl(pr_set_child_subreaper, 1, 0, 0, 0) != 0:
@@ -146,65 +131,53 @@ def become_runner(parent_folder):
 
 
 def take_children():
-    """Whether there were any, running or ended."""
-    left = False
+    """The processes that are left, running or ended."""
+    left = []
     while True:
         try:
             os.waitpid(-1, 0)
-            left = True
+            left.append("a process")
         except ChildProcessError:
             return left
 
 
-def take_file(file):
-    if not file.exists():
-        return b""
-    content = file.read_bytes()
-    file.unlink()
-    return content
-
-
-def new_drivers(export):
-    section = re.escape(f"[{DRIVERS}\\000") + r"(\d)\]"
-    added = re.compile(rf'\s*{section}\n"DriverVersion"="{re.escape(NEW_VERSION)}"\n')
-    rest = export.removeprefix(EXPORT)
-    whole = export.startswith(EXPORT) and added.sub("", rest).strip() == ""
-    return {int(n) for n in added.findall(rest)} if whole else None
+def take_files():
+    """What the files contain that the package did not have before, by name."""
+    files = [file for level in ("*", "*/*") for file in folder.glob(level) if file.is_file()]
+    added = {name: file for file in files if (name := str(file.relative_to(folder))) not in FILES}
+    contents = {name: file.read_bytes() for name, file in added.items()}
+    for file in added.values():
+        file.unlink()
+    return contents
 
 
 def run(job):
-    scenario, fault = job.scenario, job.fault
-    computer, report = folder / EXPORT_FILE, folder / "report"
-    computer.write_text(EXPORT)
-    report.write_bytes(bytes(8))
+    (folder / EXPORT_FILE).parent.mkdir(exist_ok=True)
+    (folder / EXPORT_FILE).write_text(EXPORT)
+    (folder / "report").write_bytes(bytes(8))
     environment = {
         "LD_PRELOAD": str(FAULTS),
-        "FAULT_PROGRAM": "tolvanix" if fault.place == "program" else "tolvanixhelper64.exe",
-        "FAULT_KIND": fault.kind,
+        "FAULT_PROGRAM": NAMES[job.place],
+        "FAULT_KIND": job.kind.removeprefix("short_"),
         "FAULT_FIRST": str(job.first),
         "FAULT_LAST": str(job.last),
-        "FAULT_ERROR": str(fault.error),
-        "FAULT_REPORT": str(report),
-        "TOLVANIX_MACHINE": scenario.machine,
+        "FAULT_ERROR": str(job.error),
+        "FAULT_REPORT": str(folder / "report"),
+        "TOLVANIX_MACHINE": RUNS[job.run].machine,
     }
-    exit_code, document, errors = None, b"", b""
+    command = [folder / "tolvanix", *RUNS[job.run].arguments.split()]
+    options = dict(cwd=folder, env=environment, capture_output=True, timeout=TIME_LIMIT)
     try:
-        command = [folder / "tolvanix", *scenario.arguments]
-        ended = subprocess.run(command, cwd=folder, env=environment, capture_output=True, timeout=TIME_LIMIT)
-        exit_code, document, errors = ended.returncode, ended.stdout, ended.stderr
+        ended = subprocess.run(command, **options)
     except subprocess.TimeoutExpired:
-        pass
-    litter = [take_file(file) for file in computer.parent.iterdir() if file != computer]
-    return job, Outcome(
-        exit_code,
-        document + take_file(folder / "out.xml"),
-        errors,
-        new_drivers(computer.read_text()),
-        litter,
-        take_file(folder / "trace.log"),
-        take_children(),
-        *struct.unpack("II", report.read_bytes()),
-    )
+        ended = subprocess.CompletedProcess(command, None, b"", b"")
+    files = take_files()
+    counts = struct.unpack("II", files.pop("report"))
+    document = ended.stdout + files.pop("out.xml", b"")
+    trace = files.pop("trace.log", files.pop("tolvanix_debug.log", b""))
+    new_drivers = STATES.get(files.pop(EXPORT_FILE, b"").decode(errors="replace"))
+    left = [*files, *take_children()]
+    return job, Outcome(ended.returncode, document, ended.stderr, new_drivers, trace, left, *counts)
 
 
 # ---- What must hold ----
@@ -212,9 +185,8 @@ def run(job):
 CANNOT_START = b"Error: Failed while trying to initialize objects."
 
 
-@functools.cache
 def read_document(document):
-    """The status that it ends with, and the devices of which it says that they have a new driver."""
+    """The status that it ends with, and the devices that it says have a new driver."""
     root = ElementTree.fromstring(document)
     messages = root.findall("SPStatus/Message") or root.findall("Device//Message")
     status = next((int(message.get("id")) for message in messages if message.get("id") != "0"), 0)
@@ -227,21 +199,19 @@ def read_document(document):
 
 def loses_fragments(job, outcome):
     """Whether writing the document is what fails."""
-    kind, error, _, place = job.fault
-    if place == "helper" or job.first == 0 or error == 0:
+    if job.place == "helper" or job.first == 0:
         return False
     # A file cannot be opened without memory either. Of one such failure there is a trace.
-    opens = kind in {"allocation", "open"} and job.scenario.output is not None
-    return kind == "write" or opens and (
-        job.last == EVERY_CALL or b"failed to open xml file" in outcome.trace
-    )
+    opens = job.kind in {"allocation", "open"} and " -o " in RUNS[job.run].arguments
+    not_opened = job.last == EVERY_CALL or b"failed to open xml file" in outcome.trace
+    return job.kind == "write" or opens and not_opened
 
 
 def is_end_by_loader(job, outcome):
     """The C library itself ends a process that has no memory for a library's thread-local data,
     which a library with a C++ runtime of its own needs for its first exception."""
     message = b"memory for thread-local data: ABORT"
-    return job.fault.kind == "allocation" and outcome.exit_code == 127 and message in outcome.errors
+    return job.kind == "allocation" and outcome.exit_code == 127 and message in outcome.errors
 
 
 def has_document(job, outcome):
@@ -250,26 +220,22 @@ def has_document(job, outcome):
 
 
 def complaints(job, outcome, untroubled):
-    if outcome.exit_code is None:
-        yield "it hangs"
-        return
-    if not (0 <= outcome.exit_code <= 40 or is_end_by_loader(job, outcome)):
+    if outcome.exit_code not in range(41) and not is_end_by_loader(job, outcome):
         yield f"it ends with {outcome.exit_code}"
         return
     if outcome.new_drivers is None:
         yield "the computer's file is damaged"
-    elif not outcome.new_drivers <= set(job.scenario.installed):
+    elif not outcome.new_drivers <= RUNS[job.run].installed:
         yield "a driver is new that was not asked for"
-    if outcome.litter:
-        yield "a file is left beside the computer's"
-    if outcome.children_left:
-        yield "a process is left"
+    if outcome.left:
+        yield f"left are {outcome.left}"
     if b"terminate called" in outcome.errors:
         yield "the helper is ended by an exception"
     same_end = outcome.exit_code == untroubled.exit_code
     same = same_end and outcome.document == untroubled.document
     if not has_document(job, outcome):
-        if job.fault.kind == "write" and not (same_end and outcome.new_drivers == untroubled.new_drivers):
+        lasting = same_end and outcome.new_drivers == untroubled.new_drivers
+        if job.kind == "write" and not lasting:
             yield "a lost document changes the outcome"
         return
     if (outcome.exit_code, outcome.document) != (1, CANNOT_START):
@@ -281,7 +247,7 @@ def complaints(job, outcome, untroubled):
                 yield "installed, and the driver is not new"
         except ElementTree.ParseError as error:
             yield f"the document is broken: {error}"
-    if job.fault.error == 0 and not same:
+    if job.error == 0 and not same:
         yield "a short write changes the outcome"
     if outcome.exit_code == 0 and not same and not outcome.errors:
         yield "another result without a word"
@@ -289,11 +255,9 @@ def complaints(job, outcome, untroubled):
 
 def invalid_documents(documents, parent_folder):
     """Those that the schema refuses."""
-    names = {}
-    for number, document in enumerate(documents):
-        file = pathlib.Path(parent_folder, f"{number}.xml")
-        file.write_bytes(document)
-        names[str(file)] = document
+    names = {str(pathlib.Path(parent_folder, f"{n}.xml")): d for n, d in enumerate(documents)}
+    for name, document in names.items():
+        pathlib.Path(name).write_bytes(document)
     command = ["xmllint", "--noout", "--schema", SCHEMA, *names]
     lines = subprocess.run(command, stderr=subprocess.PIPE, text=True).stderr.splitlines()
     return [document for name, document in names.items() if f"{name} validates" not in lines]
@@ -302,16 +266,16 @@ def invalid_documents(documents, parent_folder):
 # ---- All of them ----
 
 
-def place(job):
+def describe(job):
     """All but the number of the call."""
-    scenario, fault = job.scenario.name, job.fault
     calls = {job.first: "one call", 0: "no call"}.get(job.last, "all calls from")
-    error = errno.errorcode.get(fault.error, "half")
-    return f"{scenario}, {fault.kind} ({error}) in the {fault.place}, {calls}"
+    error = errno.errorcode.get(job.error, "half")
+    return f"{job.run}, {job.kind} ({error}) in the {job.place}, {calls}"
 
 
 def main():
     findings = defaultdict(list)
+    troubled, faulty, documents = Counter(), Counter(), {}
     with tempfile.TemporaryDirectory() as parent_folder, multiprocessing.Pool(
         2, become_runner, (parent_folder,)
     ) as pool:
@@ -322,9 +286,7 @@ def main():
             for call in range(1, outcome.calls + 1)
             for last in (call, EVERY_CALL)
         ]
-        documents, troubled, faulty = {}, Counter(), Counter()
-        ended = pool.imap_unordered(run, jobs, 16)
-        for job, outcome in [*untroubled.items(), *ended]:
+        for job, outcome in itertools.chain(untroubled.items(), pool.imap_unordered(run, jobs, 16)):
             sweep = job._replace(first=0, last=0)
             troubled[sweep] += outcome.faults > 0
             faulty[sweep] += outcome.faults
@@ -332,20 +294,18 @@ def main():
             if job == sweep and outcome.exit_code != 0:
                 wrong.append("an untroubled run fails")
             for complaint in wrong:
-                findings[complaint].append(job)
+                findings[complaint, describe(job)].append(job.first)
             if not wrong and outcome.exit_code != 1 and has_document(job, outcome):
-                documents.setdefault(outcome.document, job)
+                documents.setdefault(outcome.document, describe(job))
         for document in invalid_documents(documents, parent_folder):
-            findings[f"the schema refuses {document.decode()}"].append(documents[document])
+            findings[f"the schema refuses {document.decode()}", documents[document]].append("")
     for sweep in SWEEPS:
-        print(f"{place(sweep)}: {troubled[sweep]} runs, {faulty[sweep]} faults")
-        if troubled[sweep] < 2 * sweep.fault.fewest:
-            findings["too few calls could fail"].append(sweep)
+        print(f"{describe(sweep)}: {troubled[sweep]} runs, {faulty[sweep]} faults")
+        if troubled[sweep] < 2 * getattr(RUNS[sweep.run], sweep.place)[sweep.kind]:
+            findings["too few calls could fail", describe(sweep)].append("")
     print(f"{len(jobs)} runs, {len(documents)} different documents")
-    for complaint, found in findings.items():
-        print(f"\n{complaint}: {len(found)} times")
-        for where in sorted({place(job) for job in found}):
-            print(f"  {where}:", *sorted(job.first for job in found if place(job) == where))
+    for (complaint, where), calls in findings.items():
+        print(f"{complaint}: {where}", *sorted(calls))
     sys.exit(1 if findings else 0)
 
 

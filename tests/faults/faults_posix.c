@@ -5,28 +5,19 @@
 //   FAULT_ERROR     the errno of a failed call; 0: a write takes half of its bytes
 //   FAULT_REPORT    a file of two 32-bit numbers, to which calls and faults of the kind are added
 // NOLINTBEGIN(bugprone-reserved-identifier, readability-inconsistent-declaration-parameter-name,
-// bugprone-macro-parentheses): the names are the C library's; a type takes no parentheses.
+// bugprone-macro-parentheses, performance-no-int-to-ptr): the names are the C library's, and what
+// is handed over is of any type.
 #define _GNU_SOURCE
-#include <dirent.h>
 #include <dlfcn.h>
 #include <errno.h>
 #include <fcntl.h>
-#include <poll.h>
-#include <spawn.h>
-#include <stdarg.h>
 #include <stdbool.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
 #include <sys/mman.h>
-#include <sys/stat.h>
 #include <sys/uio.h>
 #include <unistd.h>
-
-// glibc's own names for its allocator.
-extern void* __libc_malloc(size_t size);
-extern void* __libc_calloc(size_t count, size_t size);
-extern void* __libc_realloc(void* memory, size_t size);
 
 // What the C++ runtime sets aside for exceptions before anything else: without it, no lack of
 // memory could be told at all.
@@ -41,9 +32,6 @@ static unsigned* report;  // calls, faults; null: nothing fails
 static unsigned number(const char* name) {
   return (unsigned)strtoul(getenv(name), NULL, 10);
 }
-
-// The C library's own function, which this one replaces.
-#define REAL(name) (__extension__(__typeof__(&(name))) dlsym(RTLD_NEXT, #name))
 
 __attribute__((constructor)) static void prepare(void) {
   const char* const program = getenv("FAULT_PROGRAM");
@@ -68,79 +56,60 @@ static bool fails(const char* kind) {
   return true;
 }
 
-static bool allocationFails(size_t size) {
-  return size != kExceptionReserve && fails("allocation");
-}
-
 // Streams do not come by `read` and `write` here. The flag is the one by which the C library
 // remembers an error.
-static bool streamFails(const char* kind, FILE* stream) {
+static bool streamFails(const char* kind, long stream) {
   if (error == 0 || !fails(kind)) return false;
-  stream->_flags |= 0x20;
+  ((FILE*)stream)->_flags |= 0x20;
   return true;
 }
 
-// A function that fails when `fault` holds, and else does what `real` does.
-#define FAULTY(type, name, parameters, fault, failure, real) \
-  type name parameters {                                     \
-    return (fault) ? (failure) : real;                       \
+// The C library's own function, which this one replaces.
+#define REAL(name) (__extension__(__typeof__(&(name))) dlsym(RTLD_NEXT, #name))
+
+// A function of the C library that fails when `fault` holds, and else does what `real` does. On
+// Linux of 64 bits a parameter or result of any of these types is in a register of its own, so one
+// signature hands over all; `a` to `f` are the parameters.
+#define PARAMETERS (long a, long b, long c, long d, long e, long f)
+typedef long Function PARAMETERS;
+#define FAULTY_BY(name, fault, failure, real)              \
+  extern Function faulty_##name __asm__(#name);            \
+  long faulty_##name PARAMETERS {                          \
+    return (fault) ? (failure) : (real)(a, b, c, d, e, f); \
   }
+#define FAULTY(name, fault, failure) \
+  FAULTY_BY(name, fault, failure, __extension__(Function*) dlsym(RTLD_NEXT, #name))
 
-// clang-format off: a function a line.
-FAULTY(void*, malloc, (size_t size), allocationFails(size), NULL, __libc_malloc(size))
-FAULTY(void*, calloc, (size_t n, size_t size), allocationFails(n* size), NULL,
-       __libc_calloc(n, size))
-FAULTY(void*, realloc, (void* old, size_t size), allocationFails(size), NULL,
-       __libc_realloc(old, size))
+// glibc's own names for its allocator.
+extern Function __libc_malloc, __libc_calloc, __libc_realloc;
+FAULTY_BY(malloc, a != kExceptionReserve && fails("allocation"), 0, __libc_malloc)
+FAULTY_BY(calloc, fails("allocation"), 0, __libc_calloc)
+FAULTY_BY(realloc, fails("allocation"), 0, __libc_realloc)
 
-FAULTY(ssize_t, read, (int file, void* to, size_t size), fails("read"), -1,
-       REAL(read)(file, to, size))
-FAULTY(size_t, fread, (void* to, size_t size, size_t n, FILE* in), streamFails("read", in), 0,
-       REAL(fread)(to, size, n, in))
-FAULTY(int, fgetc, (FILE * in), streamFails("read", in), EOF, REAL(fgetc)(in))
-FAULTY(size_t, fwrite, (const void* from, size_t size, size_t n, FILE* out),
-       streamFails("write", out), 0, REAL(fwrite)(from, size, n, out))
-FAULTY(int, fsync, (int file), fails("sync"), -1, REAL(fsync)(file))
+FAULTY(read, fails("read"), -1)
+FAULTY(fread, streamFails("read", d), 0)
+FAULTY(fgetc, streamFails("read", a), EOF)
+FAULTY(fwrite, streamFails("write", d), 0)
+FAULTY(fsync, fails("sync"), -1)
+FAULTY(open, fails("open"), -1)
+FAULTY(openat, fails("open"), -1)
+FAULTY(fopen, fails("open"), 0)
+FAULTY(fopen64, fails("open"), 0)
+FAULTY(opendir, fails("open"), 0)
+FAULTY(mkostemp, fails("open"), -1)
+FAULTY(readdir, fails("directory_entry"), 0)
+FAULTY(chdir, fails("chdir"), -1)
+FAULTY(rename, fails("rename"), -1)
+FAULTY(stat, fails("status"), -1)
+FAULTY(fstat, fails("status"), -1)
+FAULTY(poll, fails("poll"), -1)
+FAULTY(pipe2, fails("pipe"), -1)
+FAULTY(dlopen, fails("library"), 0)
+FAULTY(posix_spawn, fails("spawn"), error)
 
-FAULTY(FILE*, fopen, (const char* path, const char* mode), fails("open"), NULL,
-       REAL(fopen)(path, mode))
-FAULTY(FILE*, fopen64, (const char* path, const char* mode), fails("open"), NULL,
-       REAL(fopen64)(path, mode))
-FAULTY(DIR*, opendir, (const char* path), fails("open"), NULL, REAL(opendir)(path))
-FAULTY(struct dirent*, readdir, (DIR * folder), fails("directory_entry"), NULL,
-       REAL(readdir)(folder))
-FAULTY(int, mkostemp, (char* path, int flags), fails("open"), -1, REAL(mkostemp)(path, flags))
-FAULTY(int, close, (int file), REAL(close)(file) != 0 || fails("close"), -1, 0)
-FAULTY(int, chdir, (const char* path), fails("chdir"), -1, REAL(chdir)(path))
-FAULTY(int, rename, (const char* from, const char* to), fails("rename"), -1, REAL(rename)(from, to))
-FAULTY(int, stat, (const char* restrict path, struct stat* restrict to), fails("status"), -1,
-       REAL(stat)(path, to))
-FAULTY(int, fstat, (int file, struct stat* to), fails("status"), -1, REAL(fstat)(file, to))
-FAULTY(int, poll, (struct pollfd * files, nfds_t n, int time), fails("poll"), -1,
-       REAL(poll)(files, n, time))
-FAULTY(int, pipe2, (int ends[2], int flags), fails("pipe"), -1, REAL(pipe2)(ends, flags))
-FAULTY(void*, dlopen, (const char* path, int mode), fails("library"), NULL,
-       REAL(dlopen)(path, mode))
-FAULTY(int, posix_spawn,
-       (pid_t* restrict child, const char* restrict path,
-        const posix_spawn_file_actions_t* restrict actions,
-        const posix_spawnattr_t* restrict attributes, char* const argv[restrict],
-        char* const environment[restrict]),
-       fails("spawn"), error,
-       REAL(posix_spawn)(child, path, actions, attributes, argv, environment))
-
-// The mode of a new file, where there is one.
-#define OPENING(name, parameters, ...)                                                   \
-  int name parameters {                                                                  \
-    va_list more;                                                                        \
-    va_start(more, flags);                                                               \
-    const mode_t mode = (flags & (O_CREAT | O_TMPFILE)) != 0 ? va_arg(more, mode_t) : 0; \
-    va_end(more);                                                                        \
-    return fails("open") ? -1 : REAL(name)(__VA_ARGS__, flags, mode);                    \
-  }
-OPENING(open, (const char* path, int flags, ...), path)
-OPENING(openat, (int folder, const char* path, int flags, ...), folder, path)
-// clang-format on
+int close(int file) {
+  return REAL(close)(file) != 0 || fails("close") ? -1 : 0;
+}
 
 ssize_t write(int file, const void* bytes, size_t size) {
   if (!fails("write")) return REAL(write)(file, bytes, size);
@@ -154,4 +123,4 @@ ssize_t writev(int file, const struct iovec* pieces, int count) {
   return error == 0 ? REAL(write)(file, pieces->iov_base, (pieces->iov_len + 1) / 2) : -1;
 }
 // NOLINTEND(bugprone-reserved-identifier, readability-inconsistent-declaration-parameter-name,
-// bugprone-macro-parentheses)
+// bugprone-macro-parentheses, performance-no-int-to-ptr)
