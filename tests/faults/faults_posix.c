@@ -2,7 +2,7 @@
 //   FAULT_PROGRAM   file name of the program meant; children of another name are left alone
 //   FAULT_KIND      what fails: the text that `fails` is called with
 //   FAULT_FIRST, FAULT_LAST   the calls that fail, counted from 1 before the program's own code
-//   FAULT_ERROR     the errno of a failed call; 0: a write takes half of its bytes
+//   FAULT_ERROR     the errno of a failed call; 0: it takes or gives half of its bytes
 //   FAULT_REPORT    a file of two 32-bit numbers, to which calls and faults of the kind are added
 // NOLINTBEGIN(bugprone-reserved-identifier, readability-inconsistent-declaration-parameter-name,
 // bugprone-macro-parentheses, performance-no-int-to-ptr): the names are the C library's, and what
@@ -86,7 +86,6 @@ FAULTY_BY(malloc, a != kExceptionReserve && fails("allocation"), 0, __libc_mallo
 FAULTY_BY(calloc, fails("allocation"), 0, __libc_calloc)
 FAULTY_BY(realloc, fails("allocation"), 0, __libc_realloc)
 
-FAULTY(read, fails("read"), -1)
 FAULTY(fread, streamFails("read", d), 0)
 FAULTY(fgetc, streamFails("read", a), EOF)
 FAULTY(fwrite, streamFails("write", d), 0)
@@ -99,16 +98,24 @@ FAULTY(opendir, fails("open"), 0)
 FAULTY(mkostemp, fails("open"), -1)
 FAULTY(readdir, fails("directory_entry"), 0)
 FAULTY(chdir, fails("chdir"), -1)
+FAULTY(getcwd, fails("getcwd"), 0)
+FAULTY(mmap, fails("mapping"), -1)
 FAULTY(rename, fails("rename"), -1)
 FAULTY(stat, fails("status"), -1)
 FAULTY(fstat, fails("status"), -1)
 FAULTY(poll, fails("poll"), -1)
 FAULTY(pipe2, fails("pipe"), -1)
 FAULTY(dlopen, fails("library"), 0)
+FAULTY(waitpid, fails("wait"), -1)
 FAULTY(posix_spawn, fails("spawn"), error)
 
 int close(int file) {
   return REAL(close)(file) != 0 || fails("close") ? -1 : 0;
+}
+
+ssize_t read(int file, void* bytes, size_t size) {
+  if (!fails("read")) return REAL(read)(file, bytes, size);
+  return error == 0 ? REAL(read)(file, bytes, (size + 1) / 2) : -1;
 }
 
 ssize_t write(int file, const void* bytes, size_t size) {

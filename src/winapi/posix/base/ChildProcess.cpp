@@ -115,10 +115,8 @@ bool ChildProcess::waitUntil(std::optional<Clock::time_point> end) {
       left = std::min(left, std::chrono::ceil<milliseconds>(*end - Clock::now()));
       if (left <= milliseconds::zero()) return hasEnded();
     }
-    if (descriptor->get() >= 0) {
-      pollfd poller{descriptor->get(), POLLIN, 0};
-      poll(&poller, 1, static_cast<int>(left.count()));
-    } else {
+    pollfd poller{descriptor->get(), POLLIN, 0};
+    if (poller.fd < 0 || poll(&poller, 1, static_cast<int>(left.count())) < 0) {
       std::this_thread::sleep_for(std::min(nap, left));
       nap = std::min(nap * 2, milliseconds(50));
     }
