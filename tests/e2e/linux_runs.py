@@ -329,6 +329,40 @@ class Platform(WholeRun):
         trace = self.run_program("-uhid", "-o", "/dev/full", "-d=4").stdout
         self.assertIn(b"XMLWriter::print: failed to write xml file /dev/full.\n", trace)
 
+    def test_signal_ends_the_program_and_not_its_helper(self):
+        self.add("machine", EXPORT)
+        self.add("a.inf", inf_file(ID))
+        helper = self.add("tolvanixhelper64/tolvanixhelper64.exe",
+                          f"#!/bin/sh\n: >{self.folder}/started\n"
+                          f"read line <{self.folder}/go\n: >{self.folder}/done\n")
+        helper.chmod(0o755)
+        os.mkfifo(self.folder / "go")
+        started, done = self.folder / "started", self.folder / "done"
+        environment = {**os.environ, "TOLVANIX_MACHINE": str(self.machine)}
+        command = [self.folder / PROGRAM.name, "-uhid", "-w", ID, "-o", "x", "-d=4", "-e", "trace"]
+        for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+            options = {"start_new_session": True, "env": environment,
+                       "preexec_fn": lambda number=number: signal.signal(number, signal.SIG_DFL)}
+            for end, helper_ends in ((os.kill, False), (os.killpg, True)):
+                with self.subTest(signal=number, end=end):
+                    process = subprocess.Popen(command, **options)
+                    while not started.exists():
+                        time.sleep(0.01)
+                    end(process.pid, number)
+                    self.assertEqual(process.wait(), -number)
+                    started.unlink()
+                    if not helper_ends:
+                        (self.folder / "go").write_text("\n")
+                        while not done.exists():
+                            time.sleep(0.01)
+                        done.unlink()
+                    # All that was written by then is in the files; the document has no end.
+                    beginning = '<?xml version="1.0" encoding="UTF-8"?><SVMExecution lang="en">'
+                    self.assertEqual((self.folder / "x").read_text(), beginning)
+                    trace = (self.folder / "trace").read_text()
+                    self.assertRegex(trace, r"\nExecCmd: Using pDir; .*tolvanixhelper64\n\Z")
+                    (self.folder / "x").unlink()
+
     def test_output_that_does_not_block_gets_every_byte(self):
         for number in range(200):
             self.add(f"machine/bus/pci/devices/0000:{number:02x}:00.0/uevent", "PCI_ID=1DE4:1\n")
