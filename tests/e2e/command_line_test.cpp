@@ -21,23 +21,20 @@ struct Row {
   std::vector<Arguments> commandLines;
 };
 
-TEST(CommandLine, Help_PrintsAllLinesAndNoDocument) {
+TEST(CommandLine, HelpAndVersion_ArePrintedWithoutADocument) {
   const std::string help = readFile(fixture("command_line/help.txt"));
-  for (const auto& arguments : {Arguments{"-h"}, Arguments{"-i", "-o", "out", "-h", "-bad"}}) {
+  const std::string version =
+      "Tolvanix PCI Driver Inventory and Update, v7.3.105.105\n"
+      "Copyright (C) 2026 The Tolvanix Founders. All rights reserved.\n";
+  const std::pair<Arguments, std::string> rows[] = {
+      {{"-h"}, help}, {{"-i", "-o", "out", "-h", "-bad"}, help}, {{"-v", "-bad"}, version}};
+  for (const auto& [arguments, output] : rows) {
     const Package package;
     const ProgramResult run = package.run(arguments);
     EXPECT_EQ(run.exitCode, 0);
-    EXPECT_EQ(run.output, help);
+    EXPECT_EQ(run.output, output);
     EXPECT_FALSE(exists(package / "out"));
   }
-}
-
-TEST(CommandLine, Version_PrintsTitleAndNotice) {
-  const ProgramResult run = Package().run({"-v", "-bad"});
-  EXPECT_EQ(run.exitCode, 0);
-  EXPECT_EQ(run.output,
-            "Tolvanix PCI Driver Inventory and Update, v7.3.105.105\n"
-            "Copyright (C) 2026 The Tolvanix Founders. All rights reserved.\n");
 }
 
 TEST(CommandLine, Refused_StatusIsWrittenToStandardOutputOnly) {

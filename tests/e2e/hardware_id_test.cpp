@@ -1,8 +1,10 @@
 // `-uhid` from the command line to the helper program, on a computer with one device of the ID.
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <map>
 #include <regex>
+#include <set>
 
 #include "app/Status.h"
 #include "support/Package.h"
@@ -91,19 +93,6 @@ TEST(HardwareId, EveryOutcome_HasItsDocumentAndExitCode) {
   }
 }
 
-// A C program hands its table of open files on to what it starts.
-TEST(HardwareId, ProgramStartedByACProgram_KeepsTheHelpersTextOutOfTheDocument) {
-  const Computer computer(fixture("computers/four_devices.reg"));
-  const Package package;
-  package.add("a.inf", infFile({kPresent}));
-  placeHelper(package / kHelper, "print 10");
-  placeHelper(package / "launcher.exe", "");
-  const ProgramResult result = runProgram(
-      package / "launcher.exe", {"spawn", package.program().string(), "-uhid", "-w", kPresent});
-  EXPECT_EQ(result.exitCode, kSuccess);
-  EXPECT_EQ(result.output, executionDocument(statusElement(kSuccess)));
-}
-
 TEST(HardwareId, ProcessThatTheHelperLeaves_DoesNotKeepTheDocumentOpen) {
   const Computer computer(fixture("computers/four_devices.reg"));
   const Package package;
@@ -114,55 +103,22 @@ TEST(HardwareId, ProcessThatTheHelperLeaves_DoesNotKeepTheDocumentOpen) {
   EXPECT_TRUE(releaseHelper(package / kHelper, "go")) << "the document ended with the process";
 }
 
-// No device of these IDs is present, so what is found leads to that status.
+// The first lines of the files say which IDs they list and which they lack. No device of these IDs
+// is present, so what is found leads to that status.
 TEST(HardwareId, Search_LooksWhereverAnIdMayStand) {
-  const std::string id = "PCI\\VEN_1DE4&DEV_1234&SUBSYS_0001ABCD";
-  const std::string model = "[Manufacturer]\nm=M\n[M]\nd=i";  // one, whose IDs may follow
-  const std::string makers =
-      "[Manufacturer]\n%a%=A,NT,NTamd64.6.1\nb=B\n[A]\nx=i,PCI\\1\n[A.NTamd64.6.1]\nx=i,PCI\\2\n"
-      "[B]\nx=i,PCI\\3\n[C]\nx=i,PCI\\4\n";
-  const std::string keyless =
-      "[Manufacturer]\nm=M,NT\n[M]\na=i,PCI\\1\ni,PCI\\2\nb=i,PCI\\3\n[M.NT]\nc=i,PCI\\4\n";
-  std::string decorated = "[Manufacturer]\nm=M";
-  for (int field = 2; field <= 100; ++field) decorated += ",D" + std::to_string(field);
-  decorated += "\n[M.D99]\na=i,PCI\\99\n[M.D100]\na=i,PCI\\100\n";
-  const struct {
-    std::string inf;
-    std::string wanted;
-    bool found;
-  } rows[] = {
-      {model + "," + id, id, true},
-      {model + "," + id + "&REV_02", id, true},
-      {model + ",PCI\\X_" + id, id, true},
-      {model + ",PCI\\x_pci\\ven_1de4&dev_1234&subsys_0001abcd", id, true},
-      {model + ", pci\\ven_1de4&dev_1234", id, true},
-      {model + "," + id, "pci\\ven_1de4&dev_1234", true},
-      {model + ",PCI\\VEN_1DE4", "PCI\\X_PCI\\VEN_1DE4", true},
-      {model + "," + id + "&REV_02", id + "&rev_03", true},
-      {model + "," + id + "&REV_02", id + "&RE1", true},
-      {model + ", USB\\OTHER, PCI\\NONE," + id, id, true},
-      {model, id, true},  // no ID counts as an empty one
-      {model + ",x," + std::string(400, 'y') + "," + id, id, true},
-      {model + ", PCI\\VEN_1DE4&DEV_1235", id, false},
-      {model + "," + id + "&rev_02x", id + "&rev_03", false},
-      {model + "," + std::string(300, 'x'), id, false},
-      {makers, "PCI\\1", true},
-      {makers, "PCI\\2", true},
-      {makers, "PCI\\3", true},
-      {makers, "PCI\\4", false},
-      {keyless, "PCI\\3", false},  // the line without a key ends its section
-      {keyless, "PCI\\4", true},
-      {decorated, "PCI\\99", true},
-      {decorated, "PCI\\100", false},  // one more than are searched
-      {"", id, false},
-  };
-  for (const auto& row : rows) {
+  const std::filesystem::directory_iterator folder(fixture("inf_searches"));
+  int asked = 0;
+  for (const auto& file : std::set<std::filesystem::path>(begin(folder), end(folder))) {
     const Package package;
-    package.add("a.inf", "[Version]\nSignature=\"$Windows NT$\"\nClass=System\n" + row.inf);
-    EXPECT_EQ(package.run({"-uhid", "-c", "-w", row.wanted}).exitCode,
-              row.found ? kNoExistingDevice : kCheckedIdNotFound)
-        << row.inf;
+    package.add("a.inf", readFile(file));
+    std::ifstream lines(file);
+    for (std::string line; std::getline(lines, line) && line.starts_with("; l"); ++asked) {
+      const int status = line.starts_with("; lists ") ? kNoExistingDevice : kCheckedIdNotFound;
+      EXPECT_EQ(package.run({"-uhid", "-c", "-w", line.substr(8)}).exitCode, status)
+          << file << line;
+    }
   }
+  EXPECT_EQ(asked, 26);
 }
 
 // What differs between computers and folders, in one form: the package's folder is `@`, the place

@@ -11,18 +11,17 @@ namespace {
 
 // Four devices as they usually are, and many that are not, with a filter.
 TEST(Inventory, PciDevices_AreInTheDocument) {
-  for (const std::string name : {"computers/four_devices", "computers/odd_devices"}) {
-    const std::string expected = fixtureDocument(name + ".xml");
-    const Computer computer(fixture(name + ".reg"));
+  for (const std::string name : {"four_devices", "odd_devices", "indirect_texts"}) {
+    const Computer computer(fixture("computers/" + name + ".reg"));
     const Package package;
-    if (name.ends_with("odd_devices")) {
-      package.addCopy("DriverConfiguration.ini", fixture(name + ".ini"));
-    }
+    const auto filter = fixture("computers/" + name + ".ini");
+    if (exists(filter)) package.add("DriverConfiguration.ini", readFile(filter));
     const ProgramResult printed = package.run({"-i"});
     EXPECT_EQ(printed.exitCode, 0);
     // Every Wine has a display adapter of its own.
     const std::regex ofWine(R"(<Device vendorID="0000"  deviceID="0000".*?</Device>)");
-    EXPECT_EQ(std::regex_replace(printed.output, ofWine, ""), expected);
+    EXPECT_EQ(std::regex_replace(printed.output, ofWine, ""),
+              fixtureDocument("computers/" + name + ".xml"));
   }
 }
 

@@ -25,10 +25,8 @@ Texts between(const std::string& text, const std::string& before, const std::str
 class SamplePackage : public ::testing::Test {
  protected:
   SamplePackage() {
-    for (const char* file : {"package.xml", "samplenet.inf", "samplestor.inf", "kivvalid.dll",
-                             "tolvanixhelper64/tolvanixhelper64.exe"}) {
-      package.addCopy(file, std::filesystem::path(SAMPLE_PACKAGE) / file);
-    }
+    remove(package.program());  // it comes with the package
+    std::filesystem::copy(SAMPLE_PACKAGE, package.path(), std::filesystem::copy_options::recursive);
     writeFile(registry / "computer.reg", readFile(SAMPLE_COMPUTER));
   }
   // The devices of the package's vendor with their driver versions in the document of such a run,
@@ -64,6 +62,7 @@ class SamplePackage : public ::testing::Test {
 
 TEST_F(SamplePackage, Rules_GiveTheFindings) {
   const Computer computer(registry / "computer.reg");
+  const char* const unreadable = "qualification false: The package description cannot be read.";
   const std::string net = "Sample Gigabit Network Adapter: version 1.0.0.5 ";
   const struct {
     std::string from;  // the change of the package description
@@ -79,11 +78,9 @@ TEST_F(SamplePackage, Rules_GiveTheFindings) {
       {R"(minimumVersion="6.1")", R"(minimumVersion="10.1")",
        "qualification false: The operating system&apos;s version is 10.0; the package needs at "
        "least 10.1."},
-      {"</SupportedDevices>", "", "qualification false: The package description cannot be read."},
-      {R"( subVendorID="1DE0")", "",
-       "qualification false: The package description cannot be read."},
-      {R"(vendorID="1DE0")", R"(vendorID="x")",
-       "qualification false: The package description cannot be read."},
+      {"</SupportedDevices>", "", unreadable},
+      {R"( subVendorID="1DE0")", "", unreadable},
+      {R"(vendorID="1DE0")", R"(vendorID="x")", unreadable},
   };
   const std::string original = readText(package / "package.xml");
   for (const auto& row : rows) {
@@ -96,10 +93,9 @@ TEST_F(SamplePackage, Rules_GiveTheFindings) {
 
 TEST_F(SamplePackage, OtherComputer_IsRefused) {
   const Computer computer(fixture("computers/four_devices.reg"));
-  EXPECT_EQ(
-      check(),
-      std::pair(
-          21, Texts{"qualification false: The computer has no device that the package supports."}));
+  const std::string finding =
+      "qualification false: The computer has no device that the package supports.";
+  EXPECT_EQ(check(), std::pair(21, Texts{finding}));
 }
 
 TEST_F(SamplePackage, Update_BringsTheNewDrivers) {
@@ -112,28 +108,37 @@ TEST_F(SamplePackage, Update_BringsTheNewDrivers) {
             (Texts{"0010 1.0.0.5 > 1.1.0.12: 0", "0020 2.1.0.0 > 2.1.10.0: 0"}));
 }
 
-TEST_F(SamplePackage, FolderOfAnyName_BringsTheNewDrivers) {
-  const Computer computer(registry / "computer.reg");
-  const TempDir parent;
-  const auto folder = parent / "Łódź 日本 é";
-  std::filesystem::copy(package.path(), folder, std::filesystem::copy_options::recursive);
-  const ProgramResult result = runProgram(folder / package.program().filename(), {"-u"});
-  EXPECT_EQ(result.exitCode, 0) << result.output;
-  EXPECT_EQ(between(result.output, "<Message id=\"", "\""), (Texts{"0", "0"}));
-}
-
 TEST_F(SamplePackage, SecondUpdate_HasNothingToDo) {
+  if (std::filesystem::path::preferred_separator == '\\') GTEST_SKIP() << "Wine changes no driver";
   const Computer computer(registry / "computer.reg");
-  if (!Computer::showsInstallations()) GTEST_SKIP();
   package.run({"-u"});
   EXPECT_EQ(devicesAfter({"-i"}), (Texts{"0010 1.1.0.12", "0020 2.1.10.0"}));
   EXPECT_EQ(devicesAfter({"-u"}), Texts{});
-  EXPECT_EQ(
-      check(),
-      std::pair(0, Texts{"info true: Sample Gigabit Network Adapter: version 1.1.0.12 is "
-                         "installed already.",
-                         "info true: Sample Storage Controller: version 2.1.10.0 is installed "
-                         "already."}));
+  EXPECT_EQ(check(), std::pair(0, Texts{"info true: Sample Gigabit Network Adapter: version "
+                                        "1.1.0.12 is installed already.",
+                                        "info true: Sample Storage Controller: version 2.1.10.0 "
+                                        "is installed already."}));
+}
+
+TEST_F(SamplePackage, FolderAndFilesOfAnyName_BringTheNewDrivers) {
+  const std::filesystem::path wide = u"\u0141\u00F3d\u017A \u65E5\u672C \u00E9";
+  const std::string name = wide.string();
+  const TempDir parent;
+  const auto folder = parent.path() / wide;
+  // On Windows the standard library does not read the narrow text of a path as UTF-8.
+  const auto file = [&](const char* extension) { return (folder / wide) += extension; };
+  std::filesystem::copy(package.path(), folder, std::filesystem::copy_options::recursive);
+  rename(folder / "package.xml", file(".p"));
+  rename(folder / "samplenet.inf", file(".inf"));
+  Arguments arguments = {"-u", "-p", name + ".p", "-o", name + ".o", "-d=4", "-e", name + ".e"};
+  for (const char* const ofOtherInf : {"0", "36"}) {
+    writeFile(registry / "computer.reg", readFile(SAMPLE_COMPUTER));
+    const Computer computer(registry / "computer.reg");
+    runProgram(folder / package.program().filename(), arguments);
+    EXPECT_EQ(between(readText(file(".o")), "<Message id=\"", "\""), (Texts{"0", ofOtherInf}));
+    EXPECT_NE(readText(file(".e")).find('\\' + name + '\\' + name + ".inf\n"), std::string::npos);
+    arguments.insert(arguments.end(), {"-n", name + ".inf"});
+  }
 }
 
 }  // namespace

@@ -2,13 +2,13 @@
 // subsystem 0493 1DF4).
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <regex>
 
 #include "app/Status.h"
 #include "support/Package.h"
 #include "support/ResultDocument.h"
 #include "support/Trace.h"
+#include "text/Format.h"
 
 namespace tolvanix::test {
 namespace {
@@ -16,18 +16,18 @@ namespace {
 constexpr char kHelper[] = "tolvanixhelper64/tolvanixhelper64.exe";
 
 // One device of a validation document, and what the result document says about it.
-std::string listed(const std::string& deviceId, const std::string& name = "Card") {
+std::string listed(const std::string& deviceId) {
   return R"(<Device bus="1" device="2" function="3" vendorID="1DF1" deviceID=")" + deviceId +
-         R"(" subDeviceID="0493" subVendorID="1DF4" display=")" + name +
-         R"("><Application componentType="DRVR" version="1.0" display=")" + name +
-         R"( Driver"><Package version="2.0"/></Application></Device>)";
+         R"(" subDeviceID="0493" subVendorID="1DF4" display="Card"><Application )"
+         R"(componentType="DRVR" version="1.0" display="Card Driver"><Package version="2.0"/>)"
+         "</Application></Device>";
 }
 
-std::string outcome(const std::string& deviceId, int status, const std::string& name = "Card") {
+std::string outcome(const std::string& deviceId, int status) {
   return R"(<Device vendorID="1DF1" deviceID=")" + deviceId +
-         R"(" subDeviceID="0493" subVendorID="1DF4" bus="1" device="2" function="3" display=")" +
-         name + R"("><Application componentType="DRVR" version="1.0" display=")" + name +
-         R"( Driver"><Package version="2.0"/><SPStatus result=")" +
+         R"(" subDeviceID="0493" subVendorID="1DF4" bus="1" device="2" function="3" )"
+         R"(display="Card"><Application componentType="DRVR" version="1.0" display="Card Driver">)"
+         R"(<Package version="2.0"/><SPStatus result=")" +
          (status == 0 ? "true" : "false") + "\">" + messageElement(status) +
          "</SPStatus></Application></Device>";
 }
@@ -50,9 +50,9 @@ std::string infWith(const std::vector<std::string>& deviceIds) {
 // A package whose library returns this document.
 class UpdatePackage : public Package {
  public:
-  explicit UpdatePackage(const std::string& answer, Exports exports = Exports::kBoth) {
+  explicit UpdatePackage(const std::string& answer, const std::string& withoutExport = "") {
     add("package.xml", "<P/>");
-    placeValidationLibrary(path(), answer, exports);
+    placeValidationLibrary(path(), answer, withoutExport);
   }
 
   ProgramResult update(Arguments arguments = {}) const {
@@ -170,117 +170,37 @@ TEST(Update, Library_IsCalledOnceAndGetsItsDocumentBack) {
 }
 
 TEST(Update, LibraryCannotBeUsed_StatusSaysWhy) {
-  struct Row {
+  const struct {
     int status;
-    Exports exports;
+    const char* answer;
+    const char* withoutExport;
     const char* calls;
+  } rows[] = {
+      {18, "throw", "", "validate\nunloaded\n"},
+      {22, "null", "", "validate\nunloaded\n"},
+      {25, "", "SPValidate", "unloaded\n"},
+      {26, "", "SPFreeValidationXML", "unloaded\n"},
   };
-  for (const Row& row : {Row{18, Exports::kBoth, "validate\nunloaded\n"},
-                         Row{22, Exports::kBoth, "validate\nunloaded\n"},
-                         Row{25, Exports::kWithoutValidate, "unloaded\n"},
-                         Row{26, Exports::kWithoutFree, "unloaded\n"}}) {
-    const UpdatePackage package(row.status == 18 ? "throw" : "null", row.exports);
+  for (const auto& row : rows) {
+    const UpdatePackage package(row.answer, row.withoutExport);
     const ProgramResult result = package.update();
     EXPECT_EQ(result.exitCode, row.status);
     EXPECT_EQ(result.output, executionDocument(statusElement(row.status)));
     EXPECT_EQ(readFile(package / "calls.txt"), row.calls);
   }
   EXPECT_EQ(UpdatePackage("throw at the end").update().output, executionDocument(""));
-  const UpdatePackage package("null");
-  const std::string whole = readFile(package / "kivvalid.dll");
-  for (const std::string& library :
-       {std::string("no library"), std::string(), foreignLibrary(), whole.substr(0, 512)}) {
-    package.add("kivvalid.dll", library);
-    EXPECT_EQ(package.update({"-d=2", "-e", "trace.log"}).output,
-              executionDocument(statusElement(24)));
-    EXPECT_EQ(readText(package / "trace.log"),
-              std::string("loglevel=2\nlogtarget=1\nlogpathfile=trace.log\n"
-                          "LoadValidationLibrary: ") +
-                  kStatusTexts.at(24) + '\n');
-  }
-  EXPECT_FALSE(exists(package / "calls.txt"));
+  const UpdatePackage package("");
+  package.add("kivvalid.dll", "no library");
+  EXPECT_EQ(package.trace({"-d=2"}), std::string("loglevel=2\nlogtarget=1\nlogpathfile=trace.log\n"
+                                                 "LoadValidationLibrary: ") +
+                                         kStatusTexts.at(24) + '\n');
 }
 
-// The folder has the name, too.
-TEST(Update, Files_MayHaveAnyNames) {
-  const std::filesystem::path wide = u"\u0141\u00F3d\u017A \u65E5\u672C \u00E9";
-  const std::string name = wide.string();
-  // On Windows the standard library does not read the narrow text of a path as UTF-8.
-  const auto in = [&wide](const std::filesystem::path& folder, const char* extension) {
-    return (folder / wide) += extension;
-  };
-  const Computer computer(fixture("computers/two_devices.reg"));
-  for (const Arguments& options :
-       {Arguments{}, Arguments{"-n", name + ".inf"}, Arguments{"-p", name + ".p"}}) {
-    const UpdatePackage package(inValidation(listed("1502")));
-    writeFile(in(package.path(), ".inf"), infWith({"1502"}));
-    writeFile(in(package.path(), ".p"), "<P/>");
-    const TempDir parent;
-    const auto folder = in(parent.path(), "");
-    copy(package.path(), folder, std::filesystem::copy_options::recursive);
-    Arguments arguments = {"-u", "-c", "-o", name + ".o", "-d=4", "-e", name + ".e"};
-    arguments.insert(arguments.end(), options.begin(), options.end());
-    EXPECT_EQ(runProgram(folder / package.program().filename(), arguments).exitCode, 34)
-        << testing::PrintToString(options);
-    EXPECT_EQ(readText(in(folder, ".o")), executionDocument(outcome("1502", 34)));
-    EXPECT_NE(readText(in(folder, ".e")).find('\\' + name + '\\' + name + ".inf\n"),
-              std::string::npos);
-  }
-}
-
-TEST(Update, DeviceThatTellsLittle_IsReportedWithTheDefaults) {
-  const std::string none =
-      R"(vendorID="FFFFFFFF" deviceID="FFFFFFFF" subDeviceID="FFFFFFFF" subVendorID="FFFFFFFF")"
-      R"( bus="-1" device="-1" function="-1")";
-  const std::string empty =
-      R"(<Application componentType="" version="" display=""><Package version=""/>)";
-  const struct {
-    const char* listed;
-    std::string device;
-    std::string application;
-  } rows[] = {
-      {"<Device/>", none, empty},
-      {R"(<Device vendorID="G" deviceID="" subDeviceID="-" subVendorID="{"/>)", none, empty},
-      // An attribute is where its name first occurs: in a longer name, or further on.
-      {R"(<Device bus="0031" vendorID="0x12345678" deviceID="12" subDeviceID="0xg" subVendorID="0XAf" device="2"/>)",
-       R"(vendorID="12345678" deviceID="0012" subDeviceID="0000" subVendorID="00AF" bus="31" device="12" function="-1")",
-       empty},
-      {R"(<Device bus="0" vendorID="FFFFFFFF0" deviceID="F" subDeviceID="FFFFF" subVendorID="x" function="+7"/>)",
-       R"(vendorID="FFFFFFFF" deviceID="000F" subDeviceID="FFFFF" subVendorID="FFFFFFFF" bus="0" device="-1" function="7")",
-       empty},
-      {R"(<Device><Application><Package version="1"/><Package version="3"/></Application><Application version="9"/></Device>)",
-       none, R"(<Application componentType="" version="1" display=""><Package version="3"/>)"},
-  };
-  std::string devices;
-  std::string outcomes;
-  for (const auto& [listed, device, application] : rows) {
-    devices += listed;
-    outcomes += "<Device " + device + R"( display="">)" + application +
-                R"(<SPStatus result="false">)" + messageElement(36) +
-                "</SPStatus></Application></Device>";
-  }
-  const UpdatePackage package(inValidation(devices));
+// What they do not tell, where an attribute is looked for, and names with any characters.
+TEST(Update, OddDevices_AreReportedWithDefaultsAndWellFormedNames) {
+  const UpdatePackage package(fixtureDocument("validations/odd_devices.xml"));
   package.add("a.inf", infWith({"1502"}));
-  EXPECT_EQ(package.update().output, executionDocument(outcomes));
-}
-
-TEST(Update, Names_AreWellFormedWhateverTheyHold) {
-  const std::pair<std::string, std::string> rows[] = {
-      // in the library's document, and in that of the result
-      {"A &amp; B &lt;x&gt;", "A &amp; B &lt;x&gt;"},
-      {"A & B", "A &amp; B"},
-      {"it&apos;s &quot;it&quot;", "it&apos;s &quot;it&quot;"},
-      {"100 %s%n &#38;", "100 %s%n &amp;#38;"},
-      {"\xE7\xBD\x91\xE5\x8D\xA1", "\xE7\xBD\x91\xE5\x8D\xA1"},
-      {"a\x01z\xFF", "a\xEF\xBF\xBDz\xC3\xBF"},
-  };
-  std::string devices;
-  std::string outcomes;
-  for (const auto& [answered, reported] : rows) {
-    devices += listed("1502", answered);
-    outcomes += outcome("1502", 32, reported);
-  }
-  EXPECT_EQ(UpdatePackage(inValidation(devices)).update().output, executionDocument(outcomes));
+  EXPECT_EQ(package.update().output, fixtureDocument("validations/odd_devices_outcome.xml"));
   const UpdatePackage wide(
       utf16File(u"<V><Device vendorID=\"1\" display=\"\u7F51\u5361 \U0001F4BE \xD800\"/></V>"));
   EXPECT_NE(wide.update().output.find(
@@ -291,14 +211,12 @@ TEST(Update, Names_AreWellFormedWhateverTheyHold) {
 TEST(Update, TenThousandDevices_AreAllReported) {
   std::string devices;
   std::string outcomes;
-  char id[8];
   for (int i = 0; i < 10000; ++i) {
-    std::snprintf(id, sizeof id, "%04X", i);
+    const std::string id = formatText("%04X", i);
     devices += listed(id);
     outcomes += outcome(id, 32);
   }
-  const UpdatePackage package(inValidation(devices));
-  const ProgramResult result = package.update();
+  const ProgramResult result = UpdatePackage(inValidation(devices)).update();
   EXPECT_EQ(result.exitCode, 32);
   EXPECT_TRUE(result.output == executionDocument(outcomes));  // too long to be printed
 }

@@ -1,16 +1,96 @@
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <string>
 
 #include "install/CInf.h"
 #include "install/DevHelper.h"
 #include "install/DeviceStatus.h"
 #include "install/DriverUpdate.h"
+#include "install/ExecCmd.h"
 #include "support/Files.h"
 #include "support/Trace.h"
+#include "winapi/winapi.h"
 
 namespace tolvanix::test {
 namespace {
+
+class ExecCmdTest : public ::testing::Test {
+ protected:
+  // Runs a helper that takes these steps, and checks that standard output is put back as it was
+  // and gets nothing.
+  int exec(const std::string& steps, int timeLimit = 20) {
+    placeHelper(helper, steps);
+    testing::internal::CaptureStdout();
+    const HANDLE before = GetStdHandle(STD_OUTPUT_HANDLE);
+    EXPECT_TRUE(SetHandleInformation(before, HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT));
+    const HANDLE standardError = GetStdHandle(STD_ERROR_HANDLE);
+    if (isErrorToo) SetStdHandle(STD_ERROR_HANDLE, before);
+    const int result = ExecCmd(workingDirectory.c_str(), helper.string().c_str(), 0, output,
+                               sizeof output, exitCode, timeLimit);
+    SetStdHandle(STD_ERROR_HANDLE, standardError);
+    const HANDLE after = GetStdHandle(STD_OUTPUT_HANDLE);
+    DWORD flags = 0;
+    GetHandleInformation(before, &flags);  // the end of the capture closes it
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), isErrorToo ? "xxxxx" : "");
+    EXPECT_EQ(after, before);
+    EXPECT_EQ(flags, HANDLE_FLAG_INHERIT);
+    return result;
+  }
+
+  CurrentTempDir dir;
+  const std::filesystem::path helper = dir / "helper.exe";
+  std::string workingDirectory = dir.path().string();
+  char output[64] = "untouched";
+  DWORD exitCode = 4711;
+  bool isErrorToo = false;  // whether standard output is standard error, too
+};
+
+TEST_F(ExecCmdTest, Child_LeavesItsExitCodeAndTheLastPieceOfItsOutput) {
+  const struct {
+    const char* steps;
+    int timeLimit;  // seconds; without one below 1
+    DWORD exitCode;
+    const char* output;
+  } rows[] = {
+      {"exit 0", 20, 0, "untouched"},    {"exit 77", 20, 77, "untouched"},
+      {"print 10", 20, 0, "xxxxxxxxxx"}, {"print 66\nexit 1", 20, 1, "xxx"},
+      {"exit 3", 0, 3, "untouched"},     {"exit 4", -1, 4, "untouched"},
+  };
+  for (const auto& row : rows) {
+    std::memcpy(output, "untouched", sizeof "untouched");
+    EXPECT_EQ(exec(row.steps, row.timeLimit), kExecEnded);
+    EXPECT_EQ(exitCode, row.exitCode) << row.steps;
+    EXPECT_STREQ(output, row.output) << row.steps;
+  }
+}
+
+TEST_F(ExecCmdTest, OutputLongerThanThePipe_BlocksUntilTheTimeIsOut) {
+  EXPECT_EQ(exec("print 1000000", 1), kExecTimedOut);
+  EXPECT_STREQ(output, "untouched");
+  EXPECT_EQ(exitCode, 4711U);
+}
+
+TEST_F(ExecCmdTest, TimeLimit_LeavesTheChildRunning) {
+  EXPECT_EQ(exec("wait go", 1), kExecTimedOut);
+  EXPECT_TRUE(releaseHelper(helper, "go"));
+}
+
+TEST_F(ExecCmdTest, StandardErrorThatIsStandardOutputToo_StaysTheChilds) {
+  isErrorToo = true;
+  EXPECT_EQ(exec("complain 5"), kExecEnded);
+}
+
+TEST_F(ExecCmdTest, WorkingDirectory_MayBeEmptyOrUpTo255Characters) {
+  workingDirectory.append(256 - workingDirectory.size(), '/');
+  EXPECT_EQ(exec(""), kExecFailed);
+  EXPECT_EQ(exitCode, ERROR_FILENAME_EXCED_RANGE);
+  workingDirectory.pop_back();
+  EXPECT_EQ(exec(""), kExecEnded);
+  workingDirectory = "";
+  EXPECT_EQ(exec("record out.txt"), kExecEnded);
+  EXPECT_EQ(readFile(dir / "out.txt"), dir.path().string() + '\n');
+}
 
 TEST(CInf, Open_FindsPathClassAndGuid) {
   const CurrentTempDir folder;
@@ -71,17 +151,19 @@ TEST(PrintError, TextWithAnInsert_IsTracedAsItIs) {
 TEST(DriverUpdate, NoHardwareId_IsADeviceStatus) {
   const CurrentTempDir dir;
   writeFile(dir / "a.inf", infFile({"PCI\\VEN_1DE4"}));
-  EXPECT_EQ(traceOf([] { EXPECT_EQ(DriverUpdate(nullptr, nullptr, 0), kDeviceNullHardwareId); }),
-            "");
+  int status = 0;
+  EXPECT_EQ(traceOf([&] { status = DriverUpdate(nullptr, nullptr, 0); }), "");
+  EXPECT_EQ(status, kDeviceNullHardwareId);
   char id[] = "PCI\\VEN_1DE4";
-  EXPECT_TRUE(traceOf([&id] {
-                EXPECT_EQ(DriverUpdate(id, "none.inf", 0), kDeviceNamedInfNotFound);
-              }).ends_with("DriverUpdate: INF file was not found = none.inf\n"));
-  EXPECT_TRUE(traceOf([] {
-                Win2kInstall("none.inf", "", 0);
-              }).ends_with("\nWin2kInstall: Error: Unable to open INF file: none.inf\n"));
-  EXPECT_EQ(traceOf([] { EXPECT_EQ(Win2kInstall("a.inf", nullptr, 0), kDeviceNoIdForInstall); }),
+  std::string trace = traceOf([&] { status = DriverUpdate(id, "none.inf", 0); });
+  EXPECT_EQ(status, kDeviceNamedInfNotFound);
+  EXPECT_TRUE(trace.ends_with("DriverUpdate: INF file was not found = none.inf\n")) << trace;
+  trace = traceOf([&] { Win2kInstall("none.inf", "", 0); });
+  EXPECT_TRUE(trace.ends_with("\nWin2kInstall: Error: Unable to open INF file: none.inf\n"))
+      << trace;
+  EXPECT_EQ(traceOf([&] { status = Win2kInstall("a.inf", nullptr, 0); }),
             "Win2kInstall: Entered function.\nWin2kInstall: Error: Hardware ID pointer is NULL.\n");
+  EXPECT_EQ(status, kDeviceNoIdForInstall);
 }
 
 }  // namespace

@@ -31,16 +31,12 @@ TEST(DebugWriter, Target_IsASetOfOutputs) {
     const std::string file = readText("debug.log");
     EXPECT_EQ(file.substr(file.find("debug.log\n") + 10), row.toFile) << row.target;
   }
+  EXPECT_EQ(traceOf([] { DebugWriter().dumpXML(nullptr, "None"); }), "");
   DebugWriter().initialize(0, kTargetFile | kTargetStandardOutput, "none/debug.log");
   testing::internal::CaptureStdout();
   EXPECT_EQ(debugTrace("abc"), -1);
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "") << "nothing goes elsewhere then";
   DebugWriter().initialize(0, kTargetNone, "");
-}
-
-TEST(DebugWriter, NoDocument_IsPassedOver) {
-  const CurrentTempDir folder;
-  EXPECT_EQ(traceOf([] { DebugWriter().dumpXML(nullptr, "None"); }), "");
 }
 
 }  // namespace

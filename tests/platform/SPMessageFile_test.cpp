@@ -7,6 +7,7 @@
 #include "platform/SPMessageFile.h"
 #include "platform/SPModuleFile.h"
 #include "support/Files.h"
+#include "text/Conversion.h"
 #include "winapi/winapi.h"
 
 namespace tolvanix::test {
@@ -28,38 +29,37 @@ TEST(SPMessageFile, LanguageCode_MatchesWholeWithoutRegardToCase) {
 
 TEST(MessageLibrary, Text_IsOfTheLanguageElseOfAnyThatIsThere) {
   const CurrentTempDir folder;
-  const auto missing = [](const std::string& path) -> SPUString {
+  const auto missing = [](const std::string& path) -> std::string {
     try {
       const SPModuleFile file(path.c_str());
     } catch (const SPException& e) {
       EXPECT_EQ(e.getErrorNum(), SPModuleFile::kFileNotFound) << path;
-      return e.getMessage();
+      return narrow(e.getMessage());
     }
-    return {};
+    return "";
   };
-  constexpr char16_t kNoText[] = u"Internal Error - Message not found";
-  EXPECT_TRUE(missing("none.xml") == SPUString(kNoText));
-  EXPECT_TRUE(missing(folder.path().string()) == SPUString(kNoText));
+  const std::string none = "Internal Error - Message not found";
+  EXPECT_EQ(missing("none.xml"), none);
+  EXPECT_EQ(missing(folder.path().string()), none);
   std::filesystem::copy_file(TEST_MESSAGES, folder / "TarvekSPMsg.DLL");
-  EXPECT_TRUE(missing("none.xml") == SPUString(u"none.xml is not there."));
+  EXPECT_EQ(missing("none.xml"), "none.xml is not there.");
   const struct {
     const char* code;
     std::uint32_t number;
-    std::vector<const char16_t*> inserts;
-    const char16_t* text;
+    std::vector<SPUString> inserts;
+    std::string text;
   } rows[] = {
-      {"en", 6046, {u"a", u"b"}, u"a is closed, b too: %1."},
-      {"en", 6046, {u"%2", u"b"}, u"b is closed, %2 too: %1."},
-      {"en", 6046, {}, u"%1 is closed, %2 too: %1."},
-      {"de", 6046, {u"a", u"b"}, u"a ist zu."},
-      {"de", 6047, {u"a"}, u"a is not there."},
-      {"ja", 6047, {u"a"}, u"a is not there."},
-      {"de", 6049, {u"a"}, kNoText},
+      {"en", 6046, {SPUString(u"a"), SPUString(u"b")}, "a is closed, b too: %1."},
+      {"en", 6046, {SPUString(u"%2"), SPUString(u"b")}, "b is closed, %2 too: %1."},
+      {"en", 6046, {}, "%1 is closed, %2 too: %1."},
+      {"de", 6046, {SPUString(u"a"), SPUString(u"b")}, "a ist zu."},
+      {"de", 6047, {SPUString(u"a")}, "a is not there."},
+      {"ja", 6047, {SPUString(u"a")}, "a is not there."},
+      {"de", 6049, {SPUString(u"a")}, none},
   };
   for (const auto& row : rows) {
-    const std::vector<SPUString> inserts(row.inserts.begin(), row.inserts.end());
-    EXPECT_TRUE(SPMessageFile(row.code).getMessage(row.number, inserts) == SPUString(row.text))
-        << row.code << ' ' << row.number;
+    EXPECT_EQ(narrow(SPMessageFile(row.code).getMessage(row.number, row.inserts)), row.text)
+        << row.code;
   }
   // The program itself never frees it.
   while (const HMODULE loaded = GetModuleHandleA("TarvekSPMsg.DLL")) FreeLibrary(loaded);

@@ -1,30 +1,18 @@
 #include "support/Computer.h"
 
 #include <cstdlib>
-#include <utility>
 
 #include "winapi/posix/machine/PresentedMachine.h"
 
 namespace tolvanix::test {
 
-struct Computer::State {
-  std::unique_ptr<winapi::Machine> before;
-};
-
 Computer::Computer(const std::filesystem::path& registryExport) {
-  const std::string file = absolute(registryExport).string();
-  setenv("TOLVANIX_MACHINE", file.c_str(), 1);
-  state =
-      std::make_unique<State>(State{winapi::exchangePresentedMachine(winapi::loadMachine(file))});
-}
-
-Computer::~Computer() {
-  winapi::exchangePresentedMachine(std::move(state->before));
-  unsetenv("TOLVANIX_MACHINE");
-}
-
-bool Computer::showsInstallations() {
-  return true;
+  setenv("TOLVANIX_MACHINE", absolute(registryExport).c_str(), 1);
+  winapi::exchangePresentedMachine(nullptr);  // it is loaded when first asked for
+  end = std::shared_ptr<void>(nullptr, [](void* /*none*/) {
+    unsetenv("TOLVANIX_MACHINE");
+    winapi::exchangePresentedMachine(nullptr);
+  });
 }
 
 }  // namespace tolvanix::test

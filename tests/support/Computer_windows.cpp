@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <map>
 #include <regex>
 #include <sstream>
 #include <stdexcept>
@@ -80,11 +79,10 @@ void resolveTexts(const std::string& key) {
 std::string windowsVersion(const std::string& text) {
   static const std::regex ten("\"CurrentMajorVersionNumber\"=dword:0000000a", std::regex::icase);
   static const std::regex older("\"CurrentVersion\"=\"(6\\.[123])\"", std::regex::icase);
-  static const std::map<std::string, std::string> names{
-      {"6.1", "win7"}, {"6.2", "win8"}, {"6.3", "win81"}};
   std::smatch match;
   if (std::regex_search(text, ten)) return "win10";
-  return std::regex_search(text, match, older) ? names.at(match[1]) : "";
+  if (!std::regex_search(text, match, older)) return "";
+  return match[1] == "6.1" ? "win7" : match[1] == "6.2" ? "win8" : "win81";
 }
 
 void importKeys(const std::string& text) {
@@ -102,19 +100,14 @@ void deleteKeys(const std::vector<std::string>& keys) {
 
 }  // namespace
 
-struct Computer::State {
-  std::vector<std::string> importedKeys;  // below HKEY_LOCAL_MACHINE
-};
-
 Computer::Computer(const std::filesystem::path& registryExport) {
   skipUnlessWine();
-  state = std::make_unique<State>();
-  std::vector<std::string>& importedKeys = state->importedKeys;
   const std::string text = readExport(registryExport);
   std::string kept = text.substr(0, text.find_first_of("\r\n")) + "\n\n";
   if (kept != "Windows Registry Editor Version 5.00\n\n" && kept != "REGEDIT4\n\n") {
     throw std::runtime_error(registryExport.string() + " is no registry export");
   }
+  std::vector<std::string> keys;  // the imported ones, below HKEY_LOCAL_MACHINE
   std::istringstream lines(text);
   bool keep = false;
   for (std::string line; std::getline(lines, line);) {
@@ -122,7 +115,7 @@ Computer::Computer(const std::filesystem::path& registryExport) {
       const std::string key = deviceOrDriverKey(line);
       keep = !key.empty();
       if (!keep) continue;
-      importedKeys.push_back(key);
+      keys.push_back(key);
       const bool deleted = line[1] == '-';
       line = (deleted ? "[-HKEY_LOCAL_MACHINE\\" : "[HKEY_LOCAL_MACHINE\\") + key + ']';
       // Wine wants it of a device; the export's own comes after it.
@@ -130,22 +123,17 @@ Computer::Computer(const std::filesystem::path& registryExport) {
     }
     if (keep) kept += line + '\n';
   }
-  deleteKeys(importedKeys);  // a driver key of the export may be one of Wine's own
+  deleteKeys(keys);  // a driver key of the export may be one of Wine's own
+  end = std::shared_ptr<void>(nullptr, [keys](void* /*none*/) {
+    deleteKeys(keys);
+    RegDeleteTreeA(HKEY_CURRENT_USER, kProgramSettings);
+  });
   importKeys(kept);
-  for (const std::string& key : importedKeys) resolveTexts(key);
+  for (const std::string& key : keys) resolveTexts(key);
   if (const std::string version = windowsVersion(text); !version.empty()) {
     RegSetKeyValueA(HKEY_CURRENT_USER, kProgramSettings, "Version", REG_SZ, version.c_str(),
                     static_cast<DWORD>(version.size() + 1));
   }
-}
-
-Computer::~Computer() {
-  deleteKeys(state->importedKeys);
-  RegDeleteTreeA(HKEY_CURRENT_USER, kProgramSettings);
-}
-
-bool Computer::showsInstallations() {
-  return false;
 }
 
 }  // namespace tolvanix::test

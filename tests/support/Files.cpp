@@ -20,16 +20,13 @@ TempDir::TempDir() {
 
 TempDir::~TempDir() {
   std::error_code ignored;
+  if (!before.empty()) fs::current_path(before, ignored);
   fs::remove_all(folder, ignored);
 }
 
-CurrentTempDir::CurrentTempDir() : before(fs::current_path()) {
+CurrentTempDir::CurrentTempDir() {
+  before = fs::current_path();
   fs::current_path(path());
-}
-
-CurrentTempDir::~CurrentTempDir() {
-  std::error_code ignored;
-  fs::current_path(before, ignored);
 }
 
 fs::path fixture(std::string_view name) {
@@ -77,58 +74,32 @@ void placeHelper(const fs::path& program, std::string_view steps) {
   writeFile(fs::path(program).replace_extension(".txt"), steps);
 }
 
-namespace {
-
-// Whether it holds within a time that is long for a step of any program.
-template <typename Condition>
-bool soon(Condition condition) {
-  for (int tries = 0; tries < 2000; ++tries) {
-    if (condition()) return true;
+bool releaseHelper(const fs::path& program, std::string_view file) {
+  const fs::path given = program.parent_path() / file;
+  writeFile(given, "");
+  for (int tries = 0; tries < 2000; ++tries) {  // longer than any helper needs
+    std::error_code stillRuns;                  // Windows removes no program that runs
+    if (!exists(given) && fs::remove(program, stillRuns)) return true;
     std::this_thread::sleep_for(std::chrono::milliseconds(10));
   }
   return false;
 }
 
-}  // namespace
-
-bool releaseHelper(const fs::path& program, std::string_view file) {
-  const fs::path given = program.parent_path() / file;
-  writeFile(given, "");
-  if (!soon([&given] { return !exists(given); })) return false;
-  // Windows removes no program that runs.
-  return soon([&program] {
-    std::error_code stillRuns;
-    return fs::remove(program, stillRuns);
-  });
-}
-
-void placeValidationLibrary(const fs::path& folder, std::string_view answer, Exports exports) {
-  const char* library = TEST_KIVVALID;
-  if (exports == Exports::kWithoutValidate) library = TEST_KIVVALID_WITHOUT_VALIDATE;
-  if (exports == Exports::kWithoutFree) library = TEST_KIVVALID_WITHOUT_FREE;
-  fs::copy_file(library, folder / "kivvalid.dll");
+void placeValidationLibrary(const fs::path& folder, std::string_view answer,
+                            const std::string& withoutExport) {
+  std::string library = readFile(TEST_KIVVALID);
+  const std::string name = withoutExport + '\0';
+  for (std::size_t at = 0;
+       !withoutExport.empty() && (at = library.find(name, at)) < std::string::npos;) {
+    library[at + withoutExport.size() - 1] = '_';
+  }
+  writeFile(folder / "kivvalid.dll", library);
   writeFile(folder / "answer.txt", answer);
 }
 
-std::string foreignLibrary() {
-  std::string bytes = readFile(TEST_KIVVALID);
-  // The machine is at a fixed place in ELF; in PE two bytes after a signature, whose place is
-  // at 0x3C. 0x28 is ARM in ELF and nothing in PE.
-  std::size_t machine = 18;
-  if (bytes.starts_with("MZ")) {
-    machine = static_cast<unsigned char>(bytes.at(0x3C)) + 4 +
-              std::size_t{256} * static_cast<unsigned char>(bytes.at(0x3D));
-  }
-  return bytes.replace(machine, 2, std::string("\x28\0", 2));
-}
-
 std::string utf16File(std::u16string_view text) {
-  std::string bytes = "\xFF\xFE";
-  for (const char16_t unit : text) {
-    bytes += static_cast<char>(unit & 0xFF);
-    bytes += static_cast<char>(unit >> 8);
-  }
-  return bytes;
+  return std::string("\xFF\xFE")
+      .append(reinterpret_cast<const char*>(text.data()), 2 * text.size());
 }
 
 }  // namespace tolvanix::test

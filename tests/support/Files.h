@@ -19,6 +19,9 @@ class TempDir {
   const std::filesystem::path& path() const { return folder; }
   std::filesystem::path operator/(std::string_view name) const { return folder / name; }
 
+ protected:
+  std::filesystem::path before;  // the current folder that comes back; empty for the present one
+
  private:
   std::filesystem::path folder;
 };
@@ -27,12 +30,6 @@ class TempDir {
 class CurrentTempDir : public TempDir {
  public:
   CurrentTempDir();
-  CurrentTempDir(const CurrentTempDir&) = delete;
-  CurrentTempDir& operator=(const CurrentTempDir&) = delete;
-  ~CurrentTempDir();
-
- private:
-  std::filesystem::path before;
 };
 
 // A file of tests/fixtures/.
@@ -55,15 +52,10 @@ void placeHelper(const std::filesystem::path& program, std::string_view steps);
 // False when the helper was not there to take it.
 bool releaseHelper(const std::filesystem::path& program, std::string_view file);
 
-enum class Exports { kBoth, kWithoutValidate, kWithoutFree };
-
 // Puts the validation library for tests (test_kivvalid.cpp) into that folder as kivvalid.dll, with
-// what it is to return.
+// what it is to return. The export of that name gets another one.
 void placeValidationLibrary(const std::filesystem::path& folder, std::string_view answer,
-                            Exports exports = Exports::kBoth);
-
-// The bytes of a library that is whole, but for another kind of machine.
-std::string foreignLibrary();
+                            const std::string& withoutExport = "");
 
 // UTF-16LE bytes with a byte-order mark.
 std::string utf16File(std::u16string_view text);

@@ -22,13 +22,12 @@ class Package {
 
   // A file of the package; `name` may have folders, which are made.
   void add(std::string_view name, std::string_view bytes) const;
-  void addCopy(std::string_view name, const std::filesystem::path& original) const;
 
   // The program, for runs that are no matter of `run`.
   std::filesystem::path program() const;
 
-  // A run of the program in another folder than the package's. A result document that is no valid
-  // one fails the test.
+  // A run of the program in another folder than the package's. A document on standard output
+  // that is no valid one fails the test.
   ProgramResult run(const Arguments& arguments) const;
 
  private:

@@ -16,9 +16,9 @@ struct ProgramResult {
   std::string errors;
 };
 
-// Reads the program's standard output from a pipe until nobody can write there any more, and waits
-// for the program's end. One that cannot be started, that is ended by a signal or that is not done
-// in half a minute fails the test (an exception).
+// Waits for the program's end. One that cannot be started, that is ended by a signal, that is not
+// done in half a minute, or that leaves a process with its standard output, fails the test (an
+// exception, or the test's own time limit).
 ProgramResult runProgram(const std::filesystem::path& program, const Arguments& arguments);
 
 }  // namespace tolvanix::test

@@ -4,7 +4,7 @@
 
 #include <array>
 #include <cstdio>
-#include <memory>
+#include <regex>
 #include <stdexcept>
 
 #include "support/Files.h"
@@ -14,9 +14,7 @@ namespace tolvanix::test {
 namespace {
 
 std::string quoted(const std::string& text) {
-  std::string result = "'";
-  for (const char c : text) result += c == '\'' ? std::string(R"('\'')") : std::string(1, c);
-  return result + "' ";
+  return '\'' + std::regex_replace(text, std::regex("'"), R"('\'')") + "' ";
 }
 
 }  // namespace

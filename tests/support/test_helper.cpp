@@ -3,15 +3,12 @@
 //   record FILE   append the arguments, one a line each, and the working folder, to that file
 //   print N       write N bytes to standard output
 //   complain N    the same to standard error
-//   sleep MS
 //   wait FILE     until the test gives that file, which is taken away (releaseHelper)
 //   linger FILE   start a copy that keeps standard output open until it is given that file, and go
 //                 on
 //   raise N       send itself the signal
 //   exit N
-// Files are those beside the program. Without such a text it ends with 0 at once. As
-//   spawn PROGRAM ARGUMENT...
-// it starts that program instead and ends with its exit code.
+// Files are those beside the program. Without such a text it ends with 0 at once.
 #include <chrono>
 #include <csignal>
 #include <cstdio>
@@ -23,23 +20,18 @@
 #include <system_error>
 #include <thread>
 
-#include "support/Spawn.h"
 #include "winapi/winapi.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 
-void sleepFor(const std::string& milliseconds) {
-  std::this_thread::sleep_for(std::chrono::milliseconds(std::stoi(milliseconds)));
-}
-
 // False when no test gives the file in time.
 bool waitFor(const fs::path& file) {
   for (int tries = 0; tries < 2000; ++tries) {
     std::error_code notYet;
     if (fs::remove(file, notYet)) return true;
-    sleepFor("10");
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
   }
   return false;
 }
@@ -61,12 +53,10 @@ void startLingeringCopy(const std::string& program, const std::string& file) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  const std::string task = argc > 2 ? argv[1] : "";
-  if (task == "spawn") return tolvanix::test::spawnAndWait(argv + 2);
   fs::path stepsFile = argv[0];
   stepsFile.replace_extension(".txt");
   const fs::path folder = stepsFile.parent_path();
-  if (task == "linger") return waitFor(folder / argv[2]) ? 0 : 97;
+  if (argc > 2 && std::string("linger") == argv[1]) return waitFor(folder / argv[2]) ? 0 : 97;
   std::ifstream steps(stepsFile);
   std::string line;
   while (std::getline(steps, line)) {
@@ -82,8 +72,6 @@ int main(int argc, char** argv) {
       std::FILE* const stream = step == "print" ? stdout : stderr;
       std::fputs(std::string(std::stoul(value), 'x').c_str(), stream);
       if (std::fflush(stream) != 0) return 98;
-    } else if (step == "sleep") {
-      sleepFor(value);
     } else if (step == "wait") {
       if (!waitFor(folder / value)) return 97;
     } else if (step == "linger") {

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "support/Files.h"
 #include "winapi/Owner.h"
@@ -92,22 +93,40 @@ TEST_F(FileTest, FilesAndFolders_AreToldApart) {
   EXPECT_NE(GetFileAttributesA("sub\\") & FILE_ATTRIBUTE_DIRECTORY, 0U);
 }
 
-TEST_F(FileTest, FindFirst_MatchesWithoutCaseInTheOrderOfUpperCasedNames) {
-  for (const char* name : {"b.inf", "A.INF", "_c.inf", "Z.Inf", "x.txt", "noext", "two.dots.inf"}) {
+TEST_F(FileTest, FindFirst_MatchesAsDosDidInTheOrderOfUpperCasedNames) {
+  for (const char* name :
+       {"b.inf", "A.INF", "_c.inf", "Z.Inf", "x.txt", "noext", "two.dots.inf", ".hid"}) {
     writeFile(dir / name, "x");
   }
   std::filesystem::create_directory(dir / "dir.inf");
-  const std::pair<const char*, const char*> rows[] = {
+  const std::string all = ".hid A.INF b.inf dir.inf noext two.dots.inf x.txt Z.Inf _c.inf ";
+  using Rows = std::vector<std::pair<const char*, std::string>>;
+  const Rows rows = {
       {"*.inf", "A.INF b.inf dir.inf two.dots.inf Z.Inf _c.inf "},
-      {"*", "A.INF b.inf dir.inf noext two.dots.inf x.txt Z.Inf _c.inf "},
-      {"*.*", "A.INF b.inf dir.inf noext two.dots.inf x.txt Z.Inf _c.inf "},
+      {"*", all},
+      {"*.*", all},
+      {"*.*.*", all},
       {"?.inf", "A.INF b.inf Z.Inf "},
-      {"t*.?nf", "two.dots.inf "},
+      {"n?oext", ""},
       {"noext.*", "noext "},
+      {"noext.*t", ""},
+      {"t*.?nf", "two.dots.inf "},
       {"t*.*.inf", "two.dots.inf "},
       {".\\X.TXT", "x.txt "},
   };
   for (const auto& [pattern, names] : rows) EXPECT_EQ(findAll(pattern), names) << pattern;
+  if (std::filesystem::path::preferred_separator == '\\') return;  // Wine departs from these
+  writeFile(dir / "x.infx", "x");
+  writeFile(dir / "\xC3\xA9.inf", "x");
+  const Rows odd = {
+      {"?.inf", "A.INF b.inf Z.Inf \xC3\xA9.inf "},
+      {"x*.inf", ""},
+      {"b??.inf", "b.inf "},
+      {"noext?", "noext "},
+      {"*.", "noext "},
+      {"*t*.", "noext x.txt "},
+  };
+  for (const auto& [pattern, names] : odd) EXPECT_EQ(findAll(pattern), names) << pattern;
 }
 
 TEST_F(FileTest, Failures_HaveTheirErrors) {

@@ -1,71 +1,24 @@
 // The presented computer: names and versions.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <iterator>
-#include <optional>
-#include <sstream>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "support/Computer.h"
 #include "support/Files.h"
-#include "support/ScopedMachine.h"
 #include "winapi/posix/kernel32.h"
-#include "winapi/posix/machine/IndirectText.h"
 #include "winapi/posix/machine/PciIds.h"
 #include "winapi/posix/machine/PresentedMachine.h"
 
 namespace tolvanix::test {
 namespace {
 
-// The presented system: its version, build and service pack; "none" when it returns nothing.
-std::string describeSystem() {
-  OSVERSIONINFOEXA version{};
-  version.dwOSVersionInfoSize = sizeof version;
-  if (GetVersionExA(reinterpret_cast<OSVERSIONINFOA*>(&version)) == FALSE) {
-    EXPECT_EQ(GetLastError(), ERROR_INVALID_DATA);
-    return "none";
-  }
-  std::ostringstream text;
-  text << version.dwMajorVersion << '.' << version.dwMinorVersion << '.' << version.dwBuildNumber
-       << ' ' << version.wServicePackMajor << version.szCSDVersion;
-  return text.str();
-}
-
-TEST(IndirectText, Forms_ResolveAsThePlatformDoes) {
-  const std::pair<const char*, std::optional<std::string>> rows[] = {
-      {"plain", "plain"},
-      {"@oem4.inf,%e1502%;Text; with (all) of it", "Text; with (all) of it"},
-      {"@oem4.inf,%a;b%;Text", "Text"},
-      {"@System32\\drivers\\pci.sys,#65536;PCI bus %1, device %2, function %3;(0,31,3)",
-       "PCI bus 0, device 31, function 3"},
-      {"@x.sys,#1073807361;%1 USB %2 Controller - %3 (M);(Maker(R),3.0,1.0)",
-       "Maker(R) USB 3.0 Controller - 1.0 (M)"},
-      {"@x.sys,#1;%1 of %2 100%;(a)", "a of %2 100%"},
-      {"@x.inf,%a%;Adapter;(R)", "Adapter;(R)"},
-      {"@x.inf,%a%;", ""},
-      {"@x.inf,%a%", std::nullopt},
-      {"@x.dll,-100", std::nullopt},
-      {"@home", "@home"},
-      {"@home, sweet", "@home, sweet"},
-      {"@a,", "@a,"},
-  };
-  for (const auto& [stored, text] : rows) {
-    EXPECT_EQ(winapi::resolveIndirectText(stored), text) << stored;
-  }
-}
+using namespace std::string_literals;
 
 TEST(PciIds, Name_IsOfTheDeviceElseOfItsClass) {
-  // Not sorted, as a list that somebody added to.
-  const std::string list =
-      "# comment\n\n1de9  Late vendor\n\t0001  Late device\n1de4  Vendor\n\t0009  Ninth\n"
-      "\t0001  First\n# 1de5  note\n\t0002  Second\n\t\t1df4 00ab  Board of second\n# note\n"
-      "\t\t1df4 00ac  Other board\n\t0004  \n\t00\n"
-      "C 04  Media\n\t03  Audio\n\t\t01  Interface\n\t00  \nC 02  Network\n\t00  Ethernet\n"
-      "S 05  Of another kind\n\t0003  No device\n\t06  No class\n"
-      "1df0  After the classes\n\t0009  Unended";
+  const std::string list = readFile(fixture("machines/pci.ids"));
   const std::pair<winapi::PciModel, const char*> rows[] = {
       {{0x1DE4, 1, 0x040300}, "First"},
       {{0x1DE4, 2, 0x040300}, "Second"},
@@ -81,39 +34,39 @@ TEST(PciIds, Name_IsOfTheDeviceElseOfItsClass) {
       {{0x1DE4, 1, 0}, "First"},
   };
   std::vector<winapi::PciModel> models;
-  for (const auto& [model, name] : rows) models.push_back(model);
-  const std::vector<std::string_view> names = winapi::pciNames(list, models);
-  ASSERT_EQ(names.size(), std::size(rows));
-  for (std::size_t i = 0; i < names.size(); ++i) EXPECT_EQ(names[i], rows[i].second) << i;
+  std::vector<std::string_view> names;
+  for (const auto& [model, name] : rows) {
+    models.push_back(model);
+    names.emplace_back(name);
+  }
+  EXPECT_EQ(winapi::pciNames(list, models), names);
   EXPECT_EQ(winapi::pciNames("", models), std::vector<std::string_view>(models.size()));
 }
 
 TEST(SysfsMachine, HardwareIds_HaveTheRevisionThatTheTreeHas) {
   const std::string config("\xE4\x1D\x07\0\0\0\0\0\xA3\0\x80\x02", 12);
-  struct Row {
+  const struct {
     const char* revision;  // null for no file
     std::string config;
-    const char* first;  // ID, of those without a revision that all have
-  };
-  const Row rows[] = {
-      {"0x0c\n", config, "PCI\\VEN_1DE4&DEV_0007&SUBSYS_00AB1DF4&REV_0C|"},
-      {nullptr, config, "PCI\\VEN_1DE4&DEV_0007&SUBSYS_00AB1DF4&REV_A3|"},
-      {"?\n", config.substr(0, 9), "PCI\\VEN_1DE4&DEV_0007&SUBSYS_00AB1DF4&REV_A3|"},
+    const char* ending;  // of the first ID, which is left out without a revision
+  } rows[] = {
+      {"0x0c\n", config, "&REV_0C"},
+      {nullptr, config, "&REV_A3"},
+      {"?\n", config.substr(0, 9), "&REV_A3"},
       {nullptr, config.substr(0, 8), ""},
       {nullptr, "", ""},
   };
-  for (const Row& row : rows) {
+  const std::string id = "PCI\\VEN_1DE4&DEV_0007&SUBSYS_00AB1DF4";
+  for (const auto& row : rows) {
     const TempDir tree;
     const auto folder = tree.path() / "bus/pci/devices/0000:00:01.0";
     writeFile(folder / "uevent", "PCI_CLASS=28000\nPCI_ID=1DE4:0007\nPCI_SUBSYS_ID=1DF4:00AB\n");
     if (row.revision != nullptr) writeFile(folder / "revision", row.revision);
     if (!row.config.empty()) writeFile(folder / "config", row.config);
-    std::string ids = winapi::loadMachine(tree.path())->deviceProperty(0, SPDRP_HARDWAREID)->data;
-    std::replace(ids.begin(), ids.end(), '\0', '|');
-    EXPECT_EQ(ids, std::string(row.first) +
-                       "PCI\\VEN_1DE4&DEV_0007&SUBSYS_00AB1DF4|"
-                       "PCI\\VEN_1DE4&DEV_0007&CC_028000|"
-                       "PCI\\VEN_1DE4&DEV_0007&CC_0280||");
+    const std::string rest =
+        id + "\0PCI\\VEN_1DE4&DEV_0007&CC_028000\0PCI\\VEN_1DE4&DEV_0007&CC_0280\0\0"s;
+    EXPECT_EQ(winapi::loadMachine(tree.path())->deviceProperty(0, SPDRP_HARDWAREID)->data,
+              *row.ending == '\0' ? rest : id + row.ending + '\0' + rest);
   }
 }
 
@@ -121,46 +74,58 @@ TEST(Version, Values_DecideTheAnswer) {
   const std::string key =
       "Windows Registry Editor Version 5.00\n\n"
       "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion]\n";
+  const auto ask = [](auto& version, DWORD size) {
+    version.dwOSVersionInfoSize = size;
+    return GetVersionExA(reinterpret_cast<OSVERSIONINFOA*>(&version)) != FALSE;
+  };
   const std::pair<const char*, const char*> rows[] = {
-      {"", "0.0.0 0"},
-      {"\"CurrentVersion\"=\"6.3\"\n\"CurrentMajorVersionNumber\"=dword:a\n", "10.0.0 0"},
-      {"\"CurrentVersion\"=\"6.2\"\n", "6.2.0 0"},
+      {"", "0.0"},
+      {"\"CurrentVersion\"=\"6.3\"\n\"CurrentMajorVersionNumber\"=dword:a\n", "10.0"},
+      {"\"CurrentVersion\"=\"6.2\"\n", "6.2"},
       {"\"CurrentVersion\"=\"six\"\n", "none"},
       {"\"CurrentVersion\"=dword:6\n", "none"},
       {"\"CurrentMajorVersionNumber\"=\"10\"\n", "none"},
       {"\"CurrentVersion\"=\"6.1\"\n\"CurrentBuild\"=\"x\"\n", "none"},
   };
   const TempDir folder;
-  for (const auto& [values, system] : rows) {
+  OSVERSIONINFOEXA version{};
+  for (const auto& [values, expected] : rows) {
     writeFile(folder / "m.reg", key + values);
-    const ScopedMachine machine(folder / "m.reg");
-    EXPECT_EQ(describeSystem(), system) << values;
+    const Computer computer(folder / "m.reg");
+    const std::string answer =
+        ask(version, sizeof version)
+            ? std::to_string(version.dwMajorVersion) + '.' + std::to_string(version.dwMinorVersion)
+            : "none";
+    EXPECT_EQ(answer, expected) << values;
   }
+  EXPECT_EQ(GetLastError(), ERROR_INVALID_DATA);
+  const Computer computer(fixture("machines/forms_utf8.reg"));
+  EXPECT_TRUE(ask(version, sizeof version));
+  EXPECT_EQ(version.dwBuildNumber, 7601U);
+  EXPECT_EQ(version.wServicePackMajor, 1U);
+  EXPECT_STREQ(version.szCSDVersion, "Service Pack 1");
+  EXPECT_FALSE(ask(version, 100));
+  OSVERSIONINFOA basic{};
+  EXPECT_TRUE(ask(basic, sizeof basic));
+  EXPECT_EQ(basic.dwMinorVersion, 1U);
+  EXPECT_EQ(GetSystemDefaultLangID(), 0x0407);
 }
 
 TEST(Version, Verification_IsTruthfulAndForEqualityAlone) {
-  const ScopedMachine machine(fixture("machines/forms_utf8.reg"));
-  EXPECT_EQ(describeSystem(), "6.1.7601 1Service Pack 1");
-  EXPECT_EQ(GetSystemDefaultLangID(), 0x0407);
+  const Computer computer(fixture("machines/forms_utf8.reg"));
   constexpr DWORD kBoth = VER_MAJORVERSION | VER_MINORVERSION;
-  const DWORDLONG equal = VerSetConditionMask(0, kBoth, VER_EQUAL);
-  OSVERSIONINFOEXW wanted{};
-  wanted.dwOSVersionInfoSize = sizeof wanted;
-  wanted.dwMajorVersion = 6;
-  wanted.dwMinorVersion = 1;
-  EXPECT_TRUE(VerifyVersionInfoW(&wanted, kBoth, equal));
-  wanted.dwMinorVersion = 2;
-  EXPECT_FALSE(VerifyVersionInfoW(&wanted, kBoth, equal));
-  EXPECT_EQ(GetLastError(), ERROR_OLD_WIN_VERSION);
   constexpr BYTE kGreaterOrEqual = 3;
-  EXPECT_FALSE(VerifyVersionInfoW(&wanted, kBoth, VerSetConditionMask(0, kBoth, kGreaterOrEqual)));
-  EXPECT_EQ(GetLastError(), ERROR_INVALID_PARAMETER);
-  OSVERSIONINFOA basic{};
-  basic.dwOSVersionInfoSize = sizeof basic;
-  EXPECT_TRUE(GetVersionExA(&basic));
-  EXPECT_EQ(basic.dwMinorVersion, 1U);
-  basic.dwOSVersionInfoSize = 100;
-  EXPECT_FALSE(GetVersionExA(&basic));
+  const auto errorFor = [](DWORD minorNumber, BYTE condition) {
+    OSVERSIONINFOEXW wanted{};
+    wanted.dwOSVersionInfoSize = sizeof wanted;
+    wanted.dwMajorVersion = 6;
+    wanted.dwMinorVersion = minorNumber;
+    const DWORDLONG mask = VerSetConditionMask(0, kBoth, condition);
+    return VerifyVersionInfoW(&wanted, kBoth, mask) != FALSE ? ERROR_SUCCESS : GetLastError();
+  };
+  EXPECT_EQ(errorFor(1, VER_EQUAL), ERROR_SUCCESS);
+  EXPECT_EQ(errorFor(2, VER_EQUAL), ERROR_OLD_WIN_VERSION);
+  EXPECT_EQ(errorFor(1, kGreaterOrEqual), ERROR_INVALID_PARAMETER);
 }
 
 }  // namespace

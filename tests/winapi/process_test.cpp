@@ -3,33 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <optional>
 #include <string>
 #include <utility>
 
+#include "Child.h"
 #include "support/Files.h"
-#include "winapi/Owner.h"
-#include "winapi/winapi.h"
 
 namespace tolvanix::test {
 namespace {
-
-// The exit code; none, with the last error, when it does not start.
-std::optional<DWORD> run(std::string commandLine, const char* directory = nullptr) {
-  STARTUPINFOA startup{};
-  startup.cb = sizeof startup;
-  PROCESS_INFORMATION child{};
-  if (CreateProcessA(nullptr, commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr, directory,
-                     &startup, &child) == FALSE) {
-    return std::nullopt;
-  }
-  const KernelObjectOwner thread(child.hThread);
-  const KernelObjectOwner process(child.hProcess);
-  DWORD exitCode = 0;
-  EXPECT_EQ(WaitForSingleObject(process.get(), 20000), WAIT_OBJECT_0);
-  EXPECT_TRUE(GetExitCodeProcess(process.get(), &exitCode));
-  return exitCode;
-}
 
 class ProcessTest : public ::testing::Test {
  protected:
@@ -101,24 +82,26 @@ TEST_F(ProcessTest, Pipe_TellsWhatIsThereAndBreaksAtTheEnd) {
   const HANDLE before = GetStdHandle(STD_OUTPUT_HANDLE);
   ASSERT_TRUE(SetStdHandle(STD_OUTPUT_HANDLE, writeHandle));
   placeHelper(dir / "helper.exe", "print 1000");
-  const auto exitCode = run(native("helper.exe"));
+  EXPECT_EQ(run(native("helper.exe")), 0U);
   ASSERT_TRUE(SetHandleInformation(writeHandle, HANDLE_FLAG_INHERIT, 0));
   EXPECT_TRUE(run(native("helper.exe"))) << "and what it prints goes nowhere";
   ASSERT_TRUE(SetStdHandle(STD_OUTPUT_HANDLE, before));
-  ASSERT_EQ(exitCode, 0U);
   writeEnd.reset();
   DWORD available = 0;
+  const auto peek = [&] {
+    return PeekNamedPipe(readHandle, nullptr, 0, nullptr, &available, nullptr);
+  };
   DWORD count = 0;
   char text[600];
   for (const DWORD expected : {1000U, 400U}) {
-    ASSERT_TRUE(PeekNamedPipe(readHandle, nullptr, 0, nullptr, &available, nullptr));
+    ASSERT_TRUE(peek());
     EXPECT_EQ(available, expected);
     ASSERT_TRUE(ReadFile(readHandle, text, sizeof text, &count, nullptr));
     EXPECT_EQ(count, std::min<DWORD>(expected, sizeof text));
   }
   EXPECT_FALSE(ReadFile(readHandle, text, sizeof text, &count, nullptr));
   EXPECT_EQ(GetLastError(), ERROR_BROKEN_PIPE);
-  EXPECT_FALSE(PeekNamedPipe(readHandle, nullptr, 0, nullptr, &available, nullptr));
+  EXPECT_FALSE(peek());
   EXPECT_EQ(GetLastError(), ERROR_BROKEN_PIPE);
   EXPECT_EQ(GetStdHandle(7), INVALID_HANDLE_VALUE);
   EXPECT_FALSE(CloseHandle(nullptr));

@@ -1,11 +1,14 @@
-// The sample validation library's parts.
+// Parts of the sample validation library and of the sample helper program.
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 
+#include "helper/SystemError.h"
 #include "validation/Validation.h"
 #include "validation/Version.h"
 #include "validation/Xml.h"
+#include "winapi/winapi.h"
 
 namespace tolvanix::sample {
 namespace {
@@ -61,6 +64,21 @@ TEST(Validate, AnyDeviceName_GivesAWellFormedDocument) {
         document.find(u"A &amp; &lt;B&gt; &quot;\uFFFD\uFFFD\uFFFD\uFFFD\u7F51\U0001F4BE\t%s"),
         std::u16string::npos);
   }
+}
+
+// Also for the errors of Windows.
+TEST(HelperExitCode, SystemError_HasItsMeaningAndIsNeverASuccess) {
+  const std::pair<std::uint32_t, ExitCode> rows[] = {
+      {ERROR_FILE_NOT_FOUND, kInfUnusable},
+      {ERROR_LINE_NOT_FOUND, kInfUnusable},
+      {0xE000020B, kNoDevice},  // ERROR_NO_SUCH_DEVINST
+      {ERROR_NO_MORE_ITEMS, kNotBetter},
+      {740, kNoRights},      // ERROR_ELEVATION_REQUIRED
+      {1459, kNeedsAnswer},  // ERROR_REQUIRES_INTERACTIVE_WINDOWSTATION
+      {ERROR_SUCCESS, kNotInstalled},
+      {0xE0000235, kNotInstalled},  // ERROR_IN_WOW64
+  };
+  for (const auto& [error, exitCode] : rows) EXPECT_EQ(exitCodeFor(error), exitCode) << error;
 }
 
 }  // namespace

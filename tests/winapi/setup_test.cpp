@@ -1,12 +1,13 @@
-// Device sets and the driver keys of their devices, to the documented behaviour.
+// Device sets, the driver keys of their devices, and INF files, to the documented behaviour. What
+// INF files contain is compared with Wine (tests/checks/check_answers.py); here is how they are
+// asked.
 #include <gtest/gtest.h>
 
 #include <string>
 
+#include "support/Computer.h"
 #include "support/Files.h"
-#include "support/ScopedMachine.h"
 #include "winapi/Owner.h"
-#include "winapi/winapi.h"
 
 namespace tolvanix::test {
 namespace {
@@ -28,7 +29,7 @@ class DeviceSet : public testing::Test {
                                              reinterpret_cast<BYTE*>(text), room, &size) != FALSE;
   }
 
-  const ScopedMachine machine{fixture("computers/four_devices.reg")};
+  const Computer computer{fixture("computers/four_devices.reg")};
   const DeviceSetOwner set{
       SetupDiGetClassDevsA(nullptr, nullptr, nullptr, DIGCF_PRESENT | DIGCF_ALLCLASSES)};
   SP_DEVINFO_DATA device{};
@@ -58,13 +59,13 @@ TEST_F(DeviceSet, Property_TellsItsSizeAndTypeAndNeedsAllOfItsRoom) {
 
 TEST_F(DeviceSet, DriverKey_AnswersWhatFits) {
   HKEY opened = nullptr;
-  const std::string path =
-      R"(SYSTEM\CurrentControlSet\Control\Class\{4d36e972-e325-11ce-bfc1-08002be10318}\000)";
-  for (const char last : {'2', '1'}) {
-    const auto error = static_cast<DWORD>(
-        RegOpenKeyExA(HKEY_LOCAL_MACHINE, (path + last).c_str(), 0, KEY_QUERY_VALUE, &opened));
-    ASSERT_EQ(error, last == '1' ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND);
-  }
+  const auto open = [&opened](const char* driver) {
+    const std::string path = R"(SYSTEM\CurrentControlSet\Control\Class\)" + std::string(driver);
+    return static_cast<DWORD>(
+        RegOpenKeyExA(HKEY_LOCAL_MACHINE, path.c_str(), 0, KEY_QUERY_VALUE, &opened));
+  };
+  EXPECT_EQ(open("{4d36e972-e325-11ce-bfc1-08002be10318}\\0002"), ERROR_FILE_NOT_FOUND);
+  ASSERT_EQ(open("{4d36e972-e325-11ce-bfc1-08002be10318}\\0001"), ERROR_SUCCESS);
   const RegistryKeyOwner key(opened);
   char version[12] = "#";
   const auto query = [&](const char* name, DWORD room) {
@@ -91,6 +92,60 @@ TEST_F(DeviceSet, Misuse_HasItsError) {
   EXPECT_EQ(GetLastError(), ERROR_INVALID_USER_BUFFER);
   EXPECT_EQ(SetupDiGetClassDevsA(nullptr, nullptr, nullptr, DIGCF_PRESENT), INVALID_HANDLE_VALUE);
   EXPECT_EQ(GetLastError(), ERROR_INVALID_PARAMETER);
+}
+
+class Inf : public testing::Test {
+ protected:
+  static HINF open(const char* name, UINT* line = nullptr) {
+    return SetupOpenInfFileA(name, nullptr, INF_STYLE_WIN4, line);
+  }
+
+  const CurrentTempDir folder;
+};
+
+TEST_F(Inf, Open_FailsWithItsErrorAndLine) {
+  writeFile(folder / "good.inf", "[Version]\nSignature=\"$Windows NT$\"");
+  writeFile(folder / "bad.inf", "; one\n[Version]\n\n[open\n");
+  std::filesystem::create_directory(folder / "folder.inf");
+  const struct {
+    const char* name;
+    DWORD error;
+  } rows[] = {
+      {"good.inf", ERROR_FILE_NOT_FOUND},  // the system's own folder is meant
+      {".\\none.inf", ERROR_FILE_NOT_FOUND},  {".\\none\\x.inf", ERROR_PATH_NOT_FOUND},
+      {".\\folder.inf", ERROR_ACCESS_DENIED}, {".\\bad.inf", ERROR_BAD_SECTION_NAME_LINE},
+  };
+  GUID guid{};
+  char name[64] = "";
+  for (const auto& row : rows) {
+    EXPECT_FALSE(InfOwner(open(row.name))) << row.name;
+    EXPECT_EQ(GetLastError(), row.error) << row.name;
+    EXPECT_FALSE(SetupDiGetINFClassA(row.name, &guid, name, sizeof name, nullptr)) << row.name;
+  }
+  EXPECT_TRUE(InfOwner(open("./good.inf")));
+  UINT line = 0;
+  open(".\\bad.inf", &line);
+  EXPECT_EQ(line, 4U);
+}
+
+TEST_F(Inf, StringField_SizesAndBuffers) {
+  writeFile(folder / "test.inf",
+            "[Version]\nSignature=\"$Windows NT$\"\n[S]\nk=%s%\n[Strings]\ns=abc\n");
+  const InfOwner inf(open(".\\test.inf"));
+  INFCONTEXT line{};
+  EXPECT_FALSE(SetupFindFirstLineA(inf.get(), "none", nullptr, &line));
+  EXPECT_NE(GetLastError(), ERROR_SUCCESS);
+  ASSERT_TRUE(SetupFindFirstLineA(inf.get(), "S", nullptr, &line));
+  DWORD size = 0;
+  EXPECT_FALSE(SetupGetStringFieldA(&line, 2, nullptr, 0, &size));
+  EXPECT_TRUE(SetupGetStringFieldA(&line, 1, nullptr, 0, &size));
+  EXPECT_EQ(size, 4U);
+  char text[4] = "x";
+  EXPECT_FALSE(SetupGetStringFieldA(&line, 1, text, 3, nullptr));
+  EXPECT_EQ(GetLastError(), ERROR_INSUFFICIENT_BUFFER);
+  EXPECT_STREQ(text, "x");
+  EXPECT_TRUE(SetupGetStringFieldA(&line, 1, text, 4, &size));
+  EXPECT_STREQ(text, "abc");
 }
 
 }  // namespace
