@@ -48,7 +48,7 @@ KivChar* readAnswer() {
   const std::string_view read(bytes, std::fread(bytes, 1, sizeof bytes, in));
   std::fclose(in);
   throwsAtTheEnd = read == "throw at the end";
-  if (read == "throw") throw kFault;
+  if (read == "throw") throw int{kFault};
   if (read == "null") return nullptr;
   auto* const text = static_cast<KivChar*>(std::calloc(read.size() + 1, sizeof(KivChar)));
   const bool isWide = read.substr(0, 2) == "\xFF\xFE";
@@ -73,5 +73,5 @@ const KivChar* SPValidate(const KivChar* package, const KivChar* inventory, cons
 void SPFreeValidationXML(const KivChar* validation) {
   recordCall(validation == answer ? "free\n" : "free another\n");
   std::free(answer);
-  if (throwsAtTheEnd) throw kFault;
+  if (throwsAtTheEnd) throw int{kFault};
 }

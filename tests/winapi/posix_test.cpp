@@ -28,7 +28,7 @@ class PosixTest : public ::testing::Test {
     }
     winapi::startUp();
   }
-  ~PosixTest() override { EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1) << "a child is left"; }
+  void TearDown() override { EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1) << "a child is left"; }
 
   CurrentTempDir dir;
 };
