@@ -10,7 +10,8 @@ import sys
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent
-LONGEST = 1500
+LONGEST = 1400
+LONGEST_DOCUMENT = 400  # each device of it costs much
 PART = "\x1e"
 
 
@@ -21,9 +22,9 @@ def read(path):
     return data.decode("utf-16", "replace") if is_wide else data.decode("latin-1")
 
 
-def cut(text, end="\n"):
+def cut(text, end="\n", longest=LONGEST):
     """The text without what is too long, up to such an end."""
-    return text if len(text) <= LONGEST else text[: text.rfind(end, 0, LONGEST) + 1]
+    return text if len(text) <= longest else text[: text.rfind(end, 0, longest) + 1]
 
 
 class Seeds:
@@ -104,7 +105,8 @@ def main():
 
     add_exports(seeds, ending(".reg"))
     add_inf_files(seeds, ending(".inf"))
-    add_documents(seeds, SAMPLES + [cut(read(path)) for path in ending(".xml")])
+    documents = [cut(read(path), ">", LONGEST_DOCUMENT) for path in ending(".xml")]
+    add_documents(seeds, SAMPLES + documents)
     for tree in ((NETWORK,), (STORAGE, NETWORK), (ALIAS, STORAGE, NETWORK)):
         seeds.add("inventory", sysfs_tree(*tree))
     for text in TEXTS:
