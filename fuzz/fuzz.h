@@ -159,6 +159,11 @@ std::optional<std::int32_t> decimal(std::u16string_view text);
 std::int32_t hexadecimal(std::u16string_view text);
 std::string lower(std::string text);
 std::string trimmed(const std::string& text, std::string_view blanks);
+// The text as a function of the C library reads it.
+template <typename Text>
+Text upToZero(const Text& text) {
+  return text.substr(0, text.find(typename Text::value_type()));
+}
 
 // ---- fuzz_query.cpp ----
 

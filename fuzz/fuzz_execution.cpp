@@ -20,7 +20,8 @@ constexpr char kInf[] = "fuzz.inf";
 struct Run {
   bool checkOnly = false;
   std::u16string validation;
-  std::string helperCodes;  // the helper program's exit codes, by the first digit of the device's ID
+  std::string
+      helperCodes;  // the helper program's exit codes, by the first digit of the device's ID
   std::u16string packageSeen;
 };
 Run run;
@@ -76,8 +77,7 @@ Element deviceElement(const Text& device) {
   const Text application = applications.empty() ? Text() : applications[0];
   Element& written = element.children.emplace_back(Element{"Application", {}, "", {}});
   for (const char* const name : {"componentType", "version", "display"}) {
-    written.attributes[name] =
-        attributeValue(attribute(application, u"Application", widen(name)));
+    written.attributes[name] = attributeValue(attribute(application, u"Application", widen(name)));
   }
   const auto versions = attributeValues(application, u"Package", u"version");
   const Text version = versions.empty() ? Text() : unescaped(versions.back());
@@ -122,7 +122,7 @@ Text packageText(std::string_view bytes) {
                                     static_cast<unsigned char>(bytes[i + 1]) * 256);
     }
   }
-  return text.c_str();
+  return upToZero(text);
 }
 
 }  // namespace

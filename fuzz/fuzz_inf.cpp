@@ -102,7 +102,7 @@ std::optional<Sections> readSections(const std::string& text) {
     if (!line && isEmptyOrComment(content)) continue;
     if (!line && content[0] == '[') {
       const std::size_t end = content.find(']');
-      if (end == content.npos || end > 256) return std::nullopt;
+      if (end > 256) return std::nullopt;  // none, or the name is longer than 255
       section = &sections[lower(content.substr(1, end - 1))];
       continue;
     }
@@ -152,9 +152,9 @@ bool isGuid(const std::string& text) {
   const std::string form = "{xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx}";
   return text.size() == form.size() &&
          std::equal(text.begin(), text.end(), form.begin(), [](char c, char wanted) {
-           return wanted == 'x' ? std::string_view("0123456789abcdefABCDEF").find(c) !=
-                                      std::string_view::npos
-                                : c == wanted;
+           return wanted == 'x'
+                      ? std::string_view("0123456789abcdefABCDEF").find(c) != std::string_view::npos
+                      : c == wanted;
          });
 }
 
@@ -187,7 +187,7 @@ InfContent readInf(std::string_view bytes) {
   content.opens = sections && hasVersion(*sections);
   if (!content.opens) return content;
   const auto fieldText = [&](const std::string& field) {
-    return std::string(expanded(*sections, field).c_str());
+    return upToZero(expanded(*sections, field));
   };
   const auto linesOf = [&](const std::string& name) {
     const auto section = sections->find(lower(name));
@@ -229,8 +229,7 @@ void inf(std::string_view input) {
   file.write(input);
   const naive::InfContent content = naive::readInf(input);
   CInf found;
-  expectEqual("the file opens", found.Open(file.platformName(), 0) == ERROR_SUCCESS,
-              content.opens);
+  expectEqual("the file opens", found.Open(file.platformName(), 0) == ERROR_SUCCESS, content.opens);
   if (!content.opens) return;
   constexpr std::size_t kMostIds = 4;
   std::vector<std::string> wanted = {"PCI\\VEN_none"};

@@ -14,7 +14,8 @@
 #include "winapi/winapi.h"
 
 // In place of the list that this computer has: reading that takes milliseconds.
-tolvanix::winapi::MappedFile installedList() __asm__("__wrap__ZN8tolvanix6winapi15installedPciIdsEv");
+tolvanix::winapi::MappedFile installedList() __asm__(
+    "__wrap__ZN8tolvanix6winapi15installedPciIdsEv");
 
 namespace tolvanix::fuzz {
 
@@ -26,12 +27,12 @@ namespace {
 
 // The text of a value, as much of it as a record holds.
 std::string recordText(const std::string& text) {
-  return std::string(text.c_str()).substr(0, 199);
+  return upToZero(text).substr(0, 199);
 }
 
 std::optional<std::string> property(const Machine& machine, std::size_t device, DWORD code) {
   const auto value = machine.deviceProperty(device, code);
-  return value ? std::optional(std::string(value->data.c_str())) : std::nullopt;
+  return value ? std::optional(upToZero(value->data)) : std::nullopt;
 }
 
 std::vector<std::string> tokens(const std::string& text, char separator) {
@@ -80,9 +81,9 @@ void addPlace(std::string location, std::map<std::string, std::string>& found) {
 }
 
 std::string driverVersion(const Machine& machine, const std::string& driver) {
-  const std::string key = "SYSTEM\\CurrentControlSet\\Control\\Class\\" + driver;
+  const std::string key = R"(SYSTEM\CurrentControlSet\Control\Class\)" + driver;
   const auto value = key.size() < 256 ? machine.value(key, "DriverVersion") : std::nullopt;
-  return value && value->data.size() <= 64 ? value->data.c_str() : "";
+  return value && value->data.size() <= 64 ? upToZero(value->data) : "";
 }
 
 std::string shownText(const std::string& text) {

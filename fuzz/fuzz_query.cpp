@@ -19,7 +19,7 @@ Text elementName(const Text& text) {
   while (open != kNone) {
     std::size_t end = open + 1;
     while (end < text.size() && text[end] != u' ' && text[end] != u'>' && text[end] != u'/') ++end;
-    const Text name = text.substr(open + 1, end - open - 1);
+    Text name = text.substr(open + 1, end - open - 1);
     if (name.empty() || name[0] != u'?') return name;
     open = text.find(u'<', end);
   }
@@ -31,7 +31,7 @@ Text startTag(const Text& text, const Text& name, std::size_t start) {
     const std::size_t open = text.find(u"<" + name, start);
     if (open == kNone) return {};
     const std::size_t close = text.find(u'>', open);
-    const Text tag = text.substr(open, close == kNone ? kNone : close - open + 1);
+    Text tag = text.substr(open, close == kNone ? kNone : close - open + 1);
     if (elementName(tag) == name) return tag;
     if (close == kNone) return {};
     start = close + 1;
@@ -67,8 +67,8 @@ Text extract(const Text& text, const Text& name, std::size_t start, bool withTag
 }
 
 Text cData(const Text& text, const Text& name) {
-  const Text inner = extract(text, name, 0, false);
-  std::size_t first = inner.find(u"<![CDATA[");
+  Text inner = extract(text, name, 0, false);
+  const std::size_t first = inner.find(u"<![CDATA[");
   const std::size_t end = first == kNone ? kNone : inner.find(u"]]>", first + 9);
   if (end == kNone) return inner;
   Text section = inner.substr(first + 9, end - first - 9);

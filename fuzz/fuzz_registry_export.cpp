@@ -61,7 +61,8 @@ std::string readableData(const RegistryValue& value) {
   if (value.type == REG_DWORD && data.size() == sizeof(DWORD)) {
     return hex(byte(0) + byte(1) * 0x100 + byte(2) * 0x10000 + byte(3) * 0x1000000, "dword:%08x");
   }
-  if (value.type == REG_SZ && data.find('\0') + 1 == data.size()) return quoted(data.c_str());
+  const std::string text = naive::upToZero(data);
+  if (value.type == REG_SZ && data == text + '\0') return quoted(text);
   if (!isText(value)) return hexData(value.type, data);
   return hexData(value.type, naive::utf8ToUtf16(data).value_or(""));
 }

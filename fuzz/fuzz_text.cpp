@@ -28,8 +28,8 @@ bool isCharacter(char32_t c) {
 }
 
 bool isXmlCharacter(char32_t c) {
-  const bool excluded = (c < 0x20 && c != '\t' && c != '\n' && c != '\r') || c == 0xFFFE ||
-                        c == 0xFFFF;
+  const bool excluded =
+      (c < 0x20 && c != '\t' && c != '\n' && c != '\r') || c == 0xFFFE || c == 0xFFFF;
   return isCharacter(c) && !excluded;
 }
 
@@ -99,7 +99,8 @@ std::optional<std::string> utf8ToUtf16(std::string_view text) {
   while (!text.empty()) {
     std::optional<char32_t> c;
     std::size_t length = 0;
-    while (!c && length < 4 && length < text.size()) c = spelledBy(std::string(text.substr(0, ++length)));
+    while (!c && length < 4 && length < text.size())
+      c = spelledBy(std::string(text.substr(0, ++length)));
     if (!c) return std::nullopt;
     if (*c >= 0x10000) add(0xD800 + (*c - 0x10000) / 0x400);
     add(*c >= 0x10000 ? 0xDC00 + (*c - 0x10000) % 0x400 : *c);
@@ -162,8 +163,9 @@ std::optional<std::int32_t> decimal(std::u16string_view text) {
   const long long number = std::strtoll(digits.c_str(), &end, 10);
   if (end == digits.c_str()) return std::nullopt;
   using Limits = std::numeric_limits<std::int32_t>;
-  return static_cast<std::int32_t>(
-      number < Limits::min() ? Limits::min() : number > Limits::max() ? Limits::max() : number);
+  return static_cast<std::int32_t>(number < Limits::min()   ? Limits::min()
+                                   : number > Limits::max() ? Limits::max()
+                                                            : number);
 }
 
 std::int32_t hexadecimal(std::u16string_view text) {
@@ -259,8 +261,8 @@ std::vector<ProfileLine> profileLines(std::string text) {
     read.key = trimmed(line.substr(0, equals), " \t");
     read.value = trimmed(line.substr(equals + 1), " \t");
     const std::string& value = read.value;
-    const bool quoted = value.size() > 1 && (value[0] == '"' || value[0] == '\'') &&
-                        value.back() == value[0];
+    const bool quoted =
+        value.size() > 1 && (value[0] == '"' || value[0] == '\'') && value.back() == value[0];
     if (quoted) read.value = value.substr(1, value.size() - 2);
   }
   return lines;
@@ -269,7 +271,8 @@ std::vector<ProfileLine> profileLines(std::string text) {
 std::optional<std::string> profileValue(const std::vector<ProfileLine>& lines,
                                         const std::string& section, const std::string& key) {
   std::size_t i = 0;
-  while (i < lines.size() && (lines[i].section.empty() || lower(lines[i].section) != lower(section)))
+  while (i < lines.size() &&
+         (lines[i].section.empty() || lower(lines[i].section) != lower(section)))
     ++i;
   for (++i; i < lines.size() && lines[i].section.empty(); ++i) {
     if (lines[i].hasKey && lower(lines[i].key) == lower(key)) return lines[i].value;
@@ -334,8 +337,7 @@ void utf16(std::string_view input) {
   const std::size_t cut = input.empty() ? 0 : static_cast<unsigned char>(input[0]) % input.size();
   expectEqual("UTF-8 of UTF-16", winapi::utf16ToUtf8(input), naive::utf16ToUtf8(input, false));
   for (const bool bigEndian : {false, true}) {
-    const auto order =
-        bigEndian ? winapi::ByteOrder::kBigEndian : winapi::ByteOrder::kLittleEndian;
+    const auto order = bigEndian ? winapi::ByteOrder::kBigEndian : winapi::ByteOrder::kLittleEndian;
     std::string found;
     std::size_t taken = winapi::appendUtf16(input.substr(0, cut), order, found);
     taken += winapi::appendUtf16(input.substr(taken), order, found);
@@ -375,8 +377,8 @@ void comparison(std::string_view input) {
 }  // namespace
 
 void text(std::string_view input) {
-  constexpr void (*kChecks[])(std::string_view) = {entities,        numbers, narrowConversions,
-                                                   wideConversions, utf16,   commandLine,
+  constexpr void (*kChecks[])(std::string_view) = {entities,        numbers,   narrowConversions,
+                                                   wideConversions, utf16,     commandLine,
                                                    profile,         comparison};
   if (input.empty()) return;
   const auto choice = static_cast<unsigned char>(input[0] - '0');

@@ -77,19 +77,28 @@ ALIAS = ["10000:00:00.0", "", "DRIVER=x\n", "", "", "", "", "", "",
          "pci:v00001DE4d000029C0sv00001DE5sd00001100bc06sc00i00\n", "\xe4\x1d\xc0\x29\0\0\0\0\x07"]
 FINDINGS = "".join(f'<Validation type="{kind}" result="false"><Message id="1">a &amp; b</Message>'
                    "</Validation>" for kind in ("info", "soft"))
-DEVICE = ('<Device vendorID="1DE4" deviceID="1502" subDeviceID="04A3" subVendorID="ABCD" bus="0003" '
-          'device="0025" function="-1" display="A &lt;b&gt;"><Application componentType="DRVR" '
-          'version="1.2" display="C"><Package version="A05"/></Application></Device>')
-SAMPLES = ['<?xml version="1.0"?><V>' + FINDINGS + DEVICE + "</V>", f"<V>{DEVICE * 2}</V>",
+APPLICATION = ('<Application componentType="DRVR" version="1.2" display="C">'
+               '<Package version="A05"/></Application>')
+
+
+def device(number, content):
+    return (f'<Device vendorID="1DE4" deviceID="{number}" subDeviceID="04A3" subVendorID="ABCD" '
+            f'bus="0003" device="0025" function="-1" display="A &lt;b&gt;">{content}</Device>')
+
+
+SAMPLES = ['<?xml version="1.0"?><V>' + FINDINGS + device("1502", APPLICATION) + "</V>",
+           "<V>" + device("0010", "") + device("1502", "") + device("1503", APPLICATION) + "</V>",
            '<V><Validation type="hard"/></V>', '<V><SPStatus result="true" reboot="false"/></V>',
            "<Devices><Device/><Device vendorID='1' ></Device></Devices>",
            "<Display><![CDATA[ a b ]]></Display>"]
 INF = ('[Version]\nSignature="$Windows NT$"\nClass=Net\n[Manufacturer]\n%m%=M,NT\n[M]\nd=i,'
        "PCI\\VEN_1DE4&DEV_1502\n[M.NT]\ne=i,PCI\\VEN_1DE0&DEV_0010\n[Strings]\nm=V\n")
 TEXTS = ["0a < b &amp;amp;lt; \"c\" & 'd' &gt;", "1 -0x1Fg", "1+2147483648", "1FFFFFFFF",
-         "2\u00c3\u00a9 \u00f0\u009f\u0098\u0080 \u00ed\u00a0\u0080 \u00ff\x01", "3\xac\x20\x3d\xd8\0\xde\xfe\xff",
+         "2\u00c3\u00a9 \u00f0\u009f\u0098\u0080 \u00ed\u00a0\u0080 \u00ff\x01",
+         "3\xac\x20\x3d\xd8\0\xde\xfe\xff",
          "4a\0\x3d\xd8\0\xde\x3d\xd8", '5a "b c" \\\\"d \\"e"" f\\\\ "g""h"',
-         "6" + PART.join(["a", "b", "[ A ] x\n;c\nB = 'd' \n[b]\nb=e"]), "7PCI " + PART + " pci\xff"]
+         "6" + PART.join(["a", "b", "[ A ] x\n;c\nB = 'd' \n[b]\nb=e"]),
+         "7PCI " + PART + " pci\xff"]
 LIST = "n" + "\x1d\xe4\x15\x02\x02\0\0" + "\x1d\xe5\x10\x41\x01\x06\x01" + (
     "# list\n1DE4  V\n\t1502  A network adapter\n\t\t1de0 0001  Board\n1de5  W\n\t1041\n"
     "C 01  Storage\n\t06  SATA\n\t\t01  AHCI\nC 02  Network\n")

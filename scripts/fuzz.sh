@@ -42,31 +42,42 @@ longest_of() {
   esac
 }
 
-# run <target>: its line of the table. What was found in earlier runs is where it starts, too.
+# What was found in earlier runs is where a target starts, too.
 run() {
-  log=$build/$1.log
   mkdir -p "$build/corpus/$1"
   limit=-max_total_time=$seconds
   [ "$seconds" -gt 0 ] || limit=-runs=0
-  status=0
   "$build/bin/$1" "$limit" -max_len="$(longest_of "$1")" -timeout=20 -print_final_stats=1 \
     -artifact_prefix="$build/findings/$1-" "$build/corpus/$1" "$build/seeds/$1" \
-    >"$log" 2>&1 || status=$?
-  value() { sed -n "s/^stat::$1: *//p" "$log"; }
-  [ "$status" -eq 0 ] && findings=0 || findings=1
-  printf '%-22s %12s %8s %10s %9s\n' "$1" "$(value number_of_executed_units)" \
-    "$(value average_exec_per_sec)" "$(value new_units_added)" "$findings"
-  if [ "$status" -ne 0 ]; then
-    grep -a -A2 -E '^FINDING|SUMMARY|ERROR' "$log" | cut -c1-300 | head -n 8
-    sed -n "s/.*Test unit written to /  input: /p" "$log"
-    echo "  again: build/fuzz/bin/$1 <input>; all that it said: build/fuzz/$1.log"
-    found=1
-  fi
+    >"$build/$1.log" 2>&1 || echo "exit code $?" >>"$build/$1.log"
 }
 
-found=0
+# The target's line of the table; what a finding says is below it.
+report() {
+  log=$build/$1.log
+  value() { sed -n "s/^stat::$1: *//p" "$log"; }
+  findings=$(grep -a -c '^exit code' "$log") || :
+  printf '%-22s %12s %8s %10s %9s\n' "$1" "$(value number_of_executed_units)" \
+    "$(value average_exec_per_sec)" "$(value new_units_added)" "$findings"
+  [ "$findings" -gt 0 ] || return 0
+  status=1
+  grep -a -A2 -E '^FINDING|SUMMARY|ERROR' "$log" | cut -c1-300 | head -n 8
+  sed -n "s/.*Test unit written to /  its input: /p" "$log"
+  echo "  once more: build/fuzz/bin/$1 <input>; all that it said: build/fuzz/$1.log"
+}
+
+# As many at a time as there are processors.
+status=0
 printf '%-22s %12s %8s %10s %9s\n' target executions per_s new_paths findings
-for target in execution inf inventory match query registry_export text; do
-  run "fuzz_$target"
+set -- fuzz_execution fuzz_inf fuzz_inventory fuzz_match fuzz_query fuzz_registry_export fuzz_text
+while [ $# -gt 0 ]; do
+  running=
+  while [ $# -gt 0 ] && [ "$(echo "$running" | wc -w)" -lt "$(nproc)" ]; do
+    run "$1" &
+    running="$running $1"
+    shift
+  done
+  wait
+  for target in $running; do report "$target"; done
 done
-exit "$found"
+exit "$status"
