@@ -168,10 +168,10 @@ Text upToZero(const Text& text) {
 // ---- fuzz_query.cpp ----
 
 std::vector<std::u16string> elements(const std::u16string& text, const std::u16string& name);
-std::vector<std::u16string> attributeValues(const std::u16string& text, const std::u16string& name,
+std::vector<std::u16string> attributeValues(const std::vector<std::u16string>& elements,
                                             const std::u16string& attribute);
 // The first value, its entities resolved; empty for none.
-std::u16string attribute(const std::u16string& text, const std::u16string& name,
+std::u16string attribute(const std::vector<std::u16string>& elements,
                          const std::u16string& attribute);
 
 // ---- fuzz_match.cpp ----

@@ -83,6 +83,7 @@ INF_FILES = {
     "windows-1252": (HEAD + MODELS + "[S]\nk=caf\u00e9,b\n").encode("cp1252"),
     "zero in line": HEAD + MODELS + "[S]\nk=a\0b,c\nl=d\n",
     "ctrl-z at the end": HEAD + MODELS + "[S]\nk=a,b\n\x1a",
+    "ctrl-z in an open quote": HEAD + MODELS + '[S]\nk="a\x1a',
     "lone surrogate": b"\xff\xfe" + (HEAD + MODELS + "[S]\nk=a\ud800b\ud800,\udc00\n").encode("utf-16-le", "surrogatepass"),
     "half a pair": b"\xff\xfe" + (HEAD + MODELS + "[S]\nk=a,b\ud800").encode("utf-16-le", "surrogatepass"),
     "half a unit": b"\xff\xfe" + (HEAD + MODELS + "[S]\nk=a,b\n").encode("utf-16-le") + b"x",
