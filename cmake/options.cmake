@@ -20,7 +20,9 @@ if(TOLVANIX_SANITIZE)
   add_compile_options($<$<CXX_COMPILER_ID:GNU>:-Wno-error=maybe-uninitialized>)
   add_link_options(-fsanitize=address,undefined)
 elseif(TOLVANIX_FUZZ)
-  add_compile_options(-fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all)
+  # Without the tests of every pointer: the address sanitizer sees what comes of a wrong one.
+  add_compile_options(-fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all
+    -fno-sanitize=alignment,null,object-size,pointer-overflow,vptr -fno-omit-frame-pointer -g1)
   add_link_options(-fsanitize=address,undefined)
 elseif(CMAKE_SYSTEM_NAME STREQUAL "Windows")
   # No time stamp in the image: two builds of one commit give the same bytes.

@@ -9,7 +9,7 @@ for group in "$@"; do
     windows) packages="$packages cmake ninja-build g++-mingw-w64-x86-64-posix wine wine64 googletest" ;;
     lint) packages="$packages clang-format clang-tidy python3" ;;
     demo) packages="$packages libxml2-utils pci.ids" ;;
-    fuzz) packages="$packages cmake ninja-build clang libclang-rt-14-dev" ;;
+    fuzz) packages="$packages cmake ninja-build clang libclang-rt-14-dev libxml2-dev python3" ;;
     coverage) packages="$packages gcovr" ;;
     bench) packages="$packages libbenchmark-dev libpugixml-dev hyperfine ripgrep time" ;;
     *) echo "setup.sh: no such group: $group" >&2; exit 2 ;;

@@ -78,6 +78,7 @@ INF_FILES = {
     "bytes": bytes(range(256)) * 20,
     "windows-1252": (HEAD + MODELS + "[S]\nk=caf\u00e9,b\n").encode("cp1252"),
     "ctrl-z at the end": HEAD + MODELS + "[S]\nk=a,b\n\x1a",
+    "ctrl-z in an open quote": HEAD + MODELS + '[S]\nk="a\x1a',
     "lone surrogates": utf16(HEAD + MODELS + "[S]\nk=a\ud800b\ud800,\udc00\n"),
     "half a pair": utf16(HEAD + MODELS + "[S]\nk=a,b\ud800"),
 }

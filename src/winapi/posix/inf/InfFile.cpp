@@ -23,7 +23,8 @@ constexpr char kCtrlZ = '\x1A';
 
 // Old editors close a text by Ctrl-Z, which is no line of it.
 void cutTrailingCtrlZ(std::string& text) {
-  const std::size_t last = text.find_last_not_of(" \t\r\n\0\x1A");
+  constexpr char kFillers[] = {' ', '\t', '\r', '\n', '\0', kCtrlZ};
+  const std::size_t last = text.find_last_not_of(std::string_view(kFillers, sizeof kFillers));
   const std::size_t mark = text.find(kCtrlZ, last == std::string::npos ? 0 : last + 1);
   if (mark != std::string::npos) text.resize(mark);
 }
