@@ -95,7 +95,6 @@ std::optional<Sections> readSections(const std::string& text) {
   Sections sections;
   std::vector<Line>* section = nullptr;
   std::optional<LineReader> line;  // one that goes on
-  bool isFirst = true;
   for (std::string_view rest = text; !rest.empty();) {
     const std::string physical(takePart(rest, '\n'));
     const std::string content = withoutBlanksBefore(physical);
@@ -106,12 +105,10 @@ std::optional<Sections> readSections(const std::string& text) {
       section = &sections[lower(content.substr(1, end - 1))];
       continue;
     }
+    if (section == nullptr) continue;  // a title
     if (!line) line.emplace();
-    const bool goesOn = line->add(physical);
-    // Lines before the first section are a title, of which the first one never goes on.
-    const bool isTitle = section == nullptr && std::exchange(isFirst, false);
-    if (goesOn && !isTitle && !rest.empty()) continue;
-    if (section != nullptr) section->push_back(line->finish());
+    if (line->add(physical) && !rest.empty()) continue;
+    section->push_back(line->finish());
     line.reset();
   }
   return section != nullptr ? std::optional(sections) : std::nullopt;

@@ -53,6 +53,7 @@ INF_FILES = {
     "comments": "\n; only\n;a comment",
     "no section": "text\nk=v\n",
     "title": "text\n" + HEAD + MODELS + "[S]\na=b\n[Strings]\na=b",
+    "title that goes on": "text \\\nmore \\\n" + HEAD + MODELS + "[S]\na=b\n[Strings]\na=b",
     "no version": "[Strings]\na=b\n",
     "no signature": "[Version]\nClass=Net\n",
     "other signature": '[Version]\nSignature="$Other$"\n',

@@ -77,8 +77,11 @@ DWORD InfFile::read(const char* fileName, std::size_t limit) {
 DWORD InfFile::findSections(const char*& place) {
   place = skipToInfContent(text.data(), textEnd());
   if (place < textEnd() && *place != '[') {
-    // Drivers exist whose file begins with a title; it is in no section.
-    const char* const first = findHeader(place);
+    // Drivers exist whose file begins with a title; it is in no section, and no line of it goes on.
+    const char* first = place;
+    while (first < textEnd() && *first != '[') {
+      first = skipToInfContent(endOfInfLine(first, textEnd()), textEnd());
+    }
     if (first == textEnd()) return ERROR_EXPECTED_SECTION_NAME;
     place = first;
   }
@@ -118,7 +121,7 @@ const char* InfFile::findHeader(const char* body) const {
       if (previousEnd == body) return p;
       const auto* const feed = static_cast<const char*>(
           memrchr(body, '\n', static_cast<std::size_t>(previousEnd - body)));
-      if (feed == nullptr || !infLineContinues(feed + 1, previousEnd)) return p;
+      if (!infLineContinues(feed + 1, previousEnd)) return p;
     }
     ++p;
   }
