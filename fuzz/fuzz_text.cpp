@@ -358,8 +358,9 @@ void profile(std::string_view input) {
   for (const auto& line : lines) {
     if (!line.section.empty()) names += line.section + '\0';
   }
-  expectEqual("sections of a profile", winapi::profileSectionNames(input), names);
-  expectEqual("value of a profile", winapi::profileValue(input, section, key),
+  const winapi::ProfileText text((std::string(input)));
+  expectEqual("sections of a profile", text.sectionNames(), names);
+  expectEqual("value of a profile", text.value(section, key),
               naive::profileValue(lines, section, key));
 }
 
