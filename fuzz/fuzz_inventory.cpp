@@ -19,7 +19,18 @@ tolvanix::winapi::MappedFile installedList() __asm__(
 
 namespace tolvanix::fuzz {
 
+namespace {
+
 using winapi::Machine;
+using Numbers = std::map<std::string, std::string>;  // attributes of a device
+
+// A function of a sysfs tree, with the contents of its files.
+struct SysfsFunction {
+  std::string name;
+  std::map<std::string, std::string> files;
+};
+
+}  // namespace
 
 namespace naive {
 
@@ -55,7 +66,12 @@ std::string hex(unsigned number) {
   return text;
 }
 
-void addIdentifiers(const std::string& hardwareId, std::map<std::string, std::string>& found) {
+std::string padded(unsigned number) {
+  const std::string digits = std::to_string(number);
+  return std::string(4 - std::min<std::size_t>(digits.size(), 4), '0') + digits;
+}
+
+void addIdentifiers(const std::string& hardwareId, Numbers& found) {
   const auto fields = tokens(tokens(hardwareId, '\\')[1], '&');
   const auto after = [](const std::string& text, std::size_t length) {
     return text.size() > length ? text.substr(length) : "";
@@ -68,15 +84,14 @@ void addIdentifiers(const std::string& hardwareId, std::map<std::string, std::st
   found["subVendorID"] = hex(isWhole ? hexNumber(subsystem.substr(4)) : 0);
 }
 
-void addPlace(std::string location, std::map<std::string, std::string>& found) {
+void addPlace(std::string location, Numbers& found) {
   for (const char* const name : {"bus", "device", "function"}) {
     location.erase(0, std::min(location.find_first_of("0123456789"), location.size()));
     unsigned number = 0;
     for (; !location.empty() && location[0] >= '0' && location[0] <= '9'; location.erase(0, 1)) {
       number = (number * 10 + static_cast<unsigned>(location[0] - '0')) % 0x10000;
     }
-    const std::string digits = std::to_string(number);
-    found[name] = std::string(4 - std::min<std::size_t>(digits.size(), 4), '0') + digits;
+    found[name] = padded(number);
   }
 }
 
@@ -120,7 +135,7 @@ Element inventoryOf(const Machine& machine) {
     document.children.push_back(statusElement(19));
     return document;
   }
-  std::set<std::map<std::string, std::string>> seen;
+  std::set<Numbers> seen;
   for (std::size_t i = 0; i < machine.deviceCount(); ++i) {
     const auto hardwareId = property(machine, i, SPDRP_HARDWAREID);
     if (!hardwareId || !hardwareId->starts_with("PCI\\")) continue;
@@ -130,6 +145,88 @@ Element inventoryOf(const Machine& machine) {
     if (seen.insert(numbers).second) document.children.push_back(element);
   }
   return document;
+}
+
+// The whole text as a number of up to eight digits.
+std::optional<unsigned> wholeHex(const std::string& text) {
+  const bool isNumber = !text.empty() && text.size() <= 8 &&
+                        text.find_first_not_of("0123456789abcdefABCDEF") == text.npos;
+  return isNumber ? std::optional(static_cast<unsigned>(std::stoul(text, nullptr, 16)))
+                  : std::nullopt;
+}
+
+// One half of a pair of numbers: from its line in `uevent`, else from a file of its own, else from
+// its place in `modalias`.
+std::optional<unsigned> sysfsNumber(SysfsFunction function, const std::string& pair, bool isSecond,
+                                    const char* file, std::size_t place) {
+  const auto firstLine = [&function](const char* name) {
+    std::string_view text = function.files[name];
+    return std::string(takePart(text, '\n'));
+  };
+  std::optional<unsigned> number;
+  for (std::string_view rest = function.files["uevent"]; !rest.empty();) {
+    const std::string line(takePart(rest, '\n'));
+    const std::size_t colon = line.find(':', pair.size());
+    if (!line.starts_with(pair) || colon == line.npos) continue;
+    number =
+        wholeHex(isSecond ? line.substr(colon + 1) : line.substr(pair.size(), colon - pair.size()));
+  }
+  const std::string own = firstLine(file);
+  if (!number && own.starts_with("0x")) number = wholeHex(own.substr(2));
+  const std::string alias = firstLine("modalias");
+  const bool isWhole = alias.starts_with("pci:v") && alias.size() >= 53;
+  if (!number && isWhole) number = wholeHex(alias.substr(place, 8));
+  return number;
+}
+
+// 0000:00:1f.3: domain, bus, device and function.
+std::optional<std::vector<unsigned>> address(const std::string& name) {
+  if (name.size() < 12) return std::nullopt;
+  const std::string rest = name.substr(name.size() - 8);
+  const auto domain = wholeHex(name.substr(0, name.size() - 8));
+  const auto bus = wholeHex(rest.substr(1, 2));
+  const auto device = wholeHex(rest.substr(4, 2));
+  const auto function = wholeHex(rest.substr(7, 1));
+  if (rest[0] != ':' || rest[3] != ':' || rest[6] != '.') return std::nullopt;
+  if (!domain || !bus || !device || !function) return std::nullopt;
+  return std::vector{*domain, *bus, *device, *function};
+}
+
+// What the document says of the functions, in the order of their addresses; none when two have one
+// address.
+std::optional<std::vector<Numbers>> sysfsNumbers(const std::vector<SysfsFunction>& functions) {
+  std::map<std::vector<unsigned>, Numbers> found;
+  std::map<unsigned, unsigned> domains;
+  for (const SysfsFunction& each : functions) {
+    const auto place = address(each.name);
+    const auto vendor = sysfsNumber(each, "PCI_ID=", false, "vendor", 5);
+    const auto device = sysfsNumber(each, "PCI_ID=", true, "device", 14);
+    if (!place || !vendor || !device) continue;
+    if (found.contains(*place)) return std::nullopt;
+    const auto part = [](std::optional<unsigned> number) {
+      return hex(number.value_or(0) & 0xFFFF);
+    };
+    found[*place] = {
+        {"vendorID", part(vendor)},
+        {"deviceID", part(device)},
+        {"subVendorID", part(sysfsNumber(each, "PCI_SUBSYS_ID=", false, "subsystem_vendor", 24))},
+        {"subDeviceID", part(sysfsNumber(each, "PCI_SUBSYS_ID=", true, "subsystem_device", 34))}};
+    domains[(*place)[0]] = 0;
+  }
+  // A domain above 255 has the first number that no other one has.
+  unsigned next = 0;
+  for (auto& [domain, number] : domains) {
+    while (domain > 255 && domains.contains(next)) ++next;
+    number = domain > 255 ? next++ : domain;
+  }
+  std::vector<Numbers> numbers;
+  for (auto& [place, attributes] : found) {
+    attributes["bus"] = padded(domains[place[0]] * 256 + place[1]);
+    attributes["device"] = padded(place[2]);
+    attributes["function"] = padded(place[3]);
+    numbers.push_back(attributes);
+  }
+  return numbers;
 }
 
 }  // namespace
@@ -161,6 +258,7 @@ class Tree {
   }
 
   static std::string root() { return scratchFolder() + "/sys"; }
+  const std::vector<SysfsFunction>& content() const { return functions; }
 
  private:
   static bool isName(std::string_view name) {
@@ -187,9 +285,11 @@ class Tree {
     const std::string driver(takePart(input));
     const std::string folder = "/bus/pci/devices/" + name;
     if (!isName(name) || !addFolder(folder)) return;
-    for (const char* const file : {"/uevent", "/vendor", "/device", "/subsystem_vendor", "/class",
-                                   "/subsystem_device", "/revision", "/modalias", "/config"}) {
-      addFile(folder + file, takePart(input));
+    SysfsFunction& function = functions.emplace_back(SysfsFunction{name, {}});
+    for (const char* const file : {"uevent", "vendor", "device", "subsystem_vendor", "class",
+                                   "subsystem_device", "revision", "modalias", "config"}) {
+      function.files[file] = takePart(input);
+      addFile(folder + '/' + file, function.files[file]);
     }
     if (!isName(driver)) return;
     const std::string link = root() + folder + "/driver";
@@ -197,6 +297,7 @@ class Tree {
     if (addFolder("/module/" + driver)) addFile("/module/" + driver + "/version", input);
   }
 
+  std::vector<SysfsFunction> functions;
   std::vector<std::string> made;
 };
 
@@ -206,14 +307,17 @@ int takeInventory() {
   return KivWrapper().runKiv(std::size(arguments), arguments);
 }
 
-void expectInventoryOf(std::unique_ptr<Machine> machine) {
+// Returns the document.
+Element expectInventoryOf(std::unique_ptr<Machine> machine) {
   const Machine& presented = *machine;
   winapi::exchangePresentedMachine(std::move(machine));
   const Element expected = naive::inventoryOf(presented);
   const int status = takeInventory();
-  expectEqual("inventory", readDocument(takeOutput()), expected);
+  Element found = readDocument(takeOutput());
+  expectEqual("inventory", found, expected);
   const bool failed = !expected.children.empty() && expected.children[0].name == "SPStatus";
   expectEqual("status", status, failed ? 19 : 0);
+  return found;
 }
 
 }  // namespace
@@ -226,7 +330,15 @@ void inventory(std::string_view input) {
     expectInventoryOf(std::make_unique<winapi::RegistryMachine>(file.name()));
   } else {
     const Tree tree(input);
-    expectInventoryOf(std::make_unique<winapi::SysfsMachine>(Tree::root(), false));
+    const Element document =
+        expectInventoryOf(std::make_unique<winapi::SysfsMachine>(Tree::root(), false));
+    std::vector<Numbers> found;
+    for (const Element& device : document.children) {
+      found.push_back(device.attributes);
+      found.back().erase("display");
+    }
+    const auto expected = naive::sysfsNumbers(tree.content());
+    if (expected) expectEqual("numbers of a tree", found, *expected);
   }
 }
 

@@ -1,6 +1,7 @@
 // Queries of documents: by the rules for each, which search the text afresh. The input is the name
 // of an element, that of an attribute, the place to start from, and the document.
 #include "fuzz.h"
+#include "inventory/SPXMLData.h"
 #include "xml/SPXMLObject.h"
 #include "xml/SPXMLStatus.h"
 #include "xml/SPXMLValidation.h"
@@ -203,6 +204,10 @@ void query(std::string_view input) {
   const auto statuses = naive::elements(text, u"SPStatus");
   const bool hasResult = !naive::attribute(statuses, u"result").empty();
   expectEqual("SPStatus", SPXMLStatus(text).generateXML(), hasResult ? status : u"");
+
+  const SPXMLData data(text);
+  expectEqual("devices", data.getDevices().size(), naive::elements(text, u"Device").size());
+  expectEqual("root", SPXMLObject::getElementName(data.generateXML()), document.getRootName());
 }
 
 }  // namespace tolvanix::fuzz

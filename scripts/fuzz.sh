@@ -20,7 +20,7 @@ scripts/setup.sh fuzz
 if command -v ccache >/dev/null; then
   export CMAKE_C_COMPILER_LAUNCHER=ccache CMAKE_CXX_COMPILER_LAUNCHER=ccache
 fi
-mkdir -p "$build/corpus" "$build/findings"
+mkdir -p "$build/findings"
 { cmake --preset fuzz && cmake --build --preset fuzz --target fuzz; } >"$build/build.log" 2>&1 ||
   { tail -n 40 "$build/build.log"; exit 1; }
 
@@ -42,13 +42,11 @@ longest_of() {
   esac
 }
 
-# What was found in earlier runs is where a target starts, too.
 run() {
-  mkdir -p "$build/corpus/$1"
   limit=-max_total_time=$seconds
   [ "$seconds" -gt 0 ] || limit=-runs=0
   "$build/bin/$1" "$limit" -max_len="$(longest_of "$1")" -timeout=20 -print_final_stats=1 \
-    -artifact_prefix="$build/findings/$1-" "$build/corpus/$1" "$build/seeds/$1" \
+    -artifact_prefix="$build/findings/$1-" "$build/seeds/$1" \
     >"$build/$1.log" 2>&1 || echo "exit code $?" >>"$build/$1.log"
 }
 
