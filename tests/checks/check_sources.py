@@ -66,8 +66,9 @@ def built(root, build):
 
 def platform(root):
     def allowed(file):
-        # What measures the program runs on Linux alone.
-        if {root / "src/winapi", root / "tests/winapi", root / "bench"} & set(file.parents):
+        # What measures the program, and what fuzzes it, runs on Linux alone.
+        ours = {root / "src/winapi", root / "tests/winapi", root / "bench", root / "fuzz"}
+        if ours & set(file.parents):
             return True
         return file.parts[len(root.parts)] != "src" and file.stem.endswith(("_posix", "_windows"))
 
