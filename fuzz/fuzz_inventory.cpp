@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <filesystem>
 #include <set>
 
 #include "app/KivWrapper.h"
@@ -244,9 +245,6 @@ class Tree {
   // For each function its name, the name of its driver and the contents of its files; those of the
   // driver's module come last.
   explicit Tree(std::string_view input) {
-    for (const char* const folder : {"", "/bus", "/bus/pci", "/bus/pci/devices", "/module"}) {
-      addFolder(folder);
-    }
     for (int i = 0; i < 3 && !input.empty(); ++i) addFunction(takePart(input, '\x1D'));
   }
   Tree(const Tree&) = delete;
@@ -257,7 +255,15 @@ class Tree {
     }
   }
 
-  static std::string root() { return scratchFolder() + "/sys"; }
+  // In the current folder.
+  static const std::string& root() {
+    static const std::string path = [] {
+      std::filesystem::create_directories("sys/bus/pci/devices");
+      std::filesystem::create_directories("sys/module");
+      return "sys";
+    }();
+    return path;
+  }
   const std::vector<SysfsFunction>& content() const { return functions; }
 
  private:

@@ -59,7 +59,7 @@ report() {
     "$(value average_exec_per_sec)" "$(value new_units_added)" "$findings"
   [ "$findings" -gt 0 ] || return 0
   status=1
-  grep -a -A2 -E '^FINDING|SUMMARY|ERROR' "$log" | cut -c1-300 | head -n 8
+  { grep -a -A2 '^FINDING' "$log" || grep -a -E 'ERROR|SUMMARY' "$log"; } | cut -c1-300
   sed -n "s/.*Test unit written to /  its input: /p" "$log"
   echo "  once more: build/fuzz/bin/$1 <input>; all that it said: build/fuzz/$1.log"
 }
