@@ -10,6 +10,7 @@ for group in "$@"; do
     lint) packages="$packages clang-format clang-tidy python3" ;;
     demo) packages="$packages libxml2-utils pci.ids" ;;
     fuzz) packages="$packages cmake ninja-build clang libclang-rt-14-dev libxml2-dev python3" ;;
+    coverage) packages="$packages gcovr" ;;
     bench) packages="$packages libbenchmark-dev libpugixml-dev hyperfine ripgrep time" ;;
     *) echo "setup.sh: no such group: $group" >&2; exit 2 ;;
   esac

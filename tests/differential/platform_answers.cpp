@@ -4,6 +4,7 @@
 #include <bit>
 #include <cstdio>
 #include <cstring>
+#include <exception>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -129,8 +130,9 @@ void printDevices(const std::filesystem::path& registryExport) {
   device.cbSize = sizeof device;
   for (DWORD i = 0; SetupDiEnumDeviceInfo(set.get(), i, &device) != FALSE; ++i) {
     char bytes[4000];
-    for (const DWORD property : {SPDRP_HARDWAREID, SPDRP_FRIENDLYNAME, SPDRP_DEVICEDESC,
-                                 SPDRP_LOCATION_INFORMATION, SPDRP_DRIVER}) {
+    const DWORD properties[] = {SPDRP_HARDWAREID, SPDRP_FRIENDLYNAME, SPDRP_DEVICEDESC,
+                                SPDRP_LOCATION_INFORMATION, SPDRP_DRIVER};
+    for (const DWORD property : properties) {
       std::memset(bytes, 0, sizeof bytes);
       DWORD type = 0;
       DWORD size = 0;
@@ -146,7 +148,7 @@ void printDevices(const std::filesystem::path& registryExport) {
 }  // namespace
 }  // namespace tolvanix
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv) try {
   if (argc != 3) return 1;
   const std::string kind = argv[1];
   for (const auto& entry : std::filesystem::directory_iterator(argv[2])) {
@@ -156,4 +158,7 @@ int main(int argc, char** argv) {
     if (kind == "profile") tolvanix::printProfile(file.c_str());
     if (kind == "devices") tolvanix::printDevices(file);
   }
+} catch (const std::exception& error) {
+  std::fprintf(stderr, "%s\n", error.what());
+  return 1;
 }

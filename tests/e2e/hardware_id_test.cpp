@@ -3,11 +3,11 @@
 
 #include <fstream>
 #include <map>
-#include <regex>
 #include <set>
 
 #include "app/Status.h"
 #include "support/Package.h"
+#include "support/Patterns.h"
 #include "support/ResultDocument.h"
 #include "text/Format.h"
 
@@ -80,8 +80,8 @@ TEST(HardwareId, EveryOutcome_HasItsDocumentAndExitCode) {
     EXPECT_EQ(result.exitCode, row.exitCode);
     EXPECT_EQ(result.output,
               executionDocument(statusElement(row.exitCode), row.deviceStatus == -2 ? 1 : 0));
-    const std::string trace = std::regex_replace(readText(package / "trace.log"),
-                                                 std::regex("(status from Upd.*) = .*"), "$1 = #");
+    const std::string trace =
+        replaced(readText(package / "trace.log"), "(status from Upd.*) = .*", "$1 = #");
     const std::string last =
         kLastTraced.at(row.deviceStatus) +
         formatText("actionUpdateHardwareID: deviceStatus from DriverUpdate() = %d\n",
@@ -124,8 +124,8 @@ TEST(HardwareId, Search_LooksWhereverAnIdMayStand) {
 // What differs between computers and folders, in one form: the package's folder is `@`, the place
 // of the device among the present ones `#`.
 std::string normalized(std::string trace) {
-  trace = std::regex_replace(trace, std::regex(R"([^ "]*\\tolvanix-\d+)"), "@");
-  trace = std::regex_replace(trace, std::regex("(04931DF4\\. i = )\\d+"), "$1#");
+  trace = replaced(trace, R"([^ "]*\\tolvanix-\d+)", "@");
+  trace = replaced(trace, "(04931DF4\\. i = )\\d+", "$1#");
   return trace.substr(trace.find("actionUpdateHardwareID: Entered"));
 }
 

@@ -2,10 +2,9 @@
 // subsystem 0493 1DF4).
 #include <gtest/gtest.h>
 
-#include <regex>
-
 #include "app/Status.h"
 #include "support/Package.h"
+#include "support/Patterns.h"
 #include "support/ResultDocument.h"
 #include "support/Trace.h"
 #include "text/Format.h"
@@ -152,7 +151,7 @@ TEST(Update, Findings_QualificationAndHardRefuse) {
     const UpdatePackage package(inValidation(document));
     const std::string traced =
         only(package.trace({"-d=4", "-o", "out.xml"}), {"VerifyValidationXML: internal"});
-    EXPECT_EQ(std::regex_replace(traced, std::regex(".* = (.*)\n"), "$1 "), row.traced);
+    EXPECT_EQ(replaced(traced, ".* = (.*)\n", "$1 "), row.traced);
     EXPECT_EQ(readText(package / "out.xml"),
               executionDocument(row.status == 0 ? "" : statusElement(row.status)));
   }

@@ -1,9 +1,10 @@
 """Whole runs in which the system fails: fault_sweep.py <program> <helper program>
                                     <validation library> <library that makes calls fail> <schema>
+                                    [kind of call...]
 
 Each run is made again and again, with the first call of a kind failing, with the second, and so
-on up to the last one of an untroubled run: that call alone, or it and all that follow. Whatever
-fails, a run ends with an exit code of its own, its document is whole and says the same, the
+on up to the last one of an untroubled run: that call alone, or it and all that follow. Without a
+kind every kind of call fails. Whatever fails, a run ends with an exit code of its own, its document is whole and says the same, the
 computer's file is the old one or the new one, and no process and no file is left.
 """
 
@@ -22,6 +23,7 @@ import xml.etree.ElementTree as ElementTree
 from collections import Counter, defaultdict, namedtuple
 
 PROGRAM, HELPER, LIBRARY, FAULTS, SCHEMA = (pathlib.Path(a).resolve() for a in sys.argv[1:6])
+KINDS = sys.argv[6:]
 
 # ---- The package and the computers; `#` is the number of a device ----
 
@@ -113,6 +115,7 @@ SWEEPS = [
     for name, run in RUNS.items()
     for place in ("program", "helper")
     for kind in getattr(run, place)
+    if kind in (KINDS or ERRORS)
     for error in ERRORS[kind]
 ]
 

@@ -1,10 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <regex>
 #include <utility>
 
 #include "inventory/SPOSInfo.h"
 #include "inventory/SPXMLData.h"
+#include "support/Patterns.h"
 #include "text/Conversion.h"
 #include "winapi/winapi.h"
 
@@ -38,7 +38,7 @@ TEST(SPXMLDevice, WritesWhatItRead) {
 TEST(SPXMLData, Reading_TakesDevicesAtAnyDepthAndTheLastStatus) {
   const auto rewritten = [](std::u16string_view text) {
     const std::string written = narrow(SPXMLData(text).generateXML());
-    return std::regex_replace(written, std::regex("<OperatingSystem .*</OperatingSystem>"), "<OS>");
+    return replaced(written, "<OperatingSystem .*</OperatingSystem>", "<OS>");
   };
   EXPECT_EQ(
       rewritten(

@@ -1,10 +1,10 @@
+#include "support/Patterns.h"
 #include "support/Program.h"
 
 #include <sys/wait.h>
 
 #include <array>
 #include <cstdio>
-#include <regex>
 #include <stdexcept>
 
 #include "support/Files.h"
@@ -14,7 +14,7 @@ namespace tolvanix::test {
 namespace {
 
 std::string quoted(const std::string& text) {
-  return '\'' + std::regex_replace(text, std::regex("'"), R"('\'')") + "' ";
+  return '\'' + replaced(text, "'", R"('\'')") + "' ";
 }
 
 }  // namespace

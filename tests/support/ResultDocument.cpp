@@ -1,10 +1,10 @@
 #include "support/ResultDocument.h"
 
-#include <regex>
 #include <set>
 
 #include "app/Status.h"
 #include "support/Files.h"
+#include "support/Patterns.h"
 #include "support/Program.h"
 #include "text/Format.h"
 
@@ -26,7 +26,7 @@ std::string executionDocument(const std::string& content, int reboot) {
 }
 
 std::string fixtureDocument(std::string_view name) {
-  return std::regex_replace(readText(fixture(name)), std::regex(">\n"), ">");
+  return replaced(readText(fixture(name)), ">\n", ">");
 }
 
 std::string schemaErrors(const std::string& document) {

@@ -13,6 +13,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <exception>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -52,7 +53,7 @@ void startLingeringCopy(const std::string& program, const std::string& file) {
 
 }  // namespace
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv) try {
   fs::path stepsFile = argv[0];
   stepsFile.replace_extension(".txt");
   const fs::path folder = stepsFile.parent_path();
@@ -85,4 +86,6 @@ int main(int argc, char** argv) {
     }
   }
   return 0;
+} catch (const std::exception&) {
+  return 99;
 }

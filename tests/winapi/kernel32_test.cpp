@@ -62,7 +62,8 @@ TEST(FormatMessage, Code_GivesOneLineOfTextOrAnError) {
                           MAKELANGID(LANG_NEUTRAL, SUBLANG_DEFAULT), text, size, nullptr);
   };
   char text[512] = "";
-  for (const DWORD code : {ERROR_FILE_NOT_FOUND, ERROR_ACCESS_DENIED, ERROR_BAD_EXE_FORMAT}) {
+  const DWORD codes[] = {ERROR_FILE_NOT_FOUND, ERROR_ACCESS_DENIED, ERROR_BAD_EXE_FORMAT};
+  for (const DWORD code : codes) {
     const DWORD length = format(code, text, sizeof text);
     EXPECT_EQ(length, std::strlen(text)) << code;
     EXPECT_GT(length, 2U) << code;

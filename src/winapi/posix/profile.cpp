@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 #include <tuple>
+#include <utility>
 
 #include "winapi/posix/base/Failure.h"
 #include "winapi/posix/base/Paths.h"
@@ -24,6 +25,9 @@ using tolvanix::winapi::ProfileText;
 // The profile that was read last is kept: programs ask for one value after another, and a file of
 // 8,000 sections that is read for each takes seconds.
 struct KeptProfile {
+  KeptProfile(const struct stat& status, const timespec& now, std::string text)
+      : device(status.st_dev), file(status.st_ino), seen(now), profile(std::move(text)) {}
+
   dev_t device;
   ino_t file;
   timespec seen;  // by the clock that stamps files, before it was read
@@ -51,7 +55,7 @@ const ProfileText* readProfile(const char* fileName, DWORD& error) {
   std::string text;
   error = tolvanix::winapi::readTextFile(fileName, text, tolvanix::winapi::BigEndian::kRead);
   if (error != ERROR_SUCCESS) return nullptr;
-  kept.reset(new KeptProfile{status.st_dev, status.st_ino, now, ProfileText(std::move(text))});
+  kept = std::make_unique<KeptProfile>(status, now, std::move(text));
   return &kept->profile;
 }
 

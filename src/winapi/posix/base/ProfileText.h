@@ -15,6 +15,7 @@ class ProfileText {
   explicit ProfileText(std::string fileText);
   ProfileText(const ProfileText&) = delete;
   ProfileText& operator=(const ProfileText&) = delete;
+  ~ProfileText() = default;
 
   // The names of the sections in the order of the file, each with a terminating zero. A name that
   // comes again is listed again.
