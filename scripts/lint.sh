@@ -1,5 +1,5 @@
 #!/bin/sh
-# The format of every source, and static analysis of src, sdk, tests and fuzz as each platform
+# The format of every source, and static analysis of src, sdk, kit, tests and fuzz as each platform
 # compiles them.
 set -eu
 cd "$(dirname "$0")/.."
@@ -8,14 +8,11 @@ scripts/setup.sh build windows lint fuzz
 status=0
 git ls-files -z -- '*.cpp' '*.c' '*.h' | xargs -0 clang-format --dry-run --Werror || status=1
 
-# analyse <preset> <option for cmake> [option for clang-tidy...]
+# configure <preset> <option>
 # Without precompiled headers, so that an include that is missing shows.
-analyse() {
-  build=build/lint/$1
-  cmake --preset "$1" -B "$build" "$2" -DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON >/dev/null
-  shift 2
-  sources_of "$build" | tr '\n' '\0' |
-    xargs -0 -n 1 -P "$(nproc)" clang-tidy --quiet -p "$build" "$@" 2>/dev/null
+configure() {
+  cmake --preset "$1" -B "build/lint/$1" "$2" -DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON >/dev/null
+  sources_of "build/lint/$1" >"build/lint/$1.txt"
 }
 
 # Leaves one command for each source of ours, also when several targets compile it. Prints the
@@ -33,12 +30,27 @@ print("\n".join(sorted(commands, key=os.path.getsize, reverse=True)))
 PYTHON
 }
 
-analyse release -DTOLVANIX_FUZZ=ON || status=1
+# analyse <preset> [option...]: the sources that standard input lists
+analyse() {
+  build=build/lint/$1
+  shift
+  tr '\n' '\0' | xargs -0 -r -n 1 -P "$(nproc)" clang-tidy --quiet -p "$build" "$@" 2>/dev/null
+}
+
+configure release -DTOLVANIX_FUZZ=ON
+configure windows -DTOLVANIX_FUZZ=OFF
+analyse release <build/lint/release.txt || status=1
+
 # clang finds the headers of the C library by its target, those of the C++ library not.
-# There an argument list is a pointer, which va_start initialises.
-set -- --extra-arg-before=--target=x86_64-w64-mingw32 --checks=-cppcoreguidelines-init-variables
+set -- --extra-arg-before=--target=x86_64-w64-mingw32
 for folder in $(x86_64-w64-mingw32-g++-posix -E -v -x c++ /dev/null 2>&1 | grep '^ /.*c++'); do
   set -- "$@" "--extra-arg-before=-isystem$folder"
 done
-analyse windows -DTOLVANIX_FUZZ=OFF "$@" || status=1
+# There an argument list is a pointer, which va_start initialises.
+grep -vxFf build/lint/release.txt build/lint/windows.txt |
+  analyse windows "$@" --checks=-cppcoreguidelines-init-variables || status=1
+# A source that both compile has been seen. What depends on the types of the platform are the
+# warnings of the compiler and the paths that the analyser follows.
+grep -xFf build/lint/release.txt build/lint/windows.txt |
+  analyse windows "$@" '--checks=-*,clang-diagnostic-*,clang-analyzer-*' || status=1
 exit $status
