@@ -140,8 +140,10 @@ void XMLWriter::print(OpenMode mode) {
     TRACE_STEP("XMLWriter::print: failed to open xml file %s.\n", outputFileName);
     return;
   }
+  // Flushed by itself, because not every C library's fclose says that this failed.
   const bool written =
-      std::fwrite(pendingText.data(), 1, pendingText.size(), file.get()) == pendingText.size();
+      std::fwrite(pendingText.data(), 1, pendingText.size(), file.get()) == pendingText.size() &&
+      std::fflush(file.get()) == 0;
   const bool closed = std::fclose(file.release()) == 0;
   if (!written || !closed) {
     TRACE_STEP("XMLWriter::print: failed to write xml file %s.\n", outputFileName);

@@ -7,6 +7,8 @@
 //   linger FILE   start a copy that keeps standard output open until it is given that file, and go
 //                 on
 //   raise N       send itself the signal
+//   remove FILE   which may be a path from the program's folder
+//   abort
 //   exit N
 // Files are those beside the program. Without such a text it ends with 0 at once.
 #include <chrono>
@@ -79,6 +81,10 @@ int main(int argc, char** argv) try {
       startLingeringCopy(argv[0], value);
     } else if (step == "raise") {
       std::raise(std::stoi(value));
+    } else if (step == "remove") {
+      fs::remove(folder / value);
+    } else if (step == "abort") {
+      std::abort();
     } else if (step == "exit") {
       return static_cast<int>(std::stol(value));
     } else {

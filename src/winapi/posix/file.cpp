@@ -94,35 +94,36 @@ DWORD attributesOf(const FileStatus& status) {
   return attributes != 0 ? attributes : FILE_ATTRIBUTE_NORMAL;
 }
 
-void fillAttributes(const FileStatus& status, WIN32_FIND_DATAA& record) {
-  record.dwFileAttributes = attributesOf(status);
+WIN32_FIND_DATAA findData(const FileStatus& status, const std::string& name) {
+  WIN32_FIND_DATAA data{};
+  data.dwFileAttributes = attributesOf(status);
   const auto size = S_ISDIR(status.st_mode) ? 0 : static_cast<DWORDLONG>(status.st_size);
-  record.nFileSizeHigh = static_cast<DWORD>(size >> 32);
-  record.nFileSizeLow = static_cast<DWORD>(size);
+  data.nFileSizeHigh = static_cast<DWORD>(size >> 32);
+  data.nFileSizeLow = static_cast<DWORD>(size);
+  std::memcpy(data.cFileName, name.c_str(), name.size() + 1);
+  return data;
 }
 
+// A search gives what was there when it began, also what has gone since.
 class Search {
  public:
-  Search(std::string nativeFolder, std::vector<std::string> found)
-      : folder(std::move(nativeFolder)), names(std::move(found)) {}
-
-  // False at the end. What has gone since, and links to nowhere, are passed over.
-  bool next(WIN32_FIND_DATAA& data) {
-    while (position < names.size()) {
-      const std::string& name = names[position++];
+  // The folder has a separator at its end. Links to nowhere are passed over.
+  Search(const std::string& folder, const std::vector<std::string>& names) {
+    for (const std::string& name : names) {
       FileStatus status{};
-      if (stat((folder + name).c_str(), &status) != 0) continue;
-      data = {};
-      fillAttributes(status, data);
-      std::memcpy(data.cFileName, name.c_str(), name.size() + 1);
-      return true;
+      if (stat((folder + name).c_str(), &status) == 0) found.push_back(findData(status, name));
     }
-    return false;
+  }
+
+  // False at the end.
+  bool next(WIN32_FIND_DATAA& data) {
+    if (position == found.size()) return false;
+    data = found[position++];
+    return true;
   }
 
  private:
-  std::string folder;  // with a separator at its end
-  std::vector<std::string> names;
+  std::vector<WIN32_FIND_DATAA> found;
   std::size_t position = 0;
 };
 
@@ -229,8 +230,8 @@ DWORD GetFileAttributesA(const char* fileName) try {
   return outOfMemory(INVALID_FILE_ATTRIBUTES);
 }
 
-HANDLE FindFirstFileA(const char* fileName, WIN32_FIND_DATAA* findData) try {
-  if (findData == nullptr) return failSearch(ERROR_INVALID_PARAMETER);
+HANDLE FindFirstFileA(const char* fileName, WIN32_FIND_DATAA* data) try {
+  if (data == nullptr) return failSearch(ERROR_INVALID_PARAMETER);
   if (fileName == nullptr || *fileName == '\0') return failSearch(ERROR_PATH_NOT_FOUND);
   const std::string_view given = fileName;
   if (hasReservedCharacter(given.substr(0, given.find_last_of("\\/") + 1))) {
@@ -260,16 +261,16 @@ HANDLE FindFirstFileA(const char* fileName, WIN32_FIND_DATAA* findData) try {
     names = std::move(*matches);
   }
 
-  Search search(folder, std::move(names));
-  if (!search.next(*findData)) return failSearch(ERROR_FILE_NOT_FOUND);
+  Search search(folder, names);
+  if (!search.next(*data)) return failSearch(ERROR_FILE_NOT_FOUND);
   return searches().open(std::move(search));
 } catch (const std::bad_alloc&) {
   return outOfMemory(INVALID_HANDLE_VALUE);
 }
 
-BOOL FindNextFileA(HANDLE find, WIN32_FIND_DATAA* findData) try {
+BOOL FindNextFileA(HANDLE find, WIN32_FIND_DATAA* data) try {
   Search* const search = searches().find(find);
-  if (search != nullptr && search->next(*findData)) return TRUE;
+  if (search != nullptr && search->next(*data)) return TRUE;
   SetLastError(search != nullptr ? ERROR_NO_MORE_FILES : ERROR_INVALID_HANDLE);
   return FALSE;
 } catch (const std::bad_alloc&) {
