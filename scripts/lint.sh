@@ -34,8 +34,7 @@ PYTHON
 analyse() {
   build=build/lint/$1
   shift
-  tr '\n' '\0' | xargs -0 -r -n 1 -P "$(nproc)" clang-tidy --quiet -p "$build" \
-    --extra-arg=-Wreserved-identifier --extra-arg=-Wreserved-macro-identifier "$@" 2>/dev/null
+  tr '\n' '\0' | xargs -0 -r -n 1 -P "$(nproc)" clang-tidy --quiet -p "$build" "$@" 2>/dev/null
 }
 
 configure release
