@@ -108,23 +108,26 @@ TEST(Explain, Update_HasWhatTheLibraryFoundAndEveryDevice) {
            R"(version="2.0"/></Application></Device>)";
   };
   const std::string finding =
-      R"(<Validation type="soft" result="true"><Message>It is &lt;newer&gt;.</Message></Validation>)";
+      R"(<Validation type="soft" result="true"><Message>It is &lt;newer&gt;.</Message>)"
+      "</Validation>";
   placeValidationLibrary(package.path(), "<V>\n" + listed("1502") + listed("FFFF") +
                                              listed("1502") + finding + "</V>");
   package.add("a.inf", infFile({kNet}));
   placeHelper(package / kHelper, "exit 1");
   const std::string story = package.explained({"-u"}, kIdInNoInf);
+  const std::string installed =
+      "1. a.inf lists the ID as \"A 100% device\", and a device with it is present; the helper "
+      "program ended with code 1: the driver is installed, and the computer must be restarted.\n";
   const std::string expected[] = {
       "Package: Pack\n",
       "Validation library: 3 devices to update, 1 finding.\n  soft, result true: It is <newer>.\n",
       "Device 1: Card 1502, installed 1.0, package 2.0\n  Hardware ID: " + kNet + '\n',
-      "1. a.inf lists the ID as \"A 100% device\", and a device with it is present; the helper "
-      "program ended with code 1: the driver is installed, and the computer must be restarted.\n",
+      installed,
       "Device 2: Card FFFF",
       "1. a.inf does not list the ID.\n  Device status 5: ",
       "Device 3: Card 1502",
       "This ID was handled above; the outcome is the same.\n  Device status -2: ",
-      "\nThe computer must be restarted.\n",
+      "\nThe computer must be restarted.\nThe first failure decides: device 2.\nExit code 36: ",
   };
   std::size_t at = 0;
   for (const std::string& text : expected) {
@@ -176,6 +179,9 @@ TEST(Explain, EveryNumber_HasItsExplanation) {
   const auto story = [](int deviceStatus, int exitCode) {
     writeFile("trace", formatText("actionUpdateHardwareID: Entered function.\n"
                                   "DriverUpdate: Hardware ID = x\n"
+                                  "DriverUpdate: Found INF file = C:\\p\\a.inf\n"
+                                  "UpdateDriver: return code (-3) from exec of helper\n"
+                                  "DriverUpdate: status from Win2kInstall() = 8\n"
                                   "actionUpdateHardwareID: deviceStatus from DriverUpdate() = %d\n"
                                   "actionUpdateHardwareID: mappedDeviceStatus = %d\n"
                                   "runKiv: status from takeAction() = %d\n",
@@ -195,6 +201,10 @@ TEST(Explain, EveryNumber_HasItsExplanation) {
     const std::string text = story(status, 27);
     EXPECT_NE(text.find(formatText("  Device status %d: ", status)), std::string::npos) << text;
     EXPECT_EQ(text.find("does not have"), std::string::npos) << text;
+    EXPECT_NE(text.find("1. a.inf lists the ID, and a device with it is present; the helper "
+                        "program had not ended after 300 seconds"),
+              std::string::npos)
+        << text;
   }
 }
 
