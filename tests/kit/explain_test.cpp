@@ -173,41 +173,6 @@ TEST(Explain, RunsThatEndEarly_HaveTheirReason) {
   }
 }
 
-// Also those that no run of this program ends with.
-TEST(Explain, EveryNumber_HasItsExplanation) {
-  const CurrentTempDir folder;
-  const auto story = [](int deviceStatus, int exitCode) {
-    writeFile("trace", formatText("actionUpdateHardwareID: Entered function.\n"
-                                  "DriverUpdate: Hardware ID = x\n"
-                                  "DriverUpdate: Found INF file = C:\\p\\a.inf\n"
-                                  "UpdateDriver: return code (-3) from exec of helper\n"
-                                  "DriverUpdate: status from Win2kInstall() = 8\n"
-                                  "actionUpdateHardwareID: deviceStatus from DriverUpdate() = %d\n"
-                                  "actionUpdateHardwareID: mappedDeviceStatus = %d\n"
-                                  "runKiv: status from takeAction() = %d\n",
-                                  deviceStatus, exitCode, exitCode));
-    writeFile("result", executionDocument(statusElement(exitCode)));
-    return explain({"trace", "result"}).output;
-  };
-  std::set<std::string> explanations;
-  for (int code = 0; code < kStatusCount; ++code) {
-    const std::string line = lastLine(story(0, code));
-    EXPECT_EQ(line.find(exitLine(code)), 0) << line;
-    EXPECT_EQ(line.find("no exit code"), std::string::npos) << line;
-    explanations.insert(line.substr(line.find(':')));
-  }
-  EXPECT_EQ(explanations.size(), static_cast<std::size_t>(kStatusCount));
-  for (const int status : {-7, -6, -5, -4, -2, -1, 0, 1, 3, 4, 5, 6, 7, 8, 9}) {
-    const std::string text = story(status, 27);
-    EXPECT_NE(text.find(formatText("  Device status %d: ", status)), std::string::npos) << text;
-    EXPECT_EQ(text.find("does not have"), std::string::npos) << text;
-    EXPECT_NE(text.find("1. a.inf lists the ID, and a device with it is present; the helper "
-                        "program had not ended after 300 seconds"),
-              std::string::npos)
-        << text;
-  }
-}
-
 TEST(Explain, BadInput_IsOneLine) {
   const CurrentTempDir folder;
   const std::string head = "loglevel=4\nlogtarget=1\nlogpathfile=t\n**** tolvanix: Debugging\n";
