@@ -21,7 +21,7 @@ build_and_test() {
   ctest --preset "$1"
 }
 
-scripts/setup.sh build windows
+scripts/setup.sh build windows browser
 if command -v ccache >/dev/null; then
   export CMAKE_C_COMPILER_LAUNCHER=ccache CMAKE_CXX_COMPILER_LAUNCHER=ccache
 fi
@@ -40,6 +40,8 @@ stage fuzz scripts/fuzz.sh 0
 wait
 cat build/windows-stages.log
 
+# Debian's browser goes with Debian's Python.
+stage page /usr/bin/python3 tests/kit/check_page.py build/release/bin/tolvanixkit build/release/page
 stage parity python3 tests/checks/check_parity.py build/release/runs build/windows/runs
 # Real files, where there are some, are read too.
 stage answers python3 tests/checks/check_answers.py build/release build/windows \

@@ -5,7 +5,7 @@ set -eu
 copy=$(mktemp -d)
 trap 'rm -rf "$copy"' EXIT
 cd "$1"
-cp -r CMakeLists.txt CMakePresets.json cmake src sdk "$copy"
+cp -r CMakeLists.txt CMakePresets.json cmake src sdk kit "$copy"
 cd "$copy"
 unset CMAKE_C_COMPILER_LAUNCHER CMAKE_CXX_COMPILER_LAUNCHER
 { cmake --preset windows -DBUILD_TESTING=OFF && cmake --build --preset windows --target tolvanix; } \
