@@ -10,7 +10,7 @@ std::string replaced(const std::string& text, const std::string& pattern,
 }
 
 bool isMatch(const std::string& text, const std::string& pattern) {
-  return std::regex_match(text, std::regex(pattern));
+  return std::regex_search(text, std::regex(pattern));
 }
 
 }  // namespace tolvanix::test

@@ -10,7 +10,7 @@ namespace tolvanix::test {
 std::string replaced(const std::string& text, const std::string& pattern,
                      const std::string& replacement);
 
-// Whether the pattern matches the whole text.
+// Whether the pattern matches some part of the text.
 bool isMatch(const std::string& text, const std::string& pattern);
 
 }  // namespace tolvanix::test

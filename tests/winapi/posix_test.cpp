@@ -87,7 +87,7 @@ TEST_F(PosixTest, Child_StartsWithoutOurTreatmentOfSignals) {
   std::signal(SIGUSR1, before);
   // The numbers above these are the C library's own.
   EXPECT_TRUE(isMatch(readFile(dir / "signals.txt"),
-                      "SigBlk:\\s*[0-9a-f]{8}[08]0000000\nSigIgn:\\s*[0-9a-f]{8}[08]0000000\n"));
+                      "^SigBlk:\\s*[0-9a-f]{8}[08]0000000\nSigIgn:\\s*[0-9a-f]{8}[08]0000000\n$"));
 }
 
 // Wine reads the class as if it were in an INI file.
