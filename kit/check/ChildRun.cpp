@@ -11,8 +11,7 @@ constexpr DWORD kNoTimeLimit = 0xFFFFFFFF;
 // While it lives, a standard stream of this process, and of a child started meanwhile, is another.
 class ReplacedStream {
  public:
-  ReplacedStream(DWORD stream, HANDLE replacement)
-      : number(stream), before(GetStdHandle(stream)) {
+  ReplacedStream(DWORD stream, HANDLE replacement) : number(stream), before(GetStdHandle(stream)) {
     SetStdHandle(number, replacement);
   }
   ReplacedStream(const ReplacedStream&) = delete;

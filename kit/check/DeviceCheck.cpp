@@ -26,8 +26,8 @@ void checkDevice(const PackageDevice& device, InfList& infs, Findings& findings)
   const std::string& version = choice.taken->driverVersion;
   if (!version.empty() && sample::compareVersions(widen(version), widen(device.version)) != 0) {
     findings.error(kDescription,
-                   "it promises version " + device.version + " for " + device.hardwareId + ", and " +
-                       choice.taken->name + " brings " + version,
+                   "it promises version " + device.version + " for " + device.hardwareId +
+                       ", and " + choice.taken->name + " brings " + version,
                    "make the version and the file's DriverVer the same");
   }
 }

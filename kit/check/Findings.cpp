@@ -1,5 +1,9 @@
 #include "check/Findings.h"
 
+#include <algorithm>
+
+#include "text/Conversion.h"
+
 namespace tolvanix::kit {
 
 namespace {
@@ -25,8 +29,10 @@ void Findings::warning(const std::string& file, const std::string& problem,
 void Findings::add(const char* kind, const std::string& file, const std::string& problem,
                    const std::string& remedy) {
   std::string line = kind + file;
-  line.append(": ").append(problem).append("; ").append(remedy).append("\n");
-  lines.push_back(std::move(line));
+  line.append(": ").append(problem).append("; ").append(remedy);
+  std::replace_if(
+      line.begin(), line.end(), [](char c) { return static_cast<unsigned char>(c) < ' '; }, ' ');
+  lines.push_back(toXmlUtf8(widen(line)) + '\n');  // names in it can be any bytes
 }
 
 std::string Findings::text() const {

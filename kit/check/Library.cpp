@@ -60,8 +60,9 @@ void checkLibrary(const PackageFolder& package, Findings& findings) {
   const std::string bytes = readFile(*file);
   const Image image = imageOf(bytes);
   if (image != package.target()) {
-    findings.error(*file, std::string("this is ") + nameOf(image) + ", and the package is " +
-                              nameOf(package.target()),
+    findings.error(*file,
+                   std::string("this is ") + nameOf(image) + ", and the package is " +
+                       nameOf(package.target()),
                    "build it for the program's system");
   } else if (image == kImageHere) {
     checkLoaded(*file, findings);
