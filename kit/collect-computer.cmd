@@ -1,6 +1,6 @@
 @echo off
-rem Collects what describes this computer's devices, so that the program can take inventory of it on
-rem Linux: collect-computer.cmd FILE.reg   (as an administrator)
+rem Collects what describes this computer's devices, so that the program can take inventory of it
+rem on Linux: collect-computer.cmd FILE.reg   (as an administrator)
 rem There: TOLVANIX_MACHINE=FILE.reg tolvanix -i
 setlocal
 if "%~1"=="" goto usage

@@ -5,6 +5,7 @@
 
 #include "app/Status.h"
 #include "check/Findings.h"
+#include "check/PackageDescription.h"
 #include "check/PackageFolder.h"
 #include "check/SchemaCheck.h"
 #include "check/Schemas.h"
@@ -102,7 +103,8 @@ std::string tryOnComputers(const PackageFolder& package, const Substitutes& subs
                    {"Outcome", kIsShortened}});
   const Trial trial({linuxProgram(package),
                      linuxBuild(package, kLibrary, substitutes.library, "--library"),
-                     linuxBuild(package, kHelper, substitutes.helper, "--helper")});
+                     linuxBuild(package, kHelper, substitutes.helper, "--helper"),
+                     package.find(kDescription).value_or(kDescription)});
   for (const Computer& computer : computers) {
     const TrialRun run = trial.run(computer.path);
     if (!run.complaints.empty() && !fs::is_directory(computer.path)) {

@@ -72,12 +72,12 @@ void sortLines(const std::string& output, const std::string& copy, TrialRun& run
 
 }  // namespace
 
-Trial::Trial(const TrialPrograms& programs) {
+Trial::Trial(const TrialParts& parts) : description(parts.description) {
   const fs::path package = folder.path() / "package";
   copyTree(".", package);
-  replace(package / kLinuxProgram, programs.program);
-  replace(package / kLibrary, programs.library);
-  replace(package / kHelper, programs.helper);
+  replace(package / kLinuxProgram, parts.program);
+  replace(package / kLibrary, parts.library);
+  replace(package / kHelper, parts.helper);
 }
 
 TrialRun Trial::run(const fs::path& computer) const {
@@ -92,9 +92,10 @@ TrialRun Trial::run(const fs::path& computer) const {
     copyFile(computer, copy);
   }
 
-  const auto child = runChild(quoted("/usr/bin/env") + quoted("TOLVANIX_MACHINE=" + copy) +
-                              quoted(folder.file("package/" + std::string(kLinuxProgram))) +
-                              "-u -d=4 -o " + quoted(result) + "-e " + quoted(trace));
+  const auto child =
+      runChild(quoted("/usr/bin/env") + quoted("TOLVANIX_MACHINE=" + copy) +
+               quoted(folder.file("package/" + std::string(kLinuxProgram))) + "-u -p " +
+               quoted(description) + "-d=4 -o " + quoted(result) + "-e " + quoted(trace));
   if (!child) throw std::runtime_error("the program of the package cannot be started");
   TrialRun run;
   run.exitCode = static_cast<int>(child->exitCode);

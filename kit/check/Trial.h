@@ -10,12 +10,12 @@
 
 namespace tolvanix::kit {
 
-// What takes part in a run in place of the package's own files of their names; an empty path for
-// what does not.
-struct TrialPrograms {
+// What takes part in a run. The programs, each an empty path for none, replace the package's own.
+struct TrialParts {
   std::filesystem::path program;
   std::filesystem::path library;
   std::filesystem::path helper;
+  std::string description;  // the name of package.xml
 };
 
 struct TrialRun {
@@ -29,7 +29,7 @@ struct TrialRun {
 class Trial {
  public:
   // Copies the package, which is the current folder.
-  explicit Trial(const TrialPrograms& programs);
+  explicit Trial(const TrialParts& parts);
 
   // Runs -u on a copy of the computer. Failures to copy throw filesystem_error.
   TrialRun run(const std::filesystem::path& computer) const;
@@ -39,6 +39,7 @@ class Trial {
 
  private:
   TemporaryFolder folder;
+  std::string description;
 };
 
 }  // namespace tolvanix::kit

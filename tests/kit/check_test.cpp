@@ -21,6 +21,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using Texts = std::vector<std::string>;
+using namespace std::string_literals;
 
 constexpr bool kOnWindows = fs::path::preferred_separator == '\\';
 const std::string kNet = "PCI\\VEN_1DE0&DEV_0010&SUBSYS_00011DE0";
@@ -92,38 +93,44 @@ TEST_F(Check, SamplePackage_HasNoFindings) {
   const ProgramResult result = run();
   EXPECT_EQ(result.exitCode, 0);
   EXPECT_EQ(result.errors, "");
-  for (const std::string& line :
-       {"samplenet.inf   ASCII     Net          1.1.0.12", kStor + "  2.1.10.0  samplestor.inf"}) {
-    EXPECT_NE(result.output.find(line + '\n'), std::string::npos) << result.output;
-  }
-  EXPECT_TRUE(result.output.ends_with("\nNo findings.\n")) << result.output;
+  const std::string text = withoutPadding(result.output);
+  EXPECT_NE(text.find("\nsamplenet.inf  ASCII  Net  1.1.0.12\n"), std::string::npos) << text;
+  EXPECT_NE(text.find('\n' + kStor + "  2.1.10.0  samplestor.inf\n"), std::string::npos) << text;
+  EXPECT_TRUE(text.ends_with("\n\nNo findings.\n")) << text;
+}
+
+std::string takenBefore(const std::string& first, const std::string& id, const std::string& other) {
+  return "error: " + first + ": it is taken for " + id + " before " + other +
+         ", which lists the ID more exactly; list more of the ID, or give the file a name after "
+         "the other's";
+}
+std::string inNoInf(const std::string& id) {
+  return "error: package.xml: " + id + " is in no INF file; list it in one, or take the device out";
 }
 
 TEST_F(Check, EachTrap_IsFound) {
+  const std::string system = kOnWindows ? "Windows" : "Linux";
+  const std::string emptyId =
+      "error: samplenet.inf: the model \"Sample Gigabit Network Adapter\" has an empty hardware "
+      "ID, "
+      "so the file is taken for every device; give the model its hardware ID";
   const struct {
     std::function<void()> trap;
     Texts findings;
   } rows[] = {
       {[&] { write("a.inf", replaced(read("samplenet.inf"), kNet, "PCI\\VEN_1DE0")); },
-       {"error: a.inf: it is taken for " + kNet +
-            " before samplenet.inf, which lists the ID more "
-            "exactly; list more of the ID, or give the file a name after the other's",
-        "error: a.inf: it is taken for " + kStor +
-            " before samplestor.inf, which lists the ID "
-            "more exactly; list more of the ID, or give the file a name after the other's"}},
+       {takenBefore("a.inf", kNet, "samplenet.inf"),
+        takenBefore("a.inf", kStor, "samplestor.inf")}},
       {[&] { edit("samplestor.inf", "2.1.10.0", "2.1.10.1"); },
        {"error: package.xml: it promises version 2.1.10.0 for " + kStor +
         ", and samplestor.inf brings 2.1.10.1; make the version and the file's DriverVer the "
         "same"}},
       {[&] { edit("samplestor.inf", "2.1.10.0", "2.01.10"); }, {}},
-      {[&] {
-         edit("kivvalid.dll", std::string("SPValidate\0", 11), std::string("SPValidat_\0", 11));
-       },
+      {[&] { edit("kivvalid.dll", "SPValidate"s + '\0', "SPValidat_"s + '\0'); },
        {"error: kivvalid.dll: it does not export SPValidate; export it by that very name "
         "(sdk/kivvalid.h)"}},
       {[&] { edit("package.xml", "\"0020\"", "\"0021\""); },
-       {"error: package.xml: PCI\\VEN_1DE0&DEV_0021&SUBSYS_00021DE0 is in no INF file; list it in "
-        "one, or take the device out"}},
+       {inNoInf("PCI\\VEN_1DE0&DEV_0021&SUBSYS_00021DE0")}},
       {[&] { remove("tolvanixhelper64"); },
        {"error: " + kHelper + ": the helper program is missing; put it there, by that name"}},
       {[&] {
@@ -133,27 +140,15 @@ TEST_F(Check, EachTrap_IsFound) {
        },
        {"error: samplenet.inf: it is in UTF-16 big-endian; save it as UTF-16 (little-endian) with "
         "a byte-order mark, or as ASCII",
-        "error: package.xml: " + kNet +
-            " is in no INF file; list it in one, or take the device "
-            "out"}},
+        inNoInf(kNet)}},
       {[&] { edit("samplenet.inf", "Device.Install, " + kNet, "Device.Install"); },
-       {"error: samplenet.inf: the model \"Sample Gigabit Network Adapter\" has an empty hardware "
-        "ID, so the file is taken for every device; give the model its hardware ID",
-        "error: samplenet.inf: it is taken for " + kStor +
-            " before samplestor.inf, which lists "
-            "the ID more exactly; list more of the ID, or give the file a name after the other's"}},
+       {emptyId, takenBefore("samplenet.inf", kStor, "samplestor.inf")}},
       {[&] { edit("samplenet.inf", kNet, kNet + ", &REV_01"); },
-       {"error: samplenet.inf: the model \"Sample Gigabit Network Adapter\" has an empty hardware "
-        "ID, so the file is taken for every device; give the model its hardware ID",
-        "error: samplenet.inf: it is taken for " + kStor +
-            " before samplestor.inf, which lists "
-            "the ID more exactly; list more of the ID, or give the file a name after the other's"}},
+       {emptyId, takenBefore("samplenet.inf", kStor, "samplestor.inf")}},
       {[&] { edit("samplenet.inf", "Signature ", "Signed "); },
        {"error: samplenet.inf: it has no signature of an INF file; write Signature = \"$Windows "
         "NT$\" into [Version]",
-        "error: package.xml: " + kNet +
-            " is in no INF file; list it in one, or take the device "
-            "out"}},
+        inNoInf(kNet)}},
       {[&] { edit("samplenet.inf", "DriverVer ", "Version "); },
        {"error: samplenet.inf: its DriverVer has no version; write DriverVer = <date>,<version> "
         "into [Version]"}},
@@ -163,10 +158,9 @@ TEST_F(Check, EachTrap_IsFound) {
          write(kHelper, "text");
        },
        {"error: " + kProgram + ": the program is missing; put it there, by that name",
-        "error: kivvalid.dll: this is no program, and the package is for " +
-            std::string(kOnWindows ? "Windows" : "Linux") + "; build it for the program's system",
-        "error: " + kHelper + ": this is no program; build it as a program for " +
-            std::string(kOnWindows ? "Windows" : "Linux")}},
+        "error: kivvalid.dll: this is no program, and the package is for " + system +
+            "; build it for the program's system",
+        "error: " + kHelper + ": this is no program; build it as a program for " + system}},
   };
   for (const auto& row : rows) {
     restore();
