@@ -25,7 +25,7 @@ collect_function() {
     copy "$1/$name" "$2/$name"
   done
   # Where an old kernel has no file for it, the revision is byte 8 of these.
-  [ -e "$2/revision" ] || head -c 64 "$1/config" >"$2/config"
+  [ -e "$2/revision" ] || dd if="$1/config" of="$2/config" bs=64 count=1 2>/dev/null
   [ -e "$1/driver" ] || return 0
   driver=$(basename "$(readlink "$1/driver")")
   ln -s "../../drivers/$driver" "$2/driver"

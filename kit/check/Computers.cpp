@@ -65,7 +65,8 @@ void judgeRun(const std::string& name, const TrialRun& run, Findings& findings) 
 void addRows(const Computer& computer, const TrialRun& run, TextTable& table) {
   const std::string name = toXmlUtf8(widen(computer.name));
   for (const ReportRow& row : rowsOf({{name, name, run.result}})) {
-    table.addRow({name, row.device, row.driver, row.outcome});
+    const bool restart = row.restart && row.mood == ReportRow::Mood::kGood;
+    table.addRow({name, row.device, row.driver, row.outcome + (restart ? ", restart needed" : "")});
   }
   SPXMLObject validation;
   validation.setXML(SPUString(run.validation));
