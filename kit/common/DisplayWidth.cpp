@@ -79,16 +79,10 @@ std::size_t displayWidth(std::string_view text) {
   return width;
 }
 
-std::string shortened(std::string_view text, std::size_t width) {
-  constexpr std::string_view kEllipsis = "\u2026";
-  const bool fits = displayWidth(text) <= width;
-  std::size_t room = fits || width == 0 ? width : width - 1;
+std::string printable(std::string_view text) {
   std::string out;
   while (!text.empty()) {
     const Character character = firstOf(text);
-    const std::size_t needed = widthOf(character.value);
-    if (needed > room) break;
-    room -= needed;
     if (isControl(character.value)) {
       out += ' ';
     } else {
@@ -96,8 +90,22 @@ std::string shortened(std::string_view text, std::size_t width) {
     }
     text.remove_prefix(character.size);
   }
-  if (!fits) out += kEllipsis;
   return out;
+}
+
+std::string shortened(std::string_view text, std::size_t width) {
+  constexpr std::string_view kEllipsis = "\u2026";
+  if (displayWidth(text) <= width) return printable(text);
+  std::size_t room = width > 0 ? width - 1 : 0;
+  std::size_t kept = 0;
+  while (kept < text.size()) {
+    const Character character = firstOf(text.substr(kept));
+    const std::size_t needed = widthOf(character.value);
+    if (needed > room) break;
+    room -= needed;
+    kept += character.size;
+  }
+  return printable(text.substr(0, kept)).append(kEllipsis);
 }
 
 }  // namespace tolvanix::kit

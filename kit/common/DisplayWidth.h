@@ -11,8 +11,11 @@ namespace tolvanix::kit {
 // the character before it. For valid UTF-8.
 std::size_t displayWidth(std::string_view text);
 
-// The text, or as much of it as fits with an ellipsis. A line break or another control character,
-// which could do anything to a terminal, becomes a blank.
+// The text with a blank for each line break or other control character, which could do anything to
+// a terminal.
+std::string printable(std::string_view text);
+
+// The printable text, or as much of it as fits with an ellipsis.
 std::string shortened(std::string_view text, std::size_t width);
 
 }  // namespace tolvanix::kit
