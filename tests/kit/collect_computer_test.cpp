@@ -21,7 +21,7 @@ TEST(CollectComputer, Command_ExportsWhatDescribesTheDevices) {
   const std::string bytes = readFile(file);
   std::size_t at = 0;
   for (const std::u16string_view part :
-       {u"Windows Registry Editor Version 5.00", u"PCI\\VEN_1DF1&DEV_1501", u"\"HardwareID\"=",
+       {u"Windows Registry Editor Version 5.00", u"PCI\\VEN_1DF1&DEV_1E03", u"\"HardwareID\"=",
         u"Windows Registry Editor Version 5.00", u"\"DriverVersion\"=",
         u"Windows Registry Editor Version 5.00", u"\"CurrentVersion\"="}) {
     const std::string wide = utf16File(part).substr(2);
