@@ -12,7 +12,7 @@ namespace {
 
 TEST(CollectComputer, Command_ExportsWhatDescribesTheDevices) {
   if (std::filesystem::path::preferred_separator == '/') GTEST_SKIP() << "there is no cmd here";
-  const Computer computer(fixture("computers/two_devices.reg"));
+  const Computer computer(fixture("computers/four_devices.reg"));
   const TempDir folder;
   const std::string file = (folder / "computer.reg").string();
   const ProgramResult result = runProgram(COLLECT_COMPUTER, {file});
@@ -21,7 +21,7 @@ TEST(CollectComputer, Command_ExportsWhatDescribesTheDevices) {
   const std::string bytes = readFile(file);
   std::size_t at = 0;
   for (const std::u16string_view part :
-       {u"Windows Registry Editor Version 5.00", u"PCI\\VEN_1DF1&DEV_1E03", u"\"HardwareID\"=",
+       {u"Windows Registry Editor Version 5.00", u"PCI\\VEN_1DE4&DEV_0001", u"\"HardwareID\"=",
         u"Windows Registry Editor Version 5.00", u"\"DriverVersion\"=",
         u"Windows Registry Editor Version 5.00", u"\"CurrentVersion\"="}) {
     const std::string wide = utf16File(part).substr(2);
