@@ -192,10 +192,11 @@ void execution(std::string_view input) {
 
 // In place of a helper program, which would be another process: installs, wants a restart or fails.
 int runHelper(const char* directory, const char* commandLine, WORD showWindow, char* output,
-              DWORD outputSize, DWORD& exitCode,
-              int timeLimitSeconds) __asm__("__wrap__ZN8tolvanix7ExecCmdEPKcS1_tPcjRji");
+              DWORD outputSize, DWORD& exitCode, int timeLimitSeconds,
+              const char* progress) __asm__("__wrap__ZN8tolvanix7ExecCmdEPKcS1_tPcjRjiS1_");
 int runHelper(const char* /*directory*/, const char* commandLine, WORD /*showWindow*/,
-              char* /*output*/, DWORD /*outputSize*/, DWORD& exitCode, int /*timeLimitSeconds*/) {
+              char* /*output*/, DWORD /*outputSize*/, DWORD& exitCode, int /*timeLimitSeconds*/,
+              const char* /*progress*/) {
   std::string_view rest = commandLine;
   tolvanix::fuzz::takePart(rest, '"');
   exitCode = tolvanix::fuzz::helperCode(std::string(tolvanix::fuzz::takePart(rest, '"')));

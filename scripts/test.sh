@@ -40,6 +40,9 @@ stage fuzz scripts/fuzz.sh 0
 wait
 cat build/windows-stages.log
 
+stage kit build/release/bin/tolvanixkit check build/windows/bin/sample-package \
+  sdk/sample/computer.reg --library build/release/bin/sample-package/kivvalid.dll \
+  --helper build/release/bin/sample-package/tolvanixhelper64/tolvanixhelper64.exe
 # Debian's browser goes with Debian's Python.
 stage page /usr/bin/python3 tests/kit/check_page.py build/release/bin/tolvanixkit build/release/page
 stage parity python3 tests/checks/check_parity.py build/release/runs build/windows/runs
