@@ -13,6 +13,7 @@
 
 #include "check/PeFile.h"
 #include "support/Files.h"
+#include "support/Patterns.h"
 #include "support/Program.h"
 
 namespace tolvanix::test {
@@ -28,7 +29,7 @@ const std::string kStor = "PCI\\VEN_1DE0&DEV_0020&SUBSYS_00021DE0";
 const std::string kProgram = kOnWindows ? "tolvanix.exe" : "tolvanix";
 const std::string kHelper = "tolvanixhelper64/tolvanixhelper64.exe";
 
-std::string replaced(std::string text, const std::string& from, const std::string& to) {
+std::string changed(std::string text, const std::string& from, const std::string& to) {
   std::size_t at = text.find(from);
   EXPECT_NE(at, std::string::npos) << from;
   for (; at != std::string::npos; at = text.find(from, at + to.size())) {
@@ -52,7 +53,7 @@ class Check : public ::testing::Test {
     writeFile(package() / name, bytes);
   }
   void edit(const std::string& name, const std::string& from, const std::string& to) const {
-    write(name, replaced(read(name), from, to));
+    write(name, changed(read(name), from, to));
   }
   void remove(const std::string& name) const { fs::remove_all(package() / name); }
 
@@ -118,7 +119,7 @@ TEST_F(Check, EachTrap_IsFound) {
     std::function<void()> trap;
     Texts findings;
   } rows[] = {
-      {[&] { write("a.inf", replaced(read("samplenet.inf"), kNet, shortId)); },
+      {[&] { write("a.inf", changed(read("samplenet.inf"), kNet, shortId)); },
        {takenBefore("a.inf", kNet, "samplenet.inf"),
         takenBefore("a.inf", kStor, "samplestor.inf")}},
       {[&] { edit("samplestor.inf", "2.1.10.0", "2.1.10.1"); },
