@@ -1,5 +1,5 @@
 #!/bin/sh
-# The format of every source, and static analysis of src, sdk, tests and fuzz as each platform
+# The format of every source, and static analysis of src, sdk, kit, tests and fuzz as each platform
 # compiles them.
 set -eu
 cd "$(dirname "$0")/.."

@@ -5,11 +5,14 @@ set -eu
 packages=
 for group in "$@"; do
   case $group in
-    build) packages="$packages cmake ninja-build g++ googletest libgtest-dev libxml2-utils pciutils python3" ;;
-    windows) packages="$packages cmake ninja-build g++-mingw-w64-x86-64-posix wine wine64 googletest" ;;
+    build) packages="$packages cmake ninja-build g++ googletest libgtest-dev libxml2-utils pciutils python3
+      libcli11-dev nlohmann-json3-dev" ;;
+    windows) packages="$packages cmake ninja-build g++-mingw-w64-x86-64-posix wine wine64 googletest
+      libcli11-dev nlohmann-json3-dev" ;;
     lint) packages="$packages clang-format clang-tidy python3" ;;
     demo) packages="$packages libxml2-utils pci.ids" ;;
-    fuzz) packages="$packages cmake ninja-build clang libclang-rt-14-dev libxml2-dev python3" ;;
+    fuzz) packages="$packages cmake ninja-build clang libclang-rt-14-dev libxml2-dev python3
+      libcli11-dev nlohmann-json3-dev" ;;
     bench) packages="$packages libbenchmark-dev libpugixml-dev hyperfine ripgrep time" ;;
     *) echo "setup.sh: no such group: $group" >&2; exit 2 ;;
   esac

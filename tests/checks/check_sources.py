@@ -43,22 +43,22 @@ def callers():
 
 def layers():
     table = (ROOT / "docs/architecture.md").read_text()
-    rows = re.findall(r"^\| `src/([\w/]+)` \|.*\| ([^|]+) \|$", table, re.M)
+    rows = re.findall(r"^\| `((?:src|kit)[\w/]*)` \|.*\| ([^|]+) \|$", table, re.M)
     described = {folder: set(parts.split(", ")) - {"nothing of ours"} for folder, parts in rows}
     actual = {}
-    for name, code in sources("src").items():
-        folder = name.removeprefix("src/").rpartition("/")[0]
+    for name, code in sources("src", "kit").items():
+        folder = name.rpartition("/")[0]
         included = set(re.findall(r'^#include "(\w[\w/]*)/\w+\.h"', code, re.M))
-        actual[folder] = actual.get(folder, set()) | included - {folder}
-    return [f"src/{folder}: includes {actual.get(folder)}, described is {described.get(folder)}"
+        actual[folder] = actual.get(folder, set()) | included - {folder.partition("/")[2]}
+    return [f"{folder}: includes {actual.get(folder)}, described is {described.get(folder)}"
             for folder in actual.keys() | described if actual.get(folder) != described.get(folder)]
 
 
 def built():
     commands = json.loads((BUILD[0] / "compile_commands.json").read_text())
     compiled = {pathlib.Path(c["directory"], c["file"]).resolve() for c in commands}
-    expected = re.compile(r"src/.*\.cpp|tests/.*_test\.cpp")
-    return [f"{name} is not built" for name in sources("src", "tests")
+    expected = re.compile(r"(src|kit)/.*\.cpp|tests/.*_test\.cpp")
+    return [f"{name} is not built" for name in sources("src", "kit", "tests")
             if expected.fullmatch(name) and ROOT / name not in compiled]
 
 
@@ -66,12 +66,12 @@ def platform():
     # What measures and what fuzzes the program runs on Linux alone, and is left out.
     allowed = re.compile(r"(src|tests)/winapi/|(?!src/).*_(posix|windows)\.\w+$")
     # The standard library's own headers are those without a folder and without ".h". The validation
-    # library has a C interface.
-    header = r"\s*#\s*include\s*<(?![a-z_]+>|gtest/|(?:stddef|stdint|uchar)\.h>)"
+    # library has a C interface. What else is included serves every platform.
+    header = r"\s*#\s*include\s*<(?![a-z_]+>|gtest/|CLI/|nlohmann/|(?:stddef|stdint|uchar)\.h>)"
     macro = r".*\b(?:_WIN32|_WIN64|WIN32|__MINGW\w*|__linux__|__unix__)\b"
     foreign = re.compile(f"{header}|{macro}")
     return [f"{name}:{number}: {line}"
-            for name, code in sources("src", "sdk", "tests").items()
+            for name, code in sources("src", "sdk", "kit", "tests").items()
             if not allowed.match(name)
             for number, line in enumerate(code.splitlines(), 1) if foreign.match(line)]
 
