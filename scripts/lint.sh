@@ -33,6 +33,8 @@ print("\n".join(sorted(commands, key=os.path.getsize, reverse=True)))
 PYTHON
 }
 
+(cd deploy/ansible && ansible-lint --offline --strict) || status=1
+
 analyse release -DTOLVANIX_FUZZ=ON || status=1
 # clang finds the headers of the C library by its target, those of the C++ library not.
 # There an argument list is a pointer, which va_start initialises.

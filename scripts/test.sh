@@ -22,7 +22,7 @@ build_and_test() {
   ctest --preset "$1"
 }
 
-scripts/setup.sh build windows
+scripts/setup.sh build windows package deploy
 if command -v ccache >/dev/null; then
   export CMAKE_C_COMPILER_LAUNCHER=ccache CMAKE_CXX_COMPILER_LAUNCHER=ccache
 fi
@@ -36,7 +36,10 @@ stage parity python3 tests/checks/check_parity.py build/release/runs build/windo
 stage answers python3 tests/checks/check_answers.py build/release build/windows \
   "${TOLVANIX_CORPUS:-../shared/corpus}"
 stage fuzz scripts/fuzz.sh 0
-stage reproducible tests/checks/check_reproducible.sh . "$PWD/build/windows/bin/tolvanix.exe"
+stage package scripts/package.sh
+stage packages tests/deploy/check_packages.sh build/package
+stage reproducible tests/checks/check_reproducible.sh build/package
+stage rollout python3 tests/deploy/rollout_test.py build/release
 
 [ -z "$failed" ] || { echo "FAILED:$failed"; exit 1; }
 echo "All tests passed."
