@@ -1,4 +1,4 @@
-# What `cmake --install` puts where: on Windows one folder, elsewhere the usual ones below the prefix.
+# What `cmake --install` puts where: on Windows one folder, elsewhere the usual ones.
 # The sdk, and what else its sources need to be built: cmake -S sdk -B <build folder>
 function(install_sdk folder)
   install(DIRECTORY sdk cmake DESTINATION ${folder} FILES_MATCHING
