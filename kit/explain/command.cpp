@@ -2,10 +2,56 @@
 
 #include <CLI/CLI.hpp>
 
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "app/Status.h"
+#include "common/Outcome.h"
+#include "common/Output.h"
+#include "common/ResultDocument.h"
+#include "explain/Story.h"
+#include "explain/TracedRun.h"
+
 namespace tolvanix::kit {
 
-void addExplain(CLI::App& app, int& /*exitCode*/) {
-  app.add_subcommand("explain", "says what a run did, and why");
+namespace {
+
+struct Options {
+  std::string trace;
+  std::string result;
+};
+
+// A run that failed unexpectedly may not come to the end of its trace; its document says so.
+int exitCodeOf(const TracedRun& run, const std::optional<int>& documented,
+               const std::string& traceName) {
+  if (run.exitCode) return *run.exitCode;
+  if (documented == kUnspecifiedFailure) return *documented;
+  throw BadInput(traceName + ": the trace is cut off: it does not say how the run ended");
+}
+
+int explain(const Options& options) {
+  const TracedRun run = readTrace(options.trace);
+  std::optional<int> documented;
+  if (!options.result.empty()) documented = exitCodeOf(readResultDocument(options.result));
+  const int exitCode = exitCodeOf(run, documented, options.trace);
+  if (documented && *documented != exitCode) {
+    throw BadInput(options.result + ": this document has exit code " + std::to_string(*documented) +
+                   " and the trace " + std::to_string(exitCode) + ": they are of different runs");
+  }
+  print(storyOf(run, exitCode));
+  return kDone;
+}
+
+}  // namespace
+
+void addExplain(CLI::App& app, int& exitCode) {
+  const auto options = std::make_shared<Options>();
+  CLI::App* const command = app.add_subcommand(
+      "explain", "says from a trace what a run did, why it ended so, and what to do about it");
+  command->add_option("TRACE", options->trace, "the trace of a run with -d=4 -e TRACE")->required();
+  command->add_option("RESULT", options->result, "the result document of the same run");
+  command->callback([options, &exitCode] { exitCode = explain(*options); });
 }
 
 }  // namespace tolvanix::kit

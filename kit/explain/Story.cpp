@@ -1,0 +1,210 @@
+#include "explain/Story.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <list>
+#include <string_view>
+#include <vector>
+
+#include "app/Status.h"
+#include "common/Advice.h"
+#include "common/DisplayWidth.h"
+#include "install/DeviceStatus.h"
+#include "install/ExecCmd.h"
+#include "inventory/SPXMLData.h"
+#include "text/Conversion.h"
+#include "text/Format.h"
+#include "xml/SPXMLValidation.h"
+#include "xml/XMLQuery.h"
+
+namespace tolvanix::kit {
+
+namespace {
+
+std::string textOf(std::u16string_view text) {
+  return printable(toXmlUtf8(text));
+}
+
+std::string counted(std::size_t count, const std::string& one) {
+  return std::to_string(count) + ' ' + one + (count == 1 ? "" : "s");
+}
+
+// ---- An INF file ----
+
+// "; text (error 2)" for the last error at that place; empty if there was none.
+std::string errorAt(const TriedFile& file, std::string_view place) {
+  constexpr int kEndOfList = 259;  // a search that found nothing ends with it
+  std::string text;
+  for (const TracedError& error : file.errors) {
+    if (error.place != place || error.code == kEndOfList) continue;
+    std::string message = error.message;
+    while (message.ends_with(' ') || message.ends_with('.')) message.pop_back();
+    text = formatText(error.code < 0 ? ": %s (error 0x%X)" : ": %s (error %d)", message.c_str(),
+                      static_cast<unsigned>(error.code));
+  }
+  return text;
+}
+
+std::string listing(const TriedFile& file) {
+  return "lists the ID" + (file.listedAs.empty() ? "" : " as \"" + file.listedAs + '"');
+}
+
+std::string helperOutcome(const TriedFile& file) {
+  if (file.helperResult == kExecTimedOut) {
+    return "the helper program had not ended after 300 seconds, its time limit, and was left "
+           "running";
+  }
+  if (file.helperResult == kExecFailed) {
+    const std::string error = errorAt(file, "DevHelper, ExecCmd");
+    return "the helper program was not started" +
+           (error.empty() ? errorAt(file, "CDevInfoSet::UpdateDriver") : error);
+  }
+  std::string text = "the helper program ended with ";
+  text += file.helperExitCode ? "code " + std::to_string(*file.helperExitCode) : "no known code";
+  if (file.status == kDeviceInstalled) return text + ": the driver is installed";
+  if (file.status == kDeviceInstalledRestart) {
+    return text + ": the driver is installed, and the computer must be restarted";
+  }
+  return text + ", which is a failure";
+}
+
+std::string fileOutcome(const TriedFile& file) {
+  const std::string present = listing(file) + ", and a device with it is present";
+  if (!file.status) return "the trace does not say what became of it";
+  switch (*file.status) {
+    case kDeviceInfNotOpened:
+      return "was not opened" + errorAt(file, "CInf::Open");
+    case kDeviceNoIdForInstall:
+      return "was not searched, since there is no ID";
+    case kDeviceIdInNoInf:
+    case kDeviceCheckNotFound:
+      return "does not list the ID" + errorAt(file, "CInf::EnumManufacturers");
+    case kDeviceNotPresent:
+      return listing(file) + ", but no present device has it" +
+             errorAt(file, "CDevInfoSet::FindExistingDevice");
+    case kDeviceCheckFound:
+      return present;
+    case kDeviceInstalled:
+    case kDeviceInstalledRestart:
+    case kDeviceHelperFailed:
+      return present + "; " + helperOutcome(file);
+    default:
+      return adviceForDeviceStatus(*file.status).meaning;
+  }
+}
+
+// ---- A device ----
+
+std::string withoutFolder(const std::string& path) {
+  return path.substr(path.find_last_of("/\\") + 1);
+}
+
+void tellSearch(const DriverSearch& search, std::string& out) {
+  if (search.isRepeated) {
+    out += "  This ID was handled above; the outcome is the same.\n";
+  } else if (!search.files.empty()) {
+    out.append("  INF files, in the order in which they were ");
+    out.append(search.checkOnly ? "searched (-c: nothing is installed):\n" : "tried:\n");
+  }
+  for (std::size_t i = 0; i < search.files.size(); ++i) {
+    const TriedFile& file = search.files[i];
+    out += "    " + std::to_string(i + 1) + ". " + withoutFolder(file.path) + ' ';
+    out += fileOutcome(file) + ".\n";
+  }
+  if (!search.deviceStatus) {
+    out += "  The trace does not say what became of it.\n";
+    return;
+  }
+  const Advice& advice = adviceForDeviceStatus(*search.deviceStatus);
+  out += "  Device status " + std::to_string(*search.deviceStatus) + ": " + advice.meaning + ".\n";
+  out += std::string("  What to do: ") + advice.action + '\n';
+}
+
+// "name, installed 1.0, package 1.1"
+std::string describe(const SPXMLDevice& device) {
+  std::string text = textOf(device.getDisplay());
+  if (device.getApplications().empty()) return text;
+  const SPXMLApplication& application = device.getApplications().front();
+  text += ", installed " + textOf(application.getVersion());
+  if (application.getPackageVersion().empty()) return text;
+  return text + ", package " + textOf(application.getPackageVersion());
+}
+
+// The devices of the validation document are handled in its order.
+void tellSearches(const TracedRun& run, const std::list<SPXMLDevice>& devices, std::string& out) {
+  auto device = devices.begin();
+  for (std::size_t i = 0; i < run.searches.size(); ++i) {
+    const DriverSearch& search = run.searches[i];
+    out += '\n';
+    if (run.command == TracedRun::Command::kUpdate) {
+      out += "Device " + std::to_string(i + 1);
+      if (device != devices.end()) out += ": " + describe(*device++);
+      out += "\n  ";
+    }
+    out += "Hardware ID: " + search.hardwareId + '\n';
+    if (!search.namedFile.empty()) out += "  Only this file (-n): " + search.namedFile + '\n';
+    tellSearch(search, out);
+  }
+}
+
+// ---- The run ----
+
+const char* title(TracedRun::Command command) {
+  switch (command) {
+    case TracedRun::Command::kInventory:
+      return "tolvanix -i: the inventory\n";
+    case TracedRun::Command::kUpdate:
+      return "tolvanix -u: the drivers of a package\n";
+    case TracedRun::Command::kHardwareId:
+      return "tolvanix -uhid: the driver for one hardware ID\n";
+    default:
+      return "tolvanix: a run that ended before its command began\n";
+  }
+}
+
+void tellInventory(const TracedRun& run, std::string& out) {
+  if (run.devices == 0) return;
+  out += "Inventory: " + counted(run.devices, "PCI device");
+  if (run.devicesLeftOut > 0) {
+    out += ", " + std::to_string(run.devicesLeftOut) + " left out by DriverConfiguration.ini";
+  }
+  out += ".\n";
+}
+
+std::list<SPXMLDevice> tellValidation(const TracedRun& run, std::string& out) {
+  if (!run.packageName.empty()) out += "Package: " + run.packageName + '\n';
+  if (run.packageUnreadable) out += "The package description could not be read.\n";
+  if (!run.validated) return {};
+  if (!run.validation) {
+    out += "Validation library: it returned no document.\n";
+    return {};
+  }
+  const std::u16string text = widen(*run.validation);
+  const SPXMLData document(text);
+  std::vector<SPXMLValidation> findings;
+  xmlquery::readElements(text, u"Validation", findings);
+  out += "Validation library: " + counted(document.getDevices().size(), "device") + " to update, " +
+         counted(findings.size(), "finding") + ".\n";
+  for (const SPXMLValidation& finding : findings) {
+    out += "  " + textOf(finding.getType()) + ", result " + textOf(finding.getResult()) + ':';
+    for (const SPUString& message : finding.getMessages()) out += ' ' + textOf(message);
+    out += '\n';
+  }
+  return document.getDevices();
+}
+
+}  // namespace
+
+std::string storyOf(const TracedRun& run, int exitCode) {
+  std::string out = title(run.command);
+  tellInventory(run, out);
+  const std::list<SPXMLDevice> devices = tellValidation(run, out);
+  tellSearches(run, devices, out);
+  if (!run.exitCode) out += "\nThe trace ends after: " + run.lastLine + '\n';
+  if (run.restart) out += "\nThe computer must be restarted.\n";
+  const Advice& advice = adviceForExitCode(exitCode);
+  out += std::string("\nWhat to do: ") + advice.action + '\n';
+  return out + "Exit code " + std::to_string(exitCode) + ": " + advice.meaning + ".\n";
+}
+
+}  // namespace tolvanix::kit
