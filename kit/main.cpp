@@ -32,6 +32,7 @@ int complain(const std::string& text) {
 int run(int argumentCount, char* arguments[]) {
   CLI::App app(kDescription, "tolvanixkit");
   app.set_version_flag("--version", versionLine());
+  app.allow_windows_style_options(false);  // a name that begins with a slash is a file
   app.require_subcommand(1);
   int exitCode = kDone;
   addReport(app, exitCode);

@@ -13,6 +13,7 @@ for group in "$@"; do
     demo) packages="$packages libxml2-utils pci.ids" ;;
     fuzz) packages="$packages cmake ninja-build clang libclang-rt-14-dev libxml2-dev python3
       libcli11-dev nlohmann-json3-dev" ;;
+    browser) packages="$packages python3 python3-selenium chromium chromium-driver" ;;
     bench) packages="$packages libbenchmark-dev libpugixml-dev hyperfine ripgrep time" ;;
     package) packages="$packages dpkg-dev lintian mandoc mmdebstrap zip unzip" ;;
     deploy) packages="$packages ansible-core python3" ;;

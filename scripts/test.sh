@@ -22,7 +22,7 @@ build_and_test() {
   ctest --preset "$1"
 }
 
-scripts/setup.sh build windows package deploy
+scripts/setup.sh build windows browser package deploy
 if command -v ccache >/dev/null; then
   export CMAKE_C_COMPILER_LAUNCHER=ccache CMAKE_CXX_COMPILER_LAUNCHER=ccache
 fi
@@ -31,6 +31,7 @@ mkdir -p build
 stage release build_and_test release
 stage asan build_and_test asan
 stage windows build_and_test windows
+stage page python3 tests/kit/check_page.py build/release/bin/tolvanixkit build/release/page
 stage parity python3 tests/checks/check_parity.py build/release/runs build/windows/runs
 # Real files, where there are some, are read too.
 stage answers python3 tests/checks/check_answers.py build/release build/windows \

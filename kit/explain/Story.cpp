@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <iterator>
 #include <list>
 #include <string_view>
 #include <vector>
@@ -14,6 +15,7 @@
 #include "inventory/SPXMLData.h"
 #include "text/Conversion.h"
 #include "text/Format.h"
+#include "winapi/winapi.h"
 #include "xml/SPXMLValidation.h"
 #include "xml/XMLQuery.h"
 
@@ -31,16 +33,36 @@ std::string counted(std::size_t count, const std::string& one) {
 
 // ---- An INF file ----
 
-// "; text (error 2)" for the last error at that place; empty if there was none.
+// What systems have no text for, or one that says little.
+struct SetupError {
+  DWORD code;
+  const char* text;
+};
+constexpr SetupError kSetupErrors[] = {
+    {ERROR_EXPECTED_SECTION_NAME, "it has text before its first [section]"},
+    {ERROR_BAD_SECTION_NAME_LINE, "the line of a [section] has no closing bracket"},
+    {ERROR_SECTION_NAME_TOO_LONG, "the name of a [section] is too long"},
+    {ERROR_WRONG_INF_STYLE, "it has no [Version] with a Signature, so it is no INF file"},
+    {ERROR_LINE_NOT_FOUND, "it has no lines in [Manufacturer]"},
+    {ERROR_NO_ASSOCIATED_CLASS, "its [Version] has neither Class nor ClassGUID"},
+};
+
+std::string textOf(const TracedError& error) {
+  const auto* const known =
+      std::find_if(std::begin(kSetupErrors), std::end(kSetupErrors),
+                   [&error](const auto& e) { return e.code == static_cast<DWORD>(error.code); });
+  std::string text = known != std::end(kSetupErrors) ? known->text : error.message;
+  while (text.ends_with(' ') || text.ends_with('.')) text.pop_back();
+  const char* const format = error.code < 0 ? ": %s (error 0x%X)" : ": %s (error %u)";
+  return formatText(format, text.c_str(), static_cast<unsigned>(error.code));
+}
+
+// ": text (error 2)" for the last error at that place; empty if there was none.
 std::string errorAt(const TriedFile& file, std::string_view place) {
   constexpr int kEndOfList = 259;  // a search that found nothing ends with it
   std::string text;
   for (const TracedError& error : file.errors) {
-    if (error.place != place || error.code == kEndOfList) continue;
-    std::string message = error.message;
-    while (message.ends_with(' ') || message.ends_with('.')) message.pop_back();
-    text = formatText(error.code < 0 ? ": %s (error 0x%X)" : ": %s (error %d)", message.c_str(),
-                      static_cast<unsigned>(error.code));
+    if (error.place == place && error.code != kEndOfList) text = textOf(error);
   }
   return text;
 }

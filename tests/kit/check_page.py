@@ -1,0 +1,132 @@
+"""The page of `tolvanixkit report` in a browser: check_page.py <tolvanixkit> <folder>
+
+Leaves in the folder the page and pictures of it: wide, narrow, dark and printed.
+"""
+
+import base64
+import pathlib
+import subprocess
+import sys
+
+from selenium import webdriver
+
+KIT, FOLDER = pathlib.Path(sys.argv[1]).resolve(), pathlib.Path(sys.argv[2]).resolve()
+HEAD = '<?xml version="1.0" encoding="UTF-8"?>'
+NAMES = ["Sample Gigabit Network Adapter", "<b onclick='x'>Gerät & \"Netz\"</b>", "網路卡",
+         "A name that is much longer than a telephone is wide and goes on and on and on",
+         "Sample Storage Controller"]
+
+
+def escaped(text):
+    for character, entity in zip("&<>\"'", ("&amp;", "&lt;", "&gt;", "&quot;", "&apos;")):
+        text = text.replace(character, entity)
+    return text
+
+
+def device(number, outcome=""):
+    return (f'<Device vendorID="1DE0" deviceID="{number:04X}" subDeviceID="0001" '
+            f'subVendorID="1DE0" bus="{number}" device="31" function="0" '
+            f'display="{escaped(NAMES[number % len(NAMES)])}"><Application componentType="DRVR" '
+            f'version="1.{number}.0.5" display="D">{outcome}</Application></Device>')
+
+
+def status(code):
+    return f'<SPStatus result="{str(not code).lower()}"><Message id="{code}">m</Message></SPStatus>'
+
+
+def execution(content, restart):
+    return (f'{HEAD}<SVMExecution lang="en">{content}<RebootRequired>{restart}</RebootRequired>'
+            "</SVMExecution>")
+
+
+def documents():
+    package = '<Package version="2.0.0.0"/>'
+    inventory = "".join(device(number) for number in (9, 10, 2, 33))
+    return {
+        "office-pc-14": execution(device(0, package + status(0)) + device(4, package + status(39)),
+                                  1),
+        "reception": f'{HEAD}<SVMInventory lang="en">{inventory}</SVMInventory>',
+        "server": execution(status(21), 0),
+    }
+
+
+class Page:
+    def __init__(self):
+        options = webdriver.ChromeOptions()
+        for argument in ("--headless=new", "--no-sandbox", "--disable-gpu", "--disable-dev-shm-usage"):
+            options.add_argument(argument)
+        options.set_capability("goog:loggingPrefs", {"browser": "ALL"})
+        self.browser = webdriver.Chrome(options=options)
+
+    def ask(self, script):
+        return self.browser.execute_script("return " + script)
+
+    def show(self, width, scheme="light", media=""):
+        self.browser.execute_cdp_cmd("Emulation.setDeviceMetricsOverride", {
+            "width": width, "height": 900, "deviceScaleFactor": 1, "mobile": width < 600})
+        self.browser.execute_cdp_cmd("Emulation.setEmulatedMedia", {
+            "media": media, "features": [{"name": "prefers-color-scheme", "value": scheme}]})
+
+    def picture(self, name):
+        taken = self.browser.execute_cdp_cmd("Page.captureScreenshot",
+                                             {"captureBeyondViewport": True})
+        (FOLDER / name).write_bytes(base64.b64decode(taken["data"]))
+
+    def column(self, title):
+        return self.ask(f"""[...document.querySelectorAll('tbody td[data-title="{title}"]')]
+                            .map((cell) => cell.innerText.trim())""")
+
+    def sort(self, title):
+        self.ask(f"""[...document.querySelectorAll('th button')]
+                     .find((button) => button.innerText.trim() === "{title}").click()""")
+        return self.column(title)
+
+    def colour(self, selector):
+        return self.ask(f"getComputedStyle(document.querySelector('{selector}')).backgroundColor")
+
+
+def expect(what, actual, wanted):
+    if actual != wanted:
+        failures.append(f"{what}: {actual!r}, wanted {wanted!r}")
+
+
+def check(page):
+    expect("devices", sorted(page.column("Device")),
+           sorted([NAMES[0], NAMES[4], NAMES[4], NAMES[0], NAMES[2], NAMES[3], "(the run)"]))
+    expect("restart", page.ask("document.querySelector('.note').innerText"),
+           "Restart needed: office-pc-14")
+    expect("failed rows", page.ask("document.querySelectorAll('tr.bad').length"), 2)
+    versions = ["1.0.0.5", "1.2.0.5", "1.4.0.5", "1.9.0.5", "1.10.0.5", "1.33.0.5", ""]
+    expect("sorted", page.sort("Installed"), versions)
+    expect("sorted down", page.sort("Installed"), versions[-2::-1] + [""])
+    for width in (1280, 390):
+        for scheme in ("light", "dark"):
+            page.show(width, scheme)
+            place = f"{width} {scheme}"
+            expect(f"{place}: nothing is wider than the page",
+                   page.ask("document.documentElement.scrollWidth"), width)
+            plain, bad = page.colour("tbody tr:not(.bad)"), page.colour("tbody tr.bad td, tr.bad")
+            page.picture(f"{width}-{scheme}.png")
+            expect(f"{place}: failures look different", plain == bad and width < 600, False)
+    dark = page.colour("body")
+    page.show(1280, "dark", "print")
+    page.picture("print.png")
+    expect("paper is white in the dark", page.colour("body"), "rgb(255, 255, 255)")
+    expect("and only paper", dark != page.colour("body"), True)
+    expect("complaints", page.browser.get_log("browser"), [])
+
+
+failures = []
+FOLDER.mkdir(parents=True, exist_ok=True)
+for name, text in documents().items():
+    (FOLDER / f"{name}.xml").write_text(text, encoding="utf-8")
+subprocess.run([KIT, "report", "--format", "html", "-o", FOLDER / "page.html",
+                *sorted(FOLDER.glob("*.xml"))], check=True)
+shown = Page()
+try:
+    shown.browser.get((FOLDER / "page.html").as_uri())
+    check(shown)
+finally:
+    shown.browser.quit()
+print("\n".join(failures))
+sys.exit(1 if failures else 0)
