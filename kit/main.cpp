@@ -41,6 +41,8 @@ int run(int argumentCount, char* arguments[]) {
     app.parse(argumentCount, arguments);
   } catch (const CLI::Success& help) {
     return app.exit(help);
+  } catch (const CLI::ParseError& error) {
+    return complain(std::string(error.what()) + " (see --help)");
   }
   return exitCode;
 }

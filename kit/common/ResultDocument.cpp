@@ -140,7 +140,7 @@ class Reader {
           "SVMExecution nor SPStatus");
     }
     isEmptyRoot = rest.substr(0, tagSize()).ends_with("/>");
-    const std::string end = "</" + std::string(*root) + ">";
+    const std::string end = std::string("</").append(*root).append(">");
     const std::string_view trimmed = rest.substr(0, rest.find_last_not_of(kBlanks) + 1);
     if (!isEmptyRoot && !trimmed.ends_with(end)) {
       refuse("the document is cut off: it does not end with " + end);
@@ -165,7 +165,7 @@ class Reader {
       const View flag = takeElement("RebootRequired");
       document.restartRequired = flag.find(u'1') != View::npos;
     }
-    if (!nextIs("/" + std::string(root))) refuseAsDamaged();
+    if (!nextIs(std::string("/").append(root))) refuseAsDamaged();
     rest.remove_prefix(tagSize());
     expectEnd();
   }
@@ -184,8 +184,7 @@ class Reader {
   // The view is valid until the next call. An element that begins within one of its own name lost
   // its end.
   View takeElement(const char* name) {
-    const std::string_view end = "</";
-    const std::string close = std::string(end).append(name).append(">");
+    const std::string close = std::string("</").append(name).append(">");
     const std::size_t at = rest.find(close);
     if (at == std::string_view::npos) refuseAsDamaged();
     const std::string_view whole = rest.substr(0, at + close.size());

@@ -16,6 +16,7 @@
 #include "text/Conversion.h"
 #include "text/Format.h"
 #include "winapi/winapi.h"
+#include "xml/Entities.h"
 #include "xml/SPXMLValidation.h"
 #include "xml/XMLQuery.h"
 
@@ -209,7 +210,7 @@ std::list<SPXMLDevice> tellValidation(const TracedRun& run, std::string& out) {
          counted(findings.size(), "finding") + ".\n";
   for (const SPXMLValidation& finding : findings) {
     out += "  " + textOf(finding.getType()) + ", result " + textOf(finding.getResult()) + ':';
-    for (const SPUString& message : finding.getMessages()) out += ' ' + textOf(message);
+    for (const SPUString& message : finding.getMessages()) out += ' ' + textOf(unescaped(message));
     out += '\n';
   }
   return document.getDevices();

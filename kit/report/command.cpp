@@ -42,9 +42,11 @@ void addReport(CLI::App& app, int& exitCode) {
                    "the computer")
       ->required();
   command->add_option("--format", options->format, "table, html, json or csv")
+      ->type_name("FORMAT")
       ->check(CLI::IsMember({"table", "html", "json", "csv"}))
       ->capture_default_str();
-  command->add_option("-o", options->output, "writes to this file, not to standard output");
+  command->add_option("-o", options->output, "writes to this file, not to standard output")
+      ->type_name("FILE");
   command->callback([options, &exitCode] {
     const std::string text = formatted(*options);
     if (options->output.empty()) {

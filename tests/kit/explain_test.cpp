@@ -212,7 +212,7 @@ TEST(Explain, BadInput_IsOneLine) {
       {trace.substr(0, trace.size() - 2) + '\n', "of different runs"},
       {"loglevel=2\n" + refusal + kStatusTexts[kValidationLibraryNotFound], "of level 2"},
       {"loglevel=4\nlogtarget=2\nlogpathfile=t\n", "the trace went elsewhere"},
-      {"**** tolvanix: Debugging\n<?xml version=\"1.0\"", "are mixed"},
+      {"**** tolvanix: Debugging\n<?xml version=\"1.0\"?>\n", "are mixed"},
   };
   writeFile("result", executionDocument(statusElement(39)));
   for (const auto& [bytes, complaint] : files) {

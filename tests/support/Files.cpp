@@ -34,7 +34,7 @@ fs::path fixture(std::string_view name) {
 }
 
 void writeFile(const fs::path& file, std::string_view bytes) {
-  fs::create_directories(file.parent_path());
+  if (file.has_parent_path()) fs::create_directories(file.parent_path());
   std::ofstream out(file, std::ios::binary | std::ios::trunc);
   out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
   out.close();
