@@ -7,7 +7,7 @@ function(install_sdk folder)
   install(DIRECTORY sdk cmake DESTINATION ${folder} FILES_MATCHING
     PATTERN *.cmake PATTERN CMakeLists.txt PATTERN README.md PATTERN *.h PATTERN *.cpp
     PATTERN exports.* PATTERN *.xml PATTERN *.xsd PATTERN *.inf PATTERN *.reg
-    PATTERN install.cmake EXCLUDE PATTERN package.cmake EXCLUDE)
+    PATTERN install.cmake EXCLUDE PATTERN *package.cmake EXCLUDE)
   install(PROGRAMS ${collectors} DESTINATION ${folder})
   install(DIRECTORY src/text src/winapi DESTINATION ${folder}/src)
   install(FILES src/app/tolvanix.manifest src/app/tolvanix.rc.in DESTINATION ${folder}/src/app)
@@ -23,7 +23,7 @@ if(WIN32)
   install_sdk(.)
   install(FILES README.md CHANGELOG.md DESTINATION .)
   install(DIRECTORY docs/ DESTINATION docs FILES_MATCHING PATTERN *.md PATTERN *.xsd
-    PATTERN man EXCLUDE)
+    PATTERN man EXCLUDE PATTERN architecture.md EXCLUDE)
   install(FILES deploy/install.cmd DESTINATION deploy)
   install(DIRECTORY deploy/ansible DESTINATION deploy)
 else()
@@ -39,7 +39,7 @@ else()
   install(DIRECTORY deploy/ansible DESTINATION share/tolvanix/deploy)
   install(FILES README.md CHANGELOG.md DESTINATION share/doc/tolvanix)
   install(DIRECTORY docs/ DESTINATION share/doc/tolvanix/docs FILES_MATCHING PATTERN *.md
-    PATTERN *.xsd PATTERN man EXCLUDE)
+    PATTERN *.xsd PATTERN man EXCLUDE PATTERN architecture.md EXCLUDE)
   install(FILES docs/man/tolvanix.1 docs/man/tolvanixkit.1 DESTINATION share/man/man1)
   foreach(command tolvanix tolvanixkit)
     install(FILES deploy/completions/${command}.bash RENAME ${command}

@@ -1,4 +1,5 @@
 # What users get, made by scripts/package.sh: for Windows a zip, else a Debian package.
+set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
 set(CPACK_PACKAGE_VENDOR "The Tolvanix Founders")
 set(CPACK_PACKAGE_CONTACT "The Tolvanix Founders <tolvanix@example.com>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "inventory and driver updates of PCI devices")

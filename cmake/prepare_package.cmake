@@ -3,22 +3,19 @@ set(root ${CPACK_TEMPORARY_INSTALL_DIRECTORY})
 
 # The notices of what tolvanixkit is built with.
 function(add_notices folder)
+  file(MAKE_DIRECTORY ${folder})
   foreach(package ${ARGN})
-    file(INSTALL /usr/share/doc/${package}/copyright DESTINATION ${folder} RENAME ${package})
+    file(COPY_FILE /usr/share/doc/${package}/copyright ${folder}/${package})
   endforeach()
 endfunction()
 
 if(CPACK_GENERATOR STREQUAL "DEB")
-  set(share ${root}/usr/share)
-  set(documents ${share}/doc/tolvanix)
-  file(INSTALL ${CPACK_DEBIAN_SOURCE_FOLDER}/copyright DESTINATION ${documents})
-  file(INSTALL ${CPACK_DEBIAN_SOURCE_FOLDER}/changelog DESTINATION ${documents}
-    RENAME changelog.Debian)
+  set(documents ${root}/usr/share/doc/tolvanix)
+  file(COPY_FILE ${CPACK_DEBIAN_SOURCE_FOLDER}/copyright ${documents}/copyright)
+  file(COPY_FILE ${CPACK_DEBIAN_SOURCE_FOLDER}/changelog ${documents}/changelog.Debian)
   file(RENAME ${documents}/CHANGELOG.md ${documents}/changelog)
-  file(INSTALL ${CPACK_DEBIAN_SOURCE_FOLDER}/lintian-overrides DESTINATION ${share}/lintian/overrides
-    RENAME tolvanix)
   add_notices(${documents}/notices libcli11-dev nlohmann-json3-dev)
-  file(GLOB manuals ${share}/man/man1/*.1)
+  file(GLOB manuals ${root}/usr/share/man/man1/*.1)
   execute_process(COMMAND gzip -9n ${documents}/changelog ${documents}/changelog.Debian ${manuals}
     COMMAND_ERROR_IS_FATAL ANY)
 else()
