@@ -21,11 +21,11 @@ else()
   set(CPACK_DEBIAN_PACKAGE_SUGGESTS libxml2-utils)
   set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
   set(CPACK_PACKAGE_DESCRIPTION
-"Tolvanix takes inventory of a computer's PCI devices, and judges driver packages
-for Windows against the computers that registry exports describe.
-For the authors of driver packages there are a companion program that reports,
-explains and checks, the interface of validation libraries, and a sample package
-in source.")
+"Tolvanix takes inventory of a computer's PCI devices, and judges driver
+packages for Windows against the computers that registry exports describe.
+For the authors of driver packages there are a companion program that
+reports, explains and checks, the interface of validation libraries, and a
+sample package in source.")
   set(CPACK_DEBIAN_SOURCE_FOLDER ${PROJECT_SOURCE_DIR}/deploy/debian)
 endif()
 include(CPack)

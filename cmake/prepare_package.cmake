@@ -12,6 +12,9 @@ endfunction()
 if(CPACK_GENERATOR STREQUAL "DEB")
   set(documents ${root}/usr/share/doc/tolvanix)
   file(COPY_FILE ${CPACK_DEBIAN_SOURCE_FOLDER}/copyright ${documents}/copyright)
+  file(MAKE_DIRECTORY ${root}/usr/share/lintian/overrides)
+  file(COPY_FILE ${CPACK_DEBIAN_SOURCE_FOLDER}/lintian-overrides
+    ${root}/usr/share/lintian/overrides/tolvanix)
   file(COPY_FILE ${CPACK_DEBIAN_SOURCE_FOLDER}/changelog ${documents}/changelog.Debian)
   file(RENAME ${documents}/CHANGELOG.md ${documents}/changelog)
   add_notices(${documents}/notices libcli11-dev nlohmann-json3-dev)
@@ -21,6 +24,3 @@ if(CPACK_GENERATOR STREQUAL "DEB")
 else()
   add_notices(${root}/notices libcli11-dev nlohmann-json3-dev mingw-w64-x86-64-dev)
 endif()
-# The zip has the times of its files; the Debian package takes SOURCE_DATE_EPOCH by itself.
-execute_process(COMMAND find ${root} -exec touch -h -d @$ENV{SOURCE_DATE_EPOCH} {} +
-  COMMAND_ERROR_IS_FATAL ANY)

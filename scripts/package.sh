@@ -21,5 +21,7 @@ make_package() {
 for preset in release windows; do
   make_package "$preset" >"$log" 2>&1 || { cat "$log"; exit 1; }
 done
+# The order and the times of its files and whose they are: what a zip says of the computer it is from.
+strip-nondeterminism -t zip --timestamp "$SOURCE_DATE_EPOCH" "$packages"/*.zip
 rm -rf "$packages/_CPack_Packages" "$log"
 ls "$packages"

@@ -15,7 +15,8 @@ for group in "$@"; do
       libcli11-dev nlohmann-json3-dev" ;;
     browser) packages="$packages python3 python3-selenium chromium chromium-driver" ;;
     bench) packages="$packages libbenchmark-dev libpugixml-dev hyperfine ripgrep time" ;;
-    package) packages="$packages dpkg-dev lintian mandoc mmdebstrap zip unzip" ;;
+    package) packages="$packages dpkg-dev lintian mandoc mmdebstrap
+      strip-nondeterminism unzip" ;;
     deploy) packages="$packages ansible-core python3" ;;
     *) echo "setup.sh: no such group: $group" >&2; exit 2 ;;
   esac
