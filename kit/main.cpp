@@ -7,6 +7,7 @@
 #include <string>
 
 #include "app/Version.h"
+#include "check/command.h"
 #include "common/Outcome.h"
 #include "explain/command.h"
 #include "report/command.h"
@@ -37,6 +38,7 @@ int run(int argumentCount, char* arguments[]) {
   int exitCode = kDone;
   addReport(app, exitCode);
   addExplain(app, exitCode);
+  addCheck(app, exitCode);
   try {
     app.parse(argumentCount, arguments);
   } catch (const CLI::Success& help) {

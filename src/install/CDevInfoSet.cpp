@@ -6,6 +6,7 @@
 #include "install/DevHelper.h"
 #include "install/ExecCmd.h"
 #include "log/DebugWriter.h"
+#include "text/Format.h"
 #include "winapi/ProcAddress.h"
 
 namespace tolvanix {
@@ -61,6 +62,14 @@ bool hasHardwareId(const HardwareIds& ids, const SPString& wantedId, DWORD devic
     at += id.size() + 1;
   }
   return found;
+}
+
+// The time comes first: a terminal may have too few columns for the names.
+std::string progressText(const SPString& hardwareId, const SPString& infPath,
+                         const DeviceCount& count) {
+  return formatText("%u of %u done, up to %d s: %s from %s", count.done, count.all,
+                    kHelperTimeLimitSeconds, hardwareId.c_str() + hardwareId.find('\\') + 1,
+                    infPath.c_str() + infPath.rfind('\\') + 1);
 }
 
 }  // namespace
@@ -121,7 +130,7 @@ bool CDevInfoSet::IsOSArchitectureWow64() {
   return answer != FALSE;
 }
 
-int CDevInfoSet::UpdateDriver() {
+int CDevInfoSet::UpdateDriver(const DeviceCount& count) {
   TRACE_STEP("UpdateDriver: Entered function.\n");
   IsOSArchitectureWow64();  // for its end of the process alone: there is one helper program
   char directory[kDirectorySize] = "";
@@ -139,8 +148,9 @@ int CDevInfoSet::UpdateDriver() {
 
   char output[kOutputSize] = "";
   DWORD exitCode = 0;
-  const int result = ExecCmd(helperFolder.c_str(), commandLine.c_str(), 0, output, kOutputSize,
-                             exitCode, kHelperTimeLimitSeconds);
+  const int result =
+      ExecCmd(helperFolder.c_str(), commandLine.c_str(), 0, output, kOutputSize, exitCode,
+              kHelperTimeLimitSeconds, progressText(hardwareId, inf->getPath(), count).c_str());
   TRACE_STEP("UpdateDriver: return code (%d) from exec of helper program = %s\n", result,
              commandLine.c_str());
   TRACE_STEP("UpdateDriver: exit code from exec of helper program = %d\n",

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 
+#include "install/ProgressLine.h"
 #include "text/SPString.h"
 #include "winapi/Owner.h"
 
@@ -35,7 +36,7 @@ class CDevInfoSet {
 
   // Runs the helper program for the device found and the bound INF file. 0 when it installed the
   // driver, -1 when it could not be run to its end, else its exit code.
-  int UpdateDriver();
+  int UpdateDriver(const DeviceCount& count = {});
 
   // After UpdateDriver: the new driver works only after a restart.
   bool getRebootRequired() const { return rebootRequired != 0; }

@@ -12,7 +12,8 @@
 
 namespace tolvanix {
 
-std::int32_t DriverUpdate(const char* givenId, const char* infName, int checkOnly) try {
+std::int32_t DriverUpdate(const char* givenId, const char* infName, int checkOnly,
+                          const DeviceCount& count) try {
   if (givenId == nullptr) return kDeviceNullHardwareId;
   const std::string_view given = givenId;
   const std::string hardwareId(given.substr(0, given.find("&REV")));
@@ -34,7 +35,7 @@ std::int32_t DriverUpdate(const char* givenId, const char* infName, int checkOnl
   do {
     const std::string path = files.GetFullPath();
     TRACE_STEP("DriverUpdate: Found INF file = %s\n", path.c_str());
-    status = Win2kInstall(path.c_str(), hardwareId.c_str(), checkOnly);
+    status = Win2kInstall(path.c_str(), hardwareId.c_str(), checkOnly, count);
     TRACE_STEP("DriverUpdate: status from Win2kInstall() = %d\n", status);
     switch (status) {
       case kDeviceCheckFound:
@@ -56,7 +57,8 @@ std::int32_t DriverUpdate(const char* givenId, const char* infName, int checkOnl
   return kDeviceOutOfMemory;
 }
 
-std::int32_t Win2kInstall(const char* infPath, const char* hardwareId, int checkOnly) try {
+std::int32_t Win2kInstall(const char* infPath, const char* hardwareId, int checkOnly,
+                          const DeviceCount& count) try {
   TRACE_STEP("Win2kInstall: Entered function.\n");
   CInf inf;
   if (inf.Open(infPath, 0) != ERROR_SUCCESS) {
@@ -83,7 +85,7 @@ std::int32_t Win2kInstall(const char* infPath, const char* hardwareId, int check
   }
   if (checkOnly != 0) return kDeviceCheckFound;
 
-  const int status = devices.UpdateDriver();
+  const int status = devices.UpdateDriver(count);
   TRACE_STEP("Win2kInstall: status from UpdateDriver() = %d\n", status);
   if (status != 0) {
     TRACE_STEP("Win2kInstall: error status from UpdateDriver() = %d\n", status);

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "install/DevHelper.h"
+#include "install/ProgressLine.h"
 #include "log/DebugWriter.h"
 #include "winapi/Owner.h"
 
@@ -145,13 +146,14 @@ std::string resolveDirectory(const char* given) {
 }  // namespace
 
 int ExecCmd(const char* workingDirectory, const char* commandLine, WORD showWindow, char* output,
-            DWORD outputSize, DWORD& exitCode, int timeLimitSeconds) {
+            DWORD outputSize, DWORD& exitCode, int timeLimitSeconds, const char* progress) {
   TRACE_STEP("ExecCmd: %s\n", commandLine);
   const std::string directory = resolveDirectory(workingDirectory);
   if (directory.empty()) return fail(exitCode, __LINE__);
   if (timeLimitSeconds <= 0) timeLimitSeconds = kDefaultTimeLimitSeconds;
   const std::int64_t milliseconds = std::min(std::int64_t{timeLimitSeconds} * 1000, kLongestWait);
 
+  const ProgressLine line(progress);
   StandardOutputPipe pipe;
   const int result =
       runChild(directory, commandLine, showWindow, exitCode, static_cast<DWORD>(milliseconds));

@@ -17,8 +17,9 @@ enum ExecResult : int {
 // `exitCode` is the child's, or the platform's error code with kExecFailed; it stays as it is when
 // the time runs out. The time limit is in seconds, 0 or less for 1200. The last piece of the
 // child's standard output, at most `outputSize` - 1 bytes, is left zero-terminated in `output`;
-// a child that writes more than a pipe holds blocks until its time is out.
+// a child that writes more than a pipe holds blocks until its time is out. `progress` is on a
+// terminal meanwhile (ProgressLine).
 int ExecCmd(const char* workingDirectory, const char* commandLine, WORD showWindow, char* output,
-            DWORD outputSize, DWORD& exitCode, int timeLimitSeconds);
+            DWORD outputSize, DWORD& exitCode, int timeLimitSeconds, const char* progress = "");
 
 }  // namespace tolvanix

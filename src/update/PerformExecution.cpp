@@ -50,14 +50,14 @@ void traceMatch(const SPXMLDevice& device) {
 
 // Installs the driver for an ID that was not handled yet; an ID that was keeps its outcome.
 std::int32_t updateOnce(const std::string& hardwareId, HwIDList& handled, const char* infFileName,
-                        int checkOnly) {
+                        int checkOnly, const DeviceCount& count) {
   const HwIDNode* const node = handled.findHwIDNode(hardwareId);
   if (node != nullptr) {
     TRACE_STEP("PerformExecution: Duplicate hardware ID found = %s\n", hardwareId.c_str());
     TRACE_STEP("PerformExecution: deviceStatus = %d\n", node->getDeviceStatus());
     return node->getDeviceStatus();
   }
-  const std::int32_t deviceStatus = DriverUpdate(hardwareId.c_str(), infFileName, checkOnly);
+  const std::int32_t deviceStatus = DriverUpdate(hardwareId.c_str(), infFileName, checkOnly, count);
   TRACE_STEP("PerformExecution: deviceStatus from DriverUpdate() = %d\n", deviceStatus);
   if (handled.AddHwIDNode(hardwareId, deviceStatus) == nullptr) {
     TRACE_ERROR("PerformExecution: Error: Failed to add new hardware ID node to the list.\n");
@@ -82,10 +82,12 @@ int KivWrapper::PerformExecution(const char* infFileName, int checkOnly) {
     const SPXMLData document(validation);
     const std::unique_ptr<HwIDList> handled = createHwIDList();
     xmlWriter->writeExecutionStart();
+    DeviceCount count{0, static_cast<unsigned>(document.getDevices().size())};
     for (const SPXMLDevice& device : document.getDevices()) {
       traceMatch(device);
       const std::int32_t deviceStatus =
-          updateOnce(hardwareIdOf(device), *handled, infFileName, checkOnly);
+          updateOnce(hardwareIdOf(device), *handled, infFileName, checkOnly, count);
+      ++count.done;
       if (deviceStatus == kDeviceRestartRequired) rebootRequired = true;
       const int messageId = mapDeviceStatus(deviceStatus);
       TRACE_STEP("PerformExecution: mappedDeviceStatus = %d\n", messageId);

@@ -30,6 +30,7 @@ using BYTE = unsigned char;
 using WORD = std::uint16_t;
 using DWORD = std::uint32_t;
 using UINT = unsigned int;
+using SHORT = std::int16_t;
 using LONG = std::int32_t;
 using DWORDLONG = std::uint64_t;
 using LSTATUS = LONG;
@@ -248,6 +249,32 @@ BOOL CreateProcessA(const char* applicationName, char* commandLine,
                     PROCESS_INFORMATION* processInformation);
 DWORD WaitForSingleObject(HANDLE handle, DWORD milliseconds);
 BOOL GetExitCodeProcess(HANDLE process, DWORD* exitCode);
+
+// ---- Terminals: console.cpp ----
+
+struct COORD {
+  SHORT X;
+  SHORT Y;
+};
+
+struct SMALL_RECT {
+  SHORT Left;
+  SHORT Top;
+  SHORT Right;
+  SHORT Bottom;
+};
+
+struct CONSOLE_SCREEN_BUFFER_INFO {
+  COORD dwSize;
+  COORD dwCursorPosition;
+  WORD wAttributes;
+  SMALL_RECT srWindow;
+  COORD dwMaximumWindowSize;
+};
+
+// Fails for what is no terminal. The size alone is filled, with the usual one for a terminal that
+// does not know its own.
+BOOL GetConsoleScreenBufferInfo(HANDLE console, CONSOLE_SCREEN_BUFFER_INFO* information);
 
 // ---- Private-profile (INI) files: profile.cpp ----
 

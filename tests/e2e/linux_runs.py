@@ -8,13 +8,16 @@ devices that refuse every byte, in any locale.
 import fcntl
 import os
 import pathlib
+import pty
 import re
 import resource
 import shutil
 import signal
+import struct
 import subprocess
 import sys
 import tempfile
+import termios
 import time
 import unittest
 
@@ -301,6 +304,58 @@ class HelperProgram(WholeRun):
             self.assertEqual(export.read_text(), expected, result)
             self.assertEqual(os.listdir(export.parent), [export.name], result)
             self.assertEqual(export.stat().st_mode & 0o7777, 0o654, result)
+
+
+class Terminal(WholeRun):
+    def run_on_terminal(self, columns, *arguments, stdout):
+        """What a run writes to a terminal, on standard error and perhaps on standard output."""
+        ours, its = pty.openpty()
+        fcntl.ioctl(its, termios.TIOCSWINSZ, struct.pack("4H", 25, columns, 0, 0))
+        environment = {**os.environ, "TOLVANIX_MACHINE": str(self.machine)}
+        command = [self.folder / PROGRAM.name, *arguments]
+        process = subprocess.Popen(command, env=environment, stdout=stdout or its, stderr=its)
+        os.close(its)
+        written = b""
+        try:
+            while part := os.read(ours, 4096):
+                written += part
+        except OSError:  # the other end is closed
+            pass
+        os.close(ours)
+        process.wait(timeout=30)
+        return written.decode().replace("\r\n", "\n")
+
+    def test_helper_at_work_is_one_line_that_is_erased(self):
+        self.machine = self.add("machine.reg", EXPORT)
+        ids = [dict(zip(("vendorID", "deviceID", "subDeviceID", "subVendorID"), numbers.split()))
+               for numbers in ("1DE4 0C01 0001 1DE4", "1DE4 0C02 0002 1DE4")]
+        devices = ["<Device " + " ".join(f'{n}="{v}"' for n, v in device.items()) + "></Device>"
+                   for device in ids]
+        self.add("kivvalid.dll", VALIDATION_LIBRARY)
+        self.add("answer.txt", f"<V>{devices[0]}{devices[1]}</V>")
+        self.add("package.xml", "<P/>")
+        self.add("a.inf", inf_file(ID))
+        self.add("\u00fc\x1b[1m.inf", inf_file(ID_WITHOUT_DRIVER))
+        helper = self.add("tolvanixhelper64/tolvanixhelper64.exe", "#!/bin/sh\necho at work >&2\n")
+        helper.chmod(0o755)
+
+        lines = [f"0 of 2 done, up to 300 s: {ID[4:]} from a.inf",
+                 f"1 of 2 done, up to 300 s: {ID_WITHOUT_DRIVER[4:]} from \u00fc?[1m.inf"]
+
+        def shown(line, before=""):
+            return f"{before}{line}at work\n\r{' ' * len(line.encode())}\r"
+
+        whole = "".join(map(shown, lines))
+        cut = "".join(shown(line[:39]) for line in lines)
+        for columns, expected in [(200, whole), (40, cut), (1, "at work\n" * 2), (0, whole)]:
+            options = {"stdout": subprocess.DEVNULL}
+            self.assertEqual(self.run_on_terminal(columns, "-u", **options), expected)
+        # A document on the same terminal keeps its line.
+        both = self.run_on_terminal(200, "-u", stdout=None)
+        document = re.split("|".join(re.escape(shown(line, "\n")) for line in lines), both)
+        self.assertEqual("".join(document), self.run_program("-u").stdout.decode())
+        self.assertEqual(self.run_program("-u").stderr, b"at work\n" * 2)
+        self.assertEqual(self.run_on_terminal(200, "-u", "-c", stdout=subprocess.DEVNULL), "")
 
 
 class Platform(WholeRun):
