@@ -1,6 +1,4 @@
 # What `cmake --install` puts where: on Windows one folder, elsewhere the usual ones.
-file(GLOB collectors kit/collect-computer.*)
-
 # The sdk, what else its sources need to be built (cmake -S sdk -B <build folder>), and what makes a
 # description of a computer to try packages on.
 function(install_sdk folder)
@@ -8,7 +6,8 @@ function(install_sdk folder)
     PATTERN *.cmake PATTERN CMakeLists.txt PATTERN README.md PATTERN *.h PATTERN *.cpp
     PATTERN exports.* PATTERN *.xml PATTERN *.xsd PATTERN *.inf PATTERN *.reg
     PATTERN install.cmake EXCLUDE PATTERN *package.cmake EXCLUDE)
-  install(PROGRAMS ${collectors} DESTINATION ${folder})
+  install(PROGRAMS kit/collect-computer.sh DESTINATION ${folder})
+  install(FILES kit/collect-computer.cmd DESTINATION ${folder})
   install(DIRECTORY src/text src/winapi DESTINATION ${folder}/src)
   install(FILES src/app/tolvanix.manifest src/app/tolvanix.rc.in DESTINATION ${folder}/src/app)
 endfunction()

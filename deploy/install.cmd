@@ -14,5 +14,7 @@ if exist "%results%\result.xml" del "%results%\result.xml"
 "%package%\tolvanix.exe" -u -o "%results%\result.xml" -d=4 -e "%results%\trace.log"
 set "code=%ERRORLEVEL%"
 if not "%code%"=="0" exit /b %code%
-findstr /c:"<RebootRequired>1</RebootRequired>" "%results%\result.xml" >nul && exit /b 3010
+rem The trace, since the document is one line, which may be longer than find can take.
+"%SystemRoot%\System32\find.exe" "UpdateValidatedDevices: reboot = 1" "%results%\trace.log" >nul
+if not errorlevel 1 exit /b 3010
 exit /b 0
