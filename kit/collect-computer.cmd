@@ -7,29 +7,35 @@ if "%~1"=="" goto usage
 if not "%~2"=="" goto usage
 if exist "%~1" goto exists
 
-set part=%TEMP%\tolvanix-%RANDOM%-%RANDOM%
-call :export 1 "HKLM\SYSTEM\CurrentControlSet\Enum" || goto failed
-call :export 2 "HKLM\SYSTEM\CurrentControlSet\Control\Class" || goto failed
-call :export 3 "HKLM\SOFTWARE\Microsoft\Windows NT\CurrentVersion" || goto failed
-copy /b "%part%-1.reg"+"%part%-2.reg"+"%part%-3.reg" "%~1" >nul || goto unwritten
+set "part=%TEMP%\tolvanix-%RANDOM%-%RANDOM%"
+set "key=HKLM\SYSTEM\CurrentControlSet\Enum"
+reg export "%key%" "%part%-1.reg" /y >nul
+if errorlevel 1 goto unread
+set "key=HKLM\SYSTEM\CurrentControlSet\Control\Class"
+reg export "%key%" "%part%-2.reg" /y >nul
+if errorlevel 1 goto unread
+set "key=HKLM\SOFTWARE\Microsoft\Windows NT\CurrentVersion"
+reg export "%key%" "%part%-3.reg" /y >nul
+if errorlevel 1 goto unread
+copy /b "%part%-1.reg"+"%part%-2.reg"+"%part%-3.reg" "%~1" >nul 2>&1
+if errorlevel 1 goto unwritten
+if not exist "%~1" goto unwritten
 del "%part%-?.reg"
 exit /b 0
 
-:export
-reg export %2 "%part%-%1.reg" /y >nul && exit /b 0
-echo collect-computer.cmd: %2 cannot be exported; run this as an administrator >&2
-exit /b 1
-
+:unread
+>&2 echo collect-computer.cmd: %key% cannot be exported; run this as an administrator
+goto failed
 :unwritten
-echo collect-computer.cmd: "%~1" cannot be written >&2
+>&2 echo collect-computer.cmd: "%~1" cannot be written
 :failed
 del "%part%-?.reg" 2>nul
 exit /b 1
 
 :exists
-echo collect-computer.cmd: "%~1" exists already >&2
+>&2 echo collect-computer.cmd: "%~1" exists already
 exit /b 2
 
 :usage
-echo collect-computer.cmd: usage: collect-computer.cmd FILE.reg >&2
+>&2 echo usage: collect-computer.cmd FILE.reg
 exit /b 2

@@ -31,13 +31,11 @@ mkdir -p build
 stage release build_and_test release
 stage asan build_and_test asan
 stage windows build_and_test windows
-<<<<<<< HEAD
 stage kit build/release/bin/tolvanixkit check build/windows/bin/sample-package \
   sdk/sample/computer.reg --library build/release/bin/sample-package/kivvalid.dll \
   --helper build/release/bin/sample-package/tolvanixhelper64/tolvanixhelper64.exe
-=======
-stage page python3 tests/kit/check_page.py build/release/bin/tolvanixkit build/release/page
->>>>>>> kit
+# Debian's browser goes with Debian's Python.
+stage page /usr/bin/python3 tests/kit/check_page.py build/release/bin/tolvanixkit build/release/page
 stage parity python3 tests/checks/check_parity.py build/release/runs build/windows/runs
 # Real files, where there are some, are read too.
 stage answers python3 tests/checks/check_answers.py build/release build/windows \

@@ -85,20 +85,39 @@ const char* cssClass(ReportRow::Mood mood) {
   }
 }
 
+// A hardware ID may be broken into lines between its parts.
+void appendHardwareId(std::string& out, std::string_view id) {
+  for (std::size_t end = id.find('&'); end != std::string_view::npos; end = id.find('&')) {
+    appendEscaped(out, id.substr(0, end + 1));
+    out += "<wbr>";
+    id.remove_prefix(end + 1);
+  }
+  appendEscaped(out, id);
+}
+
+void appendOutcome(std::string& out, const ReportRow& row) {
+  out += "<span class=\"mark\">";
+  appendEscaped(out, row.outcome);
+  out += "</span>";
+  if (row.advice.empty()) return;
+  out += "<small>";
+  appendEscaped(out, row.advice);
+  out += "</small>";
+}
+
 // An empty cell has nothing in it, so that a narrow page leaves it out.
 void appendCell(std::string& out, const Column& column, const ReportRow& row) {
   const std::string& text = row.*column.text;
   out.append("<td class=\"").append(column.cssClass).append("\" data-title=\"");
   out.append(column.title).append("\">");
   if (!text.empty()) {
-    const bool isOutcome = column.text == &ReportRow::outcome;
-    out.append("<div>").append(isOutcome ? "<span class=\"mark\">" : "");
-    appendEscaped(out, text);
-    if (isOutcome) out += "</span>";
-    if (isOutcome && !row.advice.empty()) {
-      out += "<small>";
-      appendEscaped(out, row.advice);
-      out += "</small>";
+    out += "<div>";
+    if (column.text == &ReportRow::outcome) {
+      appendOutcome(out, row);
+    } else if (column.text == &ReportRow::hardwareId) {
+      appendHardwareId(out, text);
+    } else {
+      appendEscaped(out, text);
     }
     if (column.text == &ReportRow::computer && row.restart) {
       out += "<span class=\"restart\">restart</span>";

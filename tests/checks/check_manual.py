@@ -44,9 +44,10 @@ class Manual(unittest.TestCase):
         kit = PROGRAMS / "tolvanixkit"
         commands = set(re.findall(r"^  (\w+) ", run(kit, "--help"), re.M))
         kit_help = "".join(run(kit, command, "--help") for command in commands)
-        for program, words, text in (("tolvanix", set(), run(PROGRAMS / "tolvanix", "-h")),
-                                     ("tolvanixkit", commands, kit_help)):
-            words |= set(re.findall(r"(?<![\w-])--?[a-z]+", text)) - {"-h"}
+        for program, words, text, option in (
+                ("tolvanix", set(), run(PROGRAMS / "tolvanix", "-h"), r"(?<![\w-])-[a-z]+"),
+                ("tolvanixkit", commands, kit_help, r"^  (?:-\w,)?(--?\w+)")):
+            words |= set(re.findall(option, text, re.M)) - {"-h"}
             page = read(f"docs/man/{program}.1").replace("Fl \\-", "--").replace("Fl ", "-")
             fish = read(f"deploy/completions/{program}.fish")
             shown = {"page": page, "fish": re.sub(r" -[los] (\S+)", r" -\1 --\1", fish),

@@ -50,7 +50,8 @@ install() { # <package> <exit code>
   wine cmd /c run.cmd "$1" | tr -d '\r' | grep -qx "code $2" || fail "install.cmd: not $2"
 }
 current() { # <class key> <version>
-  wine reg add "HKLM\\SYSTEM\\CurrentControlSet\\Control\\Class\\$1" /v DriverVersion /d "$2" /f >/dev/null
+  wine reg add "HKLM\\SYSTEM\\CurrentControlSet\\Control\\Class\\$1" /v DriverVersion \
+    /d "$2" /f >/dev/null
 }
 wine tolvanix.exe -i | grep -q '<SVMInventory' || fail 'no inventory under Wine'
 wine tolvanixkit.exe check sample-package >/dev/null || fail 'the sample package has faults'

