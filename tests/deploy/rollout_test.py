@@ -32,6 +32,11 @@ COMPUTERS = {
     **{f"current{i}": (CURRENT, "ok") for i in range(4)},
     **{f"old{i}": ("", "changed") for i in range(10)},
 }
+SAID = (
+    "exit code 21: Operation failed. An unspecified error occurred while performing validation.",
+    "exit code 39: Operation failed.  TolvanixHelper failed to complete update.",
+    "Operation successful. A restart is needed.", "restarted restarts",
+)
 # Around the sample's helper program: it fails on one computer and asks for a restart of two.
 HELPER = """#!/bin/sh
 case $TOLVANIX_MACHINE in */helper.reg) exit 6 ;; esac
@@ -47,12 +52,7 @@ HANDLER = """  handlers:
 
 
 class Rollout(unittest.TestCase):
-    def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.folder = pathlib.Path(folder.name)
-        self.temporary = self.folder / "temporary"
-        self.temporary.mkdir()
+    def make_package_and_computers(self):
         shutil.copytree(BUILD / "bin/sample-package", self.folder / "package")
         helper = self.folder / "package/tolvanixhelper64/tolvanixhelper64.exe"
         helper.rename(f"{helper}.sample")
@@ -61,50 +61,52 @@ class Rollout(unittest.TestCase):
         sample = (ROOT / "sdk/sample/computer.reg").read_text("utf-16")
         for name, (changes, _) in COMPUTERS.items():
             (self.folder / f"{name}.reg").write_text(f"{sample}\n{changes}", "utf-16")
-        (self.folder / "computers").write_text("".join(f"{name}\n" for name in COMPUTERS))
-        playbook = (ROOT / "deploy/ansible/rollout.yml").read_text()
-        (self.folder / "rollout.yml").write_text(playbook + HANDLER)
 
-    def play(self, waves):
+    def play(self, *waves):
         """The outcome of each computer that had its turn, and all that was printed."""
         values = {
-            "tolvanix_package": str(self.folder / "package"),
+            "tolvanix_package": f"{self.folder}/package", "tolvanix_waves": waves,
             "tolvanix_machine": f"{self.folder}/{{{{ inventory_hostname }}}}.reg",
             "tolvanix_restart": "{{ inventory_hostname == 'restarted' }}",
-            "tolvanix_waves": waves,
             "ansible_connection": "local", "ansible_python_interpreter": sys.executable,
         }
         environment = {
-            **os.environ, "ANSIBLE_ROLES_PATH": str(ROOT / "deploy/ansible/roles"),
-            "ANSIBLE_PIPELINING": "1", "ANSIBLE_HOME": str(self.folder / "home"),
-            "LC_ALL": "C.UTF-8", "PWD": str(self.folder), "TMPDIR": str(self.temporary),
+            **os.environ, "ANSIBLE_ROLES_PATH": f"{ROOT}/deploy/ansible/roles",
+            "ANSIBLE_PIPELINING": "1", "ANSIBLE_HOME": f"{self.folder}/home",
+            "LC_ALL": "C.UTF-8", "PWD": str(self.folder), "TMPDIR": f"{self.folder}/temporary",
         }
-        command = ["ansible-playbook", "-i", "computers", "-e", json.dumps(values), "rollout.yml"]
-        text = subprocess.run(command, cwd=self.folder, env=environment, stdout=subprocess.PIPE,
-                              stdin=subprocess.DEVNULL, stderr=subprocess.STDOUT, text=True).stdout
+        text = subprocess.run(
+            ["ansible-playbook", "-i", ",".join(COMPUTERS), "-e", json.dumps(values), "play.yml"],
+            cwd=self.folder, env=environment, stdin=subprocess.DEVNULL, text=True,
+            stdout=subprocess.PIPE, stderr=subprocess.STDOUT).stdout
         recap = re.findall(r"^(\S+) +: .*changed=(\d+) .*failed=(\d+)", text, re.M)
         return {host: "failed" if int(failed) else "changed" if int(changed) else "ok"
                 for host, changed, failed in recap}, text
 
     def test_waves(self):
-        outcomes, text = self.play(waves=[20])
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = pathlib.Path(folder.name)
+        self.make_package_and_computers()
+        (self.folder / "temporary").mkdir()
+        playbook = (ROOT / "deploy/ansible/rollout.yml").read_text()
+        (self.folder / "play.yml").write_text(playbook + HANDLER)
+
+        outcomes, text = self.play(20)
         self.assertEqual(outcomes, {name: c[1] for name, c in COMPUTERS.items()}, text)
-        for said in ("exit code 21: Operation failed. An unspecified error occurred while "
-                     "performing validation.",
-                     "exit code 39: Operation failed.  TolvanixHelper failed to complete update.",
-                     "Operation successful. A restart is needed.", "restarted restarts"):
+        for said in SAID:
             self.assertEqual(text.count(f'"{said}"'), 1, text)
         results = self.folder / "results"
         documents = sorted(results.glob("*.xml"))
         self.assertEqual([file.stem for file in documents], sorted(COMPUTERS))
         self.assertEqual(sorted(f.stem for f in results.glob("*.log")), ["helper", "refused"])
         self.assertIn("is too old; the package needs", (results / "refused.log").read_text())
-        self.assertEqual(list(self.temporary.iterdir()), [], "left on the computers")
-        page = subprocess.run([BUILD / "bin/tolvanixkit", "report", "--format", "html", *documents],
-                              stdout=subprocess.PIPE, text=True).stdout
+        self.assertEqual(os.listdir(self.folder / "temporary"), [], "left on the computers")
+        page = subprocess.check_output(
+            [BUILD / "bin/tolvanixkit", "report", "--format", "html", *documents], text=True)
         self.assertEqual([name for name in COMPUTERS if f">{name}<" not in page], [])
 
-        outcomes, text = self.play(waves=[5, 15])
+        outcomes, text = self.play(5, 15)  # the first wave has a failure, so the second has no turn
         again = dict.fromkeys(("current", "half", "restart", "restarted"), "ok")
         self.assertEqual(outcomes, {**again, "refused": "failed"}, text)
 
