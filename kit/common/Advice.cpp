@@ -13,8 +13,7 @@ namespace {
 
 // By their numbers.
 constexpr Advice kExitCodes[] = {
-    {kSuccess, "all was done as asked",
-     "Nothing. If the document says RebootRequired 1, restart the computer."},
+    {kSuccess, "all was done as asked", "Nothing."},
     {kInitializationFailed, "the program could not start up",
      "Memory ran out at the very start. Free memory and run the program again."},
     {kNoArguments, "the command line is empty", "Give a command: -i, -u or -uhid."},

@@ -16,7 +16,7 @@
 #include "text/Conversion.h"
 #include "text/Format.h"
 #include "winapi/winapi.h"
-#include "xml/Entities.h"
+#include "xml/SPXMLObject.h"
 #include "xml/SPXMLValidation.h"
 #include "xml/XMLQuery.h"
 
@@ -92,7 +92,7 @@ std::string helperOutcome(const TriedFile& file) {
 }
 
 std::string fileOutcome(const TriedFile& file) {
-  const std::string present = listing(file) + ", and a device with it is present";
+  std::string present = listing(file) + ", and a device with it is present";
   if (!file.status) return "the trace does not say what became of it";
   switch (*file.status) {
     case kDeviceInfNotOpened:
@@ -162,9 +162,9 @@ void tellSearches(const TracedRun& run, const std::list<SPXMLDevice>& devices, s
     if (run.command == TracedRun::Command::kUpdate) {
       out += "Device " + std::to_string(i + 1);
       if (device != devices.end()) out += ": " + describe(*device++);
-      out += "\n  ";
+      out += "\n";
     }
-    out += "Hardware ID: " + search.hardwareId + '\n';
+    if (!search.hardwareId.empty()) out += "  Hardware ID: " + search.hardwareId + '\n';
     if (!search.namedFile.empty()) out += "  Only this file (-n): " + search.namedFile + '\n';
     tellSearch(search, out);
   }
@@ -210,10 +210,26 @@ std::list<SPXMLDevice> tellValidation(const TracedRun& run, std::string& out) {
          counted(findings.size(), "finding") + ".\n";
   for (const SPXMLValidation& finding : findings) {
     out += "  " + textOf(finding.getType()) + ", result " + textOf(finding.getResult()) + ':';
-    for (const SPUString& message : finding.getMessages()) out += ' ' + textOf(unescaped(message));
+    for (const SPUString& message : finding.getMessages())
+      out += ' ' + textOf(SPXMLObject::unescapeText(message));
     out += '\n';
   }
   return document.getDevices();
+}
+
+// What a device has been advised to do needs no repetition.
+void tellEnd(const TracedRun& run, int exitCode, std::string& out) {
+  const auto decisive =
+      std::find_if(run.searches.begin(), run.searches.end(),
+                   [exitCode](const DriverSearch& s) { return s.exitCode == exitCode; });
+  const bool isToldAlready = decisive != run.searches.end();
+  if (isToldAlready && exitCode != kSuccess && run.searches.size() > 1) {
+    out += "The first failure decides: device " +
+           std::to_string(decisive - run.searches.begin() + 1) + ".\n";
+  }
+  const Advice& advice = adviceForExitCode(exitCode);
+  if (!isToldAlready) out += std::string("What to do: ") + advice.action + '\n';
+  out += "Exit code " + std::to_string(exitCode) + ": " + advice.meaning + ".\n";
 }
 
 }  // namespace
@@ -223,11 +239,11 @@ std::string storyOf(const TracedRun& run, int exitCode) {
   tellInventory(run, out);
   const std::list<SPXMLDevice> devices = tellValidation(run, out);
   tellSearches(run, devices, out);
-  if (!run.exitCode) out += "\nThe trace ends after: " + run.lastLine + '\n';
-  if (run.restart) out += "\nThe computer must be restarted.\n";
-  const Advice& advice = adviceForExitCode(exitCode);
-  out += std::string("\nWhat to do: ") + advice.action + '\n';
-  return out + "Exit code " + std::to_string(exitCode) + ": " + advice.meaning + ".\n";
+  out += '\n';
+  if (!run.exitCode) out += "The trace ends after: " + run.lastLine + '\n';
+  if (run.restart) out += "The computer must be restarted.\n";
+  tellEnd(run, exitCode, out);
+  return out;
 }
 
 }  // namespace tolvanix::kit

@@ -137,7 +137,6 @@ class Reader {
   void takeModel(View rest) { model = rest.substr(0, rest.rfind(':')); }
   void takeIdSearch(View rest) {
     if (rest.find(": found. i = ") == View::npos) return;
-    file().listsId = true;
     file().listedAs = textOf(model);
   }
   void takeHelperResult(View rest) {

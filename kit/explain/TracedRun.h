@@ -20,7 +20,6 @@ struct TracedError {
 // One INF file in which a hardware ID was looked for.
 struct TriedFile {
   std::string path;
-  bool listsId = false;
   std::string listedAs;               // the name that the file has for the device
   std::optional<int> helperResult;    // of ExecCmd
   std::optional<int> helperExitCode;  // if it ended

@@ -10,6 +10,7 @@
 #include "common/Outcome.h"
 #include "common/Output.h"
 #include "common/ResultDocument.h"
+#include "common/WrapLines.h"
 #include "explain/Story.h"
 #include "explain/TracedRun.h"
 
@@ -39,7 +40,7 @@ int explain(const Options& options) {
     throw BadInput(options.result + ": this document has exit code " + std::to_string(*documented) +
                    " and the trace " + std::to_string(exitCode) + ": they are of different runs");
   }
-  print(storyOf(run, exitCode));
+  print(wrapLines(storyOf(run, exitCode), lineLimit()));
   return kDone;
 }
 

@@ -141,7 +141,7 @@ std::vector<Column> shownColumns(const Report& report, const std::vector<ReportR
 std::string table(const std::vector<Column>& columns, const std::vector<ReportRow>& rows) {
   std::string out = "<thead><tr>";
   for (const Column& column : columns) {
-    out.append("<th scope=\"col\"><button type=\"button\">").append(column.title);
+    out.append(R"(<th scope="col"><button type="button">)").append(column.title);
     out.append("</button></th>");
   }
   out += "</tr></thead>\n<tbody>\n";

@@ -53,8 +53,8 @@ def documents():
 class Page:
     def __init__(self):
         options = webdriver.ChromeOptions()
-        for argument in ("--headless=new", "--no-sandbox", "--disable-gpu", "--disable-dev-shm-usage"):
-            options.add_argument(argument)
+        for argument in ("headless=new", "no-sandbox", "disable-gpu", "disable-dev-shm-usage"):
+            options.add_argument("--" + argument)
         options.set_capability("goog:loggingPrefs", {"browser": "ALL"})
         self.browser = webdriver.Chrome(options=options)
 

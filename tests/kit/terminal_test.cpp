@@ -1,6 +1,9 @@
+// What the kit writes on a terminal.
 #include "common/TextTable.h"
 
 #include <gtest/gtest.h>
+
+#include "common/WrapLines.h"
 
 namespace tolvanix::kit {
 namespace {
@@ -28,6 +31,12 @@ TEST(TextTable, LineLimit_LeavesOutColumnsThenShortensTheLongest) {
             "Name      Version          Outcome\n"
             "--------  ---------------  --------\n"
             "A name \u2026  10.0.19041.3636  install\u2026\n");
+}
+
+TEST(WrapLines, LongLines_AreBrokenAtBlanksAndIndented) {
+  const char* const text = "  one two three\n\nfour alongwordalone\n";
+  EXPECT_EQ(wrapLines(text, std::nullopt), text);
+  EXPECT_EQ(wrapLines(text, 10), "  one two\n    three\n\nfour\n  alongwordalone\n");
 }
 
 }  // namespace
