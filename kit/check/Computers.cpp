@@ -41,7 +41,7 @@ fs::path linuxBuild(const PackageFolder& package, const char* name, const std::s
 fs::path linuxProgram(const PackageFolder& package) {
   const auto own = package.find(kLinuxProgram);
   if (own && imageOf(readFile(*own)) == Image::kLinux) return fs::absolute(*own);
-  const fs::path besideKit = fs::canonical("/proc/self/exe").parent_path() / kLinuxProgram;
+  fs::path besideKit = fs::canonical("/proc/self/exe").parent_path() / kLinuxProgram;
   if (!fs::exists(besideKit)) {
     throw BadInput(besideKit.string() +
                    ": it is missing, and the package has no program for Linux");

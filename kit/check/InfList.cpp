@@ -56,11 +56,11 @@ PackageInf readInf(const std::string& path, Findings& findings) {
     reportUnusable(file, encoding, error, path, findings);
     return file;
   }
-  file.className = search->getClassName();
+  file.className = search->getClassName().c_str();
   search->setHardwareId(kNoId);
   if (search->EnumManufacturers() == ERROR_SUCCESS) {
     findings.error(file.name,
-                   "the model \"" + std::string(search->getDescription()) +
+                   "the model \"" + std::string(search->getDescription().c_str()) +
                        "\" has an empty hardware ID, so the file is taken for every device",
                    "give the model its hardware ID");
   }

@@ -80,7 +80,7 @@ std::string checkFiles(const PackageFolder& package, const SchemaCheck& schemas,
   return devices.empty() ? tables : tables + deviceTable(devices, infs);
 }
 
-int check(Options options) {
+int check(const Options& options) {
   std::vector<Computer> computers;
   for (const std::string& name : options.computers) computers.push_back(computerOf(name));
   const PackageFolder package(options.package);
