@@ -1,4 +1,4 @@
-"""The manual pages, the README and the completions say what the programs do:
+"""The manual pages, README, CHANGELOG and completions say what the programs are:
 check_manual.py <source folder> <folder of the programs>
 """
 
@@ -38,6 +38,11 @@ class Manual(unittest.TestCase):
         ranges = re.findall(r"(\d+)(?: to (\d+))?", str(cells))
         numbers = [n for first, last in ranges for n in range(int(first), int(last or first) + 1)]
         self.assertEqual(sorted(numbers), sorted(statuses()))
+
+    def test_changes(self):
+        version = re.search(r"TOLVANIX_VERSION ([\d.]+)", read("cmake/version.cmake"))[1]
+        self.assertIn(f"\n## {version}\n", read("CHANGELOG.md"))
+        self.assertIn(f"tolvanix ({version}-1)", read("deploy/debian/changelog"))
 
     def test_options(self):
         """Those of the help are in the manual page and in each completion."""

@@ -96,6 +96,7 @@ class Rollout(unittest.TestCase):
         self.assertEqual(outcomes, {name: c[1] for name, c in COMPUTERS.items()}, text)
         for said in SAID:
             self.assertEqual(text.count(f'"{said}"'), 1, text)
+        self.assertNotIn("no result document", text)
         results = self.folder / "results"
         documents = sorted(results.glob("*.xml"))
         self.assertEqual([file.stem for file in documents], sorted(COMPUTERS))
