@@ -7,6 +7,7 @@ scripts/setup.sh build windows package
 if command -v ccache >/dev/null; then
   export CMAKE_C_COMPILER_LAUNCHER=ccache CMAKE_CXX_COMPILER_LAUNCHER=ccache
 fi
+umask 022
 export SOURCE_DATE_EPOCH="${SOURCE_DATE_EPOCH:-$(git log -1 --format=%ct)}" TZ=UTC
 
 packages=$PWD/build/package
