@@ -68,7 +68,7 @@ class Rollout(unittest.TestCase):
             "tolvanix_package": f"{self.folder}/package", "tolvanix_waves": waves,
             "tolvanix_machine": f"{self.folder}/{{{{ inventory_hostname }}}}.reg",
             "tolvanix_restart": "{{ inventory_hostname == 'restarted' }}",
-            "ansible_connection": "local", "ansible_python_interpreter": sys.executable,
+            "ansible_connection": "local", "ansible_python_interpreter": "/usr/bin/python3",
         }
         environment = {
             **os.environ, "ANSIBLE_ROLES_PATH": f"{ROOT}/deploy/ansible/roles",
