@@ -1,6 +1,6 @@
 #!/bin/sh
-# Makes what users get, in build/package/: a zip for Windows and a Debian package. The same commit
-# gives the same bytes.
+# Makes what users get, in build/package/: package.sh [windows] [release]   (both)
+# A zip for Windows and a Debian package. The same commit gives the same bytes.
 set -eu
 cd "$(dirname "$0")/.."
 scripts/setup.sh build windows package
@@ -19,10 +19,12 @@ make_package() {
     cmake --build --preset "$1" --target tolvanix tolvanixkit sample_package &&
     cpack --config "build/$1/CPackConfig.cmake" -B "$packages"
 }
-for preset in release windows; do
+[ $# -gt 0 ] || set -- windows release
+for preset in "$@"; do
   make_package "$preset" >"$log" 2>&1 || { cat "$log"; exit 1; }
 done
-# The order and the times of its files and whose they are: what a zip says of the computer it is from.
-strip-nondeterminism -t zip --timestamp "$SOURCE_DATE_EPOCH" "$packages"/*.zip
+# What a zip says of where it was made: the order and the times of its files, and whose they are.
+find "$packages" -maxdepth 1 -name '*.zip' \
+  -exec strip-nondeterminism -t zip --timestamp "$SOURCE_DATE_EPOCH" {} +
 rm -rf "$packages/_CPack_Packages" "$log"
 ls "$packages"
