@@ -37,6 +37,8 @@ analyse() {
   tr '\n' '\0' | xargs -0 -r -n 1 -P "$(nproc)" clang-tidy --quiet -p "$build" "$@" 2>/dev/null
 }
 
+(cd deploy/ansible && ansible-lint --offline --strict --profile production) || status=1
+
 configure release
 configure windows
 analyse release <build/lint/release.txt || status=1

@@ -9,13 +9,16 @@ for group in "$@"; do
       python3 libcli11-dev nlohmann-json3-dev" ;;
     windows) packages="$packages cmake ninja-build g++-mingw-w64-x86-64-posix wine wine64 googletest
       libcli11-dev nlohmann-json3-dev" ;;
-    lint) packages="$packages clang-format clang-tidy python3" ;;
+    lint) packages="$packages clang-format clang-tidy python3 ansible ansible-lint" ;;
     demo) packages="$packages libxml2-utils pci.ids" ;;
     coverage) packages="$packages gcovr" ;;
     fuzz) packages="$packages cmake ninja-build clang libclang-rt-14-dev libxml2-dev python3
       libcli11-dev nlohmann-json3-dev" ;;
     browser) packages="$packages python3 python3-selenium chromium chromium-driver" ;;
     bench) packages="$packages libbenchmark-dev libpugixml-dev hyperfine ripgrep time" ;;
+    package) packages="$packages dpkg-dev lintian mandoc mmdebstrap
+      strip-nondeterminism unzip" ;;
+    deploy) packages="$packages ansible-core python3" ;;
     *) echo "setup.sh: no such group: $group" >&2; exit 2 ;;
   esac
 done

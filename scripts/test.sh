@@ -21,34 +21,46 @@ build_and_test() {
   ctest --preset "$1"
 }
 
-scripts/setup.sh build windows browser
+scripts/setup.sh build windows browser package deploy
 if command -v ccache >/dev/null; then
   export CMAKE_C_COMPILER_LAUNCHER=ccache CMAKE_CXX_COMPILER_LAUNCHER=ccache
 fi
 mkdir -p build
 rm -f build/failed
 
-# Tests under Wine wait more than they work, so the other platform is built meanwhile.
-windows() {
-  stage windows build_and_test windows
-  stage reproducible tests/checks/check_reproducible.sh . "$PWD/build/windows/bin/tolvanix.exe"
+# beside <log> <stage> <command...>: runs it while the stages after it run, up to `join`.
+beside() {
+  log=build/$1.log
+  shift
+  stage "$@" >"$log" 2>&1 &
 }
-windows >build/windows-stages.log 2>&1 &
+join() {
+  wait
+  cat "$log"
+}
+
+# Tests under Wine wait more than they work, so the other platform is built meanwhile.
+beside windows-stage windows build_and_test windows
 stage release build_and_test release
 stage asan build_and_test asan
 stage fuzz scripts/fuzz.sh 0
-wait
-cat build/windows-stages.log
+# Debian's browser goes with Debian's Python.
+stage page /usr/bin/python3 tests/kit/check_page.py build/release/bin/tolvanixkit build/release/page
+join
 
+stage package scripts/package.sh
+# The Debian package takes as long again.
+beside reproducible-stage reproducible tests/checks/check_reproducible.sh build/package windows
 stage kit build/release/bin/tolvanixkit check build/windows/bin/sample-package \
   sdk/sample/computer.reg --library build/release/bin/sample-package/kivvalid.dll \
   --helper build/release/bin/sample-package/tolvanixhelper64/tolvanixhelper64.exe
-# Debian's browser goes with Debian's Python.
-stage page /usr/bin/python3 tests/kit/check_page.py build/release/bin/tolvanixkit build/release/page
 stage parity python3 tests/checks/check_parity.py build/release/runs build/windows/runs
 # Real files, where there are some, are read too.
 stage answers python3 tests/checks/check_answers.py build/release build/windows \
   "${TOLVANIX_CORPUS:-../shared/corpus}"
+stage rollout python3 tests/deploy/rollout_test.py build/release
+stage packages tests/deploy/check_packages.sh build/package
+join
 
 [ ! -e build/failed ] || { echo "FAILED:" $(cat build/failed); exit 1; }
 echo "All tests passed."

@@ -1,0 +1,15 @@
+# Completion of tolvanix for fish.
+set -l command_given '__fish_contains_opt -s i -s u -s h -s v; or __fish_seen_argument -o uhid'
+complete -c tolvanix -f
+complete -c tolvanix -n "not $command_given" -o i -d 'Write the inventory'
+complete -c tolvanix -n "not $command_given" -o u -d 'Update the drivers of the package'
+complete -c tolvanix -n "not $command_given" -o uhid -d 'Install the driver for one hardware ID'
+complete -c tolvanix -n "not $command_given" -o h -d 'Show the help'
+complete -c tolvanix -n "not $command_given" -o v -d 'Show the version'
+complete -c tolvanix -o o -r -F -d 'Append the document to a file'
+complete -c tolvanix -a '-d=(seq 0 4)' -d 'Debug level'
+complete -c tolvanix -o e -r -F -d 'Write the traces to a file'
+complete -c tolvanix -o p -r -F -d 'Take another package description'
+complete -c tolvanix -o n -r -a '(__fish_complete_suffix .inf)' -d 'Take only this INF file'
+complete -c tolvanix -o c -d 'Only check, install nothing'
+complete -c tolvanix -o w -x -d 'Hardware ID'
