@@ -46,8 +46,8 @@ run() {
   limit=-max_total_time=$seconds
   [ "$seconds" -gt 0 ] || limit=-runs=0
   # Weighing inputs by how rare their features are would take a fifth of the time.
-  "$build/bin/$1" "$limit" -entropic=0 -max_len="$(longest_of "$1")" -timeout=20 -print_final_stats=1 \
-    -artifact_prefix="$build/findings/$1-" "$build/seeds/$1" \
+  "$build/bin/$1" "$limit" -entropic=0 -max_len="$(longest_of "$1")" -timeout=20 \
+    -print_final_stats=1 -artifact_prefix="$build/findings/$1-" "$build/seeds/$1" \
     >"$build/$1.log" 2>&1 || echo "exit code $?" >>"$build/$1.log"
 }
 

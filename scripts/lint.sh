@@ -1,6 +1,6 @@
 #!/bin/sh
-# The format of every source, and static analysis of src, sdk, kit and tests: as Linux compiles them,
-# and what Windows alone compiles.
+# The format of every source, and static analysis of src, sdk, kit, tests and the roll-out: as Linux
+# compiles them, and what Windows alone compiles.
 set -eu
 cd "$(dirname "$0")/.."
 scripts/setup.sh build windows lint
