@@ -9,7 +9,7 @@ if "%~1"=="" set "package=%~dp0."
 set "results=%~f2"
 if "%~2"=="" set "results=%TEMP%"
 
-rem The program appends to its files, and what an earlier run left is no result of this one.
+rem What an earlier run left is no result of this one, should it end before its document begins.
 if exist "%results%\result.xml" del "%results%\result.xml"
 "%package%\tolvanix.exe" -u -o "%results%\result.xml" -d=4 -e "%results%\trace.log"
 set "code=%ERRORLEVEL%"

@@ -1,5 +1,5 @@
 #!/bin/sh
-# Which lines and branches of src/ and sdk/ the tests reach, whole runs included: a table by folder,
+# Which lines and branches of src/, sdk/ and kit/ the tests reach, whole runs included: a table by folder,
 # and build/coverage/report/index.html line by line. Branches that the compiler adds for exceptions
 # do not count.
 set -eu
@@ -13,7 +13,7 @@ ctest --test-dir build/coverage --output-on-failure -E '^(check|sdk)\.' >build/c
   { cat build/coverage/tests.log; exit 1; }
 
 mkdir -p build/coverage/report
-gcovr --root . --object-directory build/coverage --filter src/ --filter sdk/ \
+gcovr --root . --object-directory build/coverage --filter src/ --filter sdk/ --filter kit/ \
   --exclude-throw-branches --exclude-unreachable-branches \
   --json-summary build/coverage/summary.json --html-details build/coverage/report/index.html
 python3 - build/coverage/summary.json <<'PYTHON'
@@ -28,5 +28,6 @@ print(f"{'folder':32}{'lines':>8}{'reached':>9}{'branches':>10}{'reached':>9}")
 for folder, count in sorted(folders.items(), key=lambda item: (item[0] == "all", item)):
     lines = count["line_covered"] / max(count["line_total"], 1)
     branches = count["branch_covered"] / max(count["branch_total"], 1)
-    print(f"{folder:32}{count['line_total']:8}{lines:9.1%}{count['branch_total']:10}{branches:9.1%}")
+    print(f"{folder:32}{count['line_total']:8}{lines:9.1%}"
+          f"{count['branch_total']:10}{branches:9.1%}")
 PYTHON
