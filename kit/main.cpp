@@ -3,8 +3,11 @@
 
 #include <cstdio>
 #include <exception>
+#include <filesystem>
+#include <memory>
 #include <new>
 #include <string>
+#include <tuple>
 
 #include "app/Version.h"
 #include "check/command.h"
@@ -29,7 +32,60 @@ int complain(const std::string& text) {
   return kBadInput;
 }
 
-// Each command runs while the command line is parsed, and leaves its exit code.
+// Each of these adds a command, which runs while the command line is parsed and leaves its exit
+// code.
+
+void addReport(CLI::App& app, int& exitCode) {
+  const auto options = std::make_shared<ReportOptions>();
+  CLI::App* const command = app.add_subcommand(
+      "report", "shows the documents that tolvanix wrote on one or many computers as one table");
+  command
+      ->add_option("FILE", options->files,
+                   "a document of -i, -u or -uhid; its name is that of the computer")
+      ->required();
+  command->add_option("--format", options->format, "table, html, json or csv")
+      ->type_name("FORMAT")
+      ->check(CLI::IsMember({"table", "html", "json", "csv"}))
+      ->capture_default_str();
+  command->add_option("-o", options->output, "writes to this file, not to standard output")
+      ->type_name("FILE");
+  command->callback([options, &exitCode] { exitCode = report(*options); });
+}
+
+void addExplain(CLI::App& app, int& exitCode) {
+  const auto options = std::make_shared<ExplainOptions>();
+  CLI::App* const command = app.add_subcommand(
+      "explain", "says from a trace what a run did, why it ended so, and what to do about it");
+  command->add_option("TRACE", options->trace, "the trace of a run with -d=4 -e TRACE")->required();
+  command->add_option("RESULT", options->result, "the result document of the same run");
+  command->callback([options, &exitCode] { exitCode = explain(*options); });
+}
+
+void addCheck(CLI::App& app, int& exitCode) {
+  const auto options = std::make_shared<CheckOptions>();
+  CLI::App* const command =
+      app.add_subcommand("check", "says whether a folder is a package that will work");
+  command->add_option("PACKAGE", options->package, "the folder of the package")->required();
+  CLI::Option* const computers = command->add_option(
+      "COMPUTER", options->computers,
+      "a registry export or a copy of a /sys tree: the package is tried on a copy (Linux only)");
+  const auto absolute = [](const std::string& name) {
+    return std::filesystem::absolute(name).string();
+  };
+  for (const auto& [name, path, help] :
+       {std::tuple{"--library", &options->substitutes.library,
+                   "a validation library for Linux in place of the package's own"},
+        std::tuple{"--helper", &options->substitutes.helper,
+                   "a helper program for Linux in place of the package's own"}}) {
+    command->add_option(name, *path, help)
+        ->check(CLI::ExistingFile)
+        ->transform(absolute)
+        ->type_name("FILE")
+        ->needs(computers);
+  }
+  command->callback([options, &exitCode] { exitCode = check(*options); });
+}
+
 int run(int argumentCount, char* arguments[]) {
   CLI::App app(kDescription, "tolvanixkit");
   app.set_version_flag("--version", versionLine());

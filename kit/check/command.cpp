@@ -1,14 +1,8 @@
 #include "check/command.h"
 
-#include <CLI/CLI.hpp>
-
-#include <filesystem>
-#include <memory>
 #include <string>
-#include <tuple>
 #include <vector>
 
-#include "check/Computers.h"
 #include "check/DeviceCheck.h"
 #include "check/Findings.h"
 #include "check/InfList.h"
@@ -25,12 +19,6 @@
 namespace tolvanix::kit {
 
 namespace {
-
-struct Options {
-  std::string package;
-  std::vector<std::string> computers;
-  Substitutes substitutes;
-};
 
 std::string validText(const std::string& text) {
   return toXmlUtf8(widen(text));
@@ -80,7 +68,9 @@ std::string checkFiles(const PackageFolder& package, const SchemaCheck& schemas,
   return devices.empty() ? tables : tables + deviceTable(devices, infs);
 }
 
-int check(const Options& options) {
+}  // namespace
+
+int check(const CheckOptions& options) {
   std::vector<Computer> computers;
   for (const std::string& name : options.computers) computers.push_back(computerOf(name));
   const PackageFolder package(options.package);
@@ -93,33 +83,6 @@ int check(const Options& options) {
   if (!schemas.isPossible()) text += "Without xmllint, no document was compared with its schema.\n";
   print(text + findings.text());
   return findings.empty() ? kDone : kFindings;
-}
-
-}  // namespace
-
-void addCheck(CLI::App& app, int& exitCode) {
-  const auto options = std::make_shared<Options>();
-  CLI::App* const command =
-      app.add_subcommand("check", "says whether a folder is a package that will work");
-  command->add_option("PACKAGE", options->package, "the folder of the package")->required();
-  CLI::Option* const computers = command->add_option(
-      "COMPUTER", options->computers,
-      "a registry export or a copy of a /sys tree: the package is tried on a copy (Linux only)");
-  const auto absolute = [](const std::string& name) {
-    return std::filesystem::absolute(name).string();
-  };
-  for (const auto& [name, path, help] :
-       {std::tuple{"--library", &options->substitutes.library,
-                   "a validation library for Linux in place of the package's own"},
-        std::tuple{"--helper", &options->substitutes.helper,
-                   "a helper program for Linux in place of the package's own"}}) {
-    command->add_option(name, *path, help)
-        ->check(CLI::ExistingFile)
-        ->transform(absolute)
-        ->type_name("FILE")
-        ->needs(computers);
-  }
-  command->callback([options, &exitCode] { exitCode = check(*options); });
 }
 
 }  // namespace tolvanix::kit

@@ -1,12 +1,20 @@
+// tolvanixkit check: whether a folder is a package that will work.
 #pragma once
 
-namespace CLI {
-class App;
-}
+#include <string>
+#include <vector>
+
+#include "check/Computers.h"
 
 namespace tolvanix::kit {
 
-// Adds the command `check`; when it has run, it leaves its exit code there.
-void addCheck(CLI::App& app, int& exitCode);
+struct CheckOptions {
+  std::string package;
+  std::vector<std::string> computers;  // registry exports or copies of /sys trees
+  Substitutes substitutes;
+};
+
+// Returns the exit code. Throws BadInput.
+int check(const CheckOptions& options);
 
 }  // namespace tolvanix::kit

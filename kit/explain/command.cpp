@@ -1,8 +1,5 @@
 #include "explain/command.h"
 
-#include <CLI/CLI.hpp>
-
-#include <memory>
 #include <optional>
 #include <string>
 
@@ -18,11 +15,6 @@ namespace tolvanix::kit {
 
 namespace {
 
-struct Options {
-  std::string trace;
-  std::string result;
-};
-
 // A run that failed unexpectedly may not come to the end of its trace; its document says so.
 int exitCodeOf(const TracedRun& run, const std::optional<int>& documented,
                const std::string& traceName) {
@@ -31,7 +23,9 @@ int exitCodeOf(const TracedRun& run, const std::optional<int>& documented,
   throw BadInput(traceName + ": the trace is cut off: it does not say how the run ended");
 }
 
-int explain(const Options& options) {
+}  // namespace
+
+int explain(const ExplainOptions& options) {
   const TracedRun run = readTrace(options.trace);
   std::optional<int> documented;
   if (!options.result.empty()) documented = exitCodeOf(readResultDocument(options.result));
@@ -42,17 +36,6 @@ int explain(const Options& options) {
   }
   print(wrapLines(storyOf(run, exitCode), lineLimit()));
   return kDone;
-}
-
-}  // namespace
-
-void addExplain(CLI::App& app, int& exitCode) {
-  const auto options = std::make_shared<Options>();
-  CLI::App* const command = app.add_subcommand(
-      "explain", "says from a trace what a run did, why it ended so, and what to do about it");
-  command->add_option("TRACE", options->trace, "the trace of a run with -d=4 -e TRACE")->required();
-  command->add_option("RESULT", options->result, "the result document of the same run");
-  command->callback([options, &exitCode] { exitCode = explain(*options); });
 }
 
 }  // namespace tolvanix::kit

@@ -1,12 +1,16 @@
+// tolvanixkit explain: what a run did, and what to do about it.
 #pragma once
 
-namespace CLI {
-class App;
-}
+#include <string>
 
 namespace tolvanix::kit {
 
-// Adds the command `explain`; when it has run, it leaves its exit code there.
-void addExplain(CLI::App& app, int& exitCode);
+struct ExplainOptions {
+  std::string trace;   // a file
+  std::string result;  // the document of the same run; empty for none
+};
+
+// Returns the exit code. Throws BadInput.
+int explain(const ExplainOptions& options);
 
 }  // namespace tolvanix::kit

@@ -1,12 +1,18 @@
+// tolvanixkit report: result documents as one table.
 #pragma once
 
-namespace CLI {
-class App;
-}
+#include <string>
+#include <vector>
 
 namespace tolvanix::kit {
 
-// Adds the command `report`; when it has run, it leaves its exit code there.
-void addReport(CLI::App& app, int& exitCode);
+struct ReportOptions {
+  std::vector<std::string> files;
+  std::string format = "table";  // or html, json, csv
+  std::string output;            // a file; empty for standard output
+};
+
+// Returns the exit code. Throws BadInput.
+int report(const ReportOptions& options);
 
 }  // namespace tolvanix::kit
