@@ -64,7 +64,6 @@ TEST(HardwareId, EveryOutcome_HasItsDocumentAndExitCode) {
       {"installed", present, "print 4000\nexit 0", {kPresent}, 0, kSuccess},
       {"restart needed", present, "exit 1", {kPresent}, -2, kSuccess},
       {"helper failed", present, "exit 2", {kPresent}, 8, kHelperFailed},
-      {"helper crashes", present, "abort", {kPresent}, 8, kHelperFailed},
       {"a file goes meanwhile", both, "remove ../b.inf\nexit 2", {kPresent}, 6, kInfNotOpened},
       {"no helper", present, "", {kPresent}, 8, kHelperFailed},
       {"search goes on after a failure", both, "exit 77", {kPresent}, 5, kIdInNoInf},

@@ -8,7 +8,6 @@
 //                 on
 //   raise N       send itself the signal
 //   remove FILE   which may be a path from the program's folder
-//   abort
 //   exit N
 // Files are those beside the program. Without such a text it ends with 0 at once.
 #include <chrono>
@@ -83,8 +82,6 @@ int main(int argc, char** argv) try {
       std::raise(std::stoi(value));
     } else if (step == "remove") {
       fs::remove(folder / value);
-    } else if (step == "abort") {
-      std::abort();
     } else if (step == "exit") {
       return static_cast<int>(std::stol(value));
     } else {
