@@ -33,7 +33,7 @@ collect_function() {
 }
 
 # collect_driver VERSION_FILE NAME: a driver without a version of its own has that of the kernel,
-# which nothing else in the folder tells.
+# which nothing else in the folder says.
 collect_driver() {
   mkdir -p "$drivers/$2/module"
   version=$drivers/$2/module/version

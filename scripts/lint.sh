@@ -1,10 +1,13 @@
 #!/bin/sh
-# The format of every source, and static analysis of src, sdk, kit, tests and the roll-out: as Linux
-# compiles them, and what Windows alone compiles.
+# The format of every source, and static analysis: lint.sh [folder...]   (src sdk kit tests)
+# Of the roll-out, and of the sources in these folders as Linux compiles them; as Windows does of
+# those that Linux does not.
 set -eu
 cd "$(dirname "$0")/.."
 scripts/setup.sh build windows lint
 
+[ $# -gt 0 ] || set -- src sdk kit tests
+folders=$*
 status=0
 git ls-files -z -- '*.cpp' '*.c' '*.h' | xargs -0 clang-format --dry-run --Werror || status=1
 
@@ -18,12 +21,12 @@ configure() {
 # Leaves one command for each source of ours, also when several targets compile it. Prints the
 # sources, longest first, so that all cores end together.
 sources_of() {
-  python3 - "$1/compile_commands.json" <<'PYTHON'
+  python3 - "$1/compile_commands.json" $folders <<'PYTHON'
 import json, os, sys
 commands = {}
 for entry in json.load(open(sys.argv[1])):
     source = os.path.relpath(entry["file"])
-    if source.endswith((".cpp", ".c")) and not source.startswith(("..", "build")):
+    if source.endswith((".cpp", ".c")) and source.split(os.sep)[0] in sys.argv[2:]:
         commands.setdefault(source, entry)
 json.dump(list(commands.values()), open(sys.argv[1], "w"))
 print("\n".join(sorted(commands, key=os.path.getsize, reverse=True)))

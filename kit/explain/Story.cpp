@@ -122,7 +122,7 @@ std::string withoutFolder(const std::string& path) {
   return path.substr(path.find_last_of("/\\") + 1);
 }
 
-void tellSearch(const DriverSearch& search, std::string& out) {
+void addSearch(const DriverSearch& search, std::string& out) {
   if (search.isRepeated) {
     out += "  This ID was handled above; the outcome is the same.\n";
   } else if (!search.files.empty()) {
@@ -154,7 +154,7 @@ std::string describe(const SPXMLDevice& device) {
 }
 
 // The devices of the validation document are handled in its order.
-void tellSearches(const TracedRun& run, const std::list<SPXMLDevice>& devices, std::string& out) {
+void addSearches(const TracedRun& run, const std::list<SPXMLDevice>& devices, std::string& out) {
   auto device = devices.begin();
   for (std::size_t i = 0; i < run.searches.size(); ++i) {
     const DriverSearch& search = run.searches[i];
@@ -166,7 +166,7 @@ void tellSearches(const TracedRun& run, const std::list<SPXMLDevice>& devices, s
     }
     if (!search.hardwareId.empty()) out += "  Hardware ID: " + search.hardwareId + '\n';
     if (!search.namedFile.empty()) out += "  Only this file (-n): " + search.namedFile + '\n';
-    tellSearch(search, out);
+    addSearch(search, out);
   }
 }
 
@@ -185,7 +185,7 @@ const char* title(TracedRun::Command command) {
   }
 }
 
-void tellInventory(const TracedRun& run, std::string& out) {
+void addInventory(const TracedRun& run, std::string& out) {
   if (run.devices == 0) return;
   out += "Inventory: " + counted(run.devices, "PCI device");
   if (run.devicesLeftOut > 0) {
@@ -194,7 +194,7 @@ void tellInventory(const TracedRun& run, std::string& out) {
   out += ".\n";
 }
 
-std::list<SPXMLDevice> tellValidation(const TracedRun& run, std::string& out) {
+std::list<SPXMLDevice> addValidation(const TracedRun& run, std::string& out) {
   if (!run.packageName.empty()) out += "Package: " + run.packageName + '\n';
   if (run.packageUnreadable) out += "The package description could not be read.\n";
   if (!run.validated) return {};
@@ -218,7 +218,7 @@ std::list<SPXMLDevice> tellValidation(const TracedRun& run, std::string& out) {
 }
 
 // What a device has been advised to do needs no repetition.
-void tellEnd(const TracedRun& run, int exitCode, std::string& out) {
+void addEnd(const TracedRun& run, int exitCode, std::string& out) {
   const auto decisive =
       std::find_if(run.searches.begin(), run.searches.end(),
                    [exitCode](const DriverSearch& s) { return s.exitCode == exitCode; });
@@ -236,13 +236,13 @@ void tellEnd(const TracedRun& run, int exitCode, std::string& out) {
 
 std::string storyOf(const TracedRun& run, int exitCode) {
   std::string out = title(run.command);
-  tellInventory(run, out);
-  const std::list<SPXMLDevice> devices = tellValidation(run, out);
-  tellSearches(run, devices, out);
+  addInventory(run, out);
+  const std::list<SPXMLDevice> devices = addValidation(run, out);
+  addSearches(run, devices, out);
   out += '\n';
   if (!run.exitCode) out += "The trace ends after: " + run.lastLine + '\n';
   if (run.restart) out += "The computer must be restarted.\n";
-  tellEnd(run, exitCode, out);
+  addEnd(run, exitCode, out);
   return out;
 }
 
