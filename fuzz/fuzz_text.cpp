@@ -33,8 +33,8 @@ bool isXmlCharacter(char32_t c) {
   return isCharacter(c) && !excluded;
 }
 
-// The character that these bytes spell: the one whose UTF-8 they are.
-std::optional<char32_t> spelledBy(const std::string& bytes) {
+// The character whose UTF-8 these bytes are.
+std::optional<char32_t> characterOf(const std::string& bytes) {
   const unsigned leadBits[] = {0, 0x7F, 0x1F, 0x0F, 0x07};
   char32_t c = static_cast<unsigned char>(bytes[0]) & leadBits[bytes.size()];
   for (std::size_t i = 1; i < bytes.size(); ++i) {
@@ -100,7 +100,7 @@ std::optional<std::string> utf8ToUtf16(std::string_view text) {
     std::optional<char32_t> c;
     std::size_t length = 0;
     while (!c && length < 4 && length < text.size())
-      c = spelledBy(std::string(text.substr(0, ++length)));
+      c = characterOf(std::string(text.substr(0, ++length)));
     if (!c) return std::nullopt;
     if (*c >= 0x10000) add(0xD800 + (*c - 0x10000) / 0x400);
     add(*c >= 0x10000 ? 0xDC00 + (*c - 0x10000) % 0x400 : *c);
@@ -119,9 +119,9 @@ std::string xmlUtf8(std::u16string_view text) {
       for (const char16_t unit : text.substr(0, length)) {
         if (unit >= 0x80 && unit <= 0xFF) bytes += static_cast<char>(unit);
       }
-      const auto spelled = bytes.size() == length ? spelledBy(bytes) : std::nullopt;
-      if (spelled) units = length;
-      if (spelled) character = *spelled;
+      const auto decoded = bytes.size() == length ? characterOf(bytes) : std::nullopt;
+      if (decoded) units = length;
+      if (decoded) character = *decoded;
     }
     if (const auto pair = surrogatePair(text)) {
       units = 2;

@@ -73,9 +73,9 @@ void addCheck(CLI::App& app, int& exitCode) {
     return std::filesystem::absolute(name).string();
   };
   for (const auto& [name, path, help] :
-       {std::tuple{"--library", &options->substitutes.library,
+       {std::tuple{"--library", &options->substitutes.validationLibrary,
                    "a validation library for Linux in place of the package's own"},
-        std::tuple{"--helper", &options->substitutes.helper,
+        std::tuple{"--helper", &options->substitutes.helperProgram,
                    "a helper program for Linux in place of the package's own"}}) {
     command->add_option(name, *path, help)
         ->check(CLI::ExistingFile)

@@ -103,8 +103,8 @@ std::string tryOnComputers(const PackageFolder& package, const Substitutes& subs
                    {"Installed", kStays},
                    {"Outcome", kIsShortened}});
   const Trial trial({linuxProgram(package),
-                     linuxBuild(package, kLibrary, substitutes.library, "--library"),
-                     linuxBuild(package, kHelper, substitutes.helper, "--helper"),
+                     linuxBuild(package, kLibrary, substitutes.validationLibrary, "--library"),
+                     linuxBuild(package, kHelper, substitutes.helperProgram, "--helper"),
                      package.find(kDescription).value_or(kDescription)});
   for (const Computer& computer : computers) {
     const TrialRun run = trial.run(computer.path);

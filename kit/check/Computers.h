@@ -17,8 +17,8 @@ struct Computer {
 
 // Builds for Linux in place of the package's own; absolute paths, empty for none.
 struct Substitutes {
-  std::string library;
-  std::string helper;
+  std::string validationLibrary;
+  std::string helperProgram;
 };
 
 // Throws BadInput for what is neither a registry export nor a copy of a /sys tree.

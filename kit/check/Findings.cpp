@@ -2,17 +2,10 @@
 
 #include <algorithm>
 
+#include "common/Wording.h"
 #include "text/Conversion.h"
 
 namespace tolvanix::kit {
-
-namespace {
-
-std::string counted(unsigned count, const std::string& what) {
-  return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
-}
-
-}  // namespace
 
 void Findings::error(const std::string& file, const std::string& problem,
                      const std::string& remedy) {

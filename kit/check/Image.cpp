@@ -4,9 +4,7 @@ namespace tolvanix::kit {
 
 Image imageOf(std::string_view bytes) {
   if (bytes.starts_with("MZ")) return Image::kWindows;
-  if (bytes.starts_with("\x7F"
-                        "ELF"))
-    return Image::kLinux;
+  if (bytes.starts_with("\177ELF")) return Image::kLinux;
   return bytes.starts_with("#!") ? Image::kScript : Image::kOther;
 }
 

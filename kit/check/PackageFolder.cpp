@@ -22,11 +22,6 @@ std::optional<std::string> entryName(const std::string& folder, const std::strin
   return found.cFileName;
 }
 
-bool isFolder(const std::string& name) {
-  const DWORD attributes = GetFileAttributesA(name.c_str());
-  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-}
-
 }  // namespace
 
 PackageFolder::PackageFolder(const std::string& folder) {

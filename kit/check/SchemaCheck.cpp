@@ -9,18 +9,12 @@
 #include "check/Image.h"
 #include "check/TemporaryFolder.h"
 #include "common/Files.h"
-#include "winapi/winapi.h"
 
 namespace tolvanix::kit {
 
 namespace {
 
 constexpr std::size_t kMostViolations = 5;
-
-bool isFile(const std::string& name) {
-  const DWORD attributes = GetFileAttributesA(name.c_str());
-  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
-}
 
 // The part of a line of xmllint that says what is wrong, with the line's number before it; empty
 // for a line that does not.

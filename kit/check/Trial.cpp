@@ -76,8 +76,8 @@ Trial::Trial(const TrialParts& parts) : description(parts.description) {
   const fs::path package = folder.path() / "package";
   copyTree(".", package);
   replace(package / kLinuxProgram, parts.program);
-  replace(package / kLibrary, parts.library);
-  replace(package / kHelper, parts.helper);
+  replace(package / kLibrary, parts.validationLibrary);
+  replace(package / kHelper, parts.helperProgram);
 }
 
 TrialRun Trial::run(const fs::path& computer) const {

@@ -13,8 +13,8 @@ namespace tolvanix::kit {
 // What takes part in a run. The programs, each an empty path for none, replace the package's own.
 struct TrialParts {
   std::filesystem::path program;
-  std::filesystem::path library;
-  std::filesystem::path helper;
+  std::filesystem::path validationLibrary;
+  std::filesystem::path helperProgram;
   std::string description;  // the name of package.xml
 };
 

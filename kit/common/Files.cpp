@@ -12,12 +12,29 @@ namespace {
 
 constexpr std::size_t kBlock = std::size_t{1} << 16;
 
+bool exists(const std::string& name, bool asFolder) {
+  const DWORD attributes = GetFileAttributesA(name.c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES &&
+         ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) == asFolder;
+}
+
 }  // namespace
 
+bool isFile(const std::string& name) {
+  return exists(name, false);
+}
+
+bool isFolder(const std::string& name) {
+  return exists(name, true);
+}
+
+std::string_view withoutFolder(std::string_view path) {
+  return path.substr(path.find_last_of("/\\") + 1);
+}
+
 std::string readFile(const std::string& name, std::uint64_t largest) {
-  const DWORD attributes = GetFileAttributesA(name.c_str());
-  if (attributes == INVALID_FILE_ATTRIBUTES) throw BadInput(name + ": there is no such file");
-  if ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) throw BadInput(name + ": this is a folder");
+  if (isFolder(name)) throw BadInput(name + ": this is a folder");
+  if (!isFile(name)) throw BadInput(name + ": there is no such file");
   const StdioFile file(std::fopen(name.c_str(), "rb"));
   if (!file) throw BadInput(name + ": the file cannot be opened");
   // Until its end, whatever its size was said to be: it may be a pipe, or still grow.

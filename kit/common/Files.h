@@ -1,13 +1,21 @@
-// The files that the command line names.
+// Files and their names.
 #pragma once
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace tolvanix::kit {
 
 // The document of a million devices is a third of it.
 constexpr std::uint64_t kLargestFile = std::uint64_t{1} << 30;
+
+// False for what does not exist.
+bool isFile(const std::string& name);
+bool isFolder(const std::string& name);
+
+// With '/' and '\' as separators, whatever the system.
+std::string_view withoutFolder(std::string_view path);
 
 // The bytes of the file. Throws BadInput for what is no file, cannot be read, or is larger than
 // that.

@@ -10,6 +10,8 @@
 #include "app/Status.h"
 #include "common/Advice.h"
 #include "common/DisplayWidth.h"
+#include "common/Files.h"
+#include "common/Wording.h"
 #include "install/DeviceStatus.h"
 #include "install/ExecCmd.h"
 #include "inventory/SPXMLData.h"
@@ -26,10 +28,6 @@ namespace {
 
 std::string textOf(std::u16string_view text) {
   return printable(toXmlUtf8(text));
-}
-
-std::string counted(std::size_t count, const std::string& one) {
-  return std::to_string(count) + ' ' + one + (count == 1 ? "" : "s");
 }
 
 // ---- An INF file ----
@@ -118,10 +116,6 @@ std::string fileOutcome(const TriedFile& file) {
 
 // ---- A device ----
 
-std::string withoutFolder(const std::string& path) {
-  return path.substr(path.find_last_of("/\\") + 1);
-}
-
 void addSearch(const DriverSearch& search, std::string& out) {
   if (search.isRepeated) {
     out += "  This ID was handled above; the outcome is the same.\n";
@@ -131,8 +125,8 @@ void addSearch(const DriverSearch& search, std::string& out) {
   }
   for (std::size_t i = 0; i < search.files.size(); ++i) {
     const TriedFile& file = search.files[i];
-    out += "    " + std::to_string(i + 1) + ". " + withoutFolder(file.path) + ' ';
-    out += fileOutcome(file) + ".\n";
+    out += "    " + std::to_string(i + 1) + ". ";
+    out.append(withoutFolder(file.path)) += ' ' + fileOutcome(file) + ".\n";
   }
   if (!search.deviceStatus) {
     out += "  The trace does not say what became of it.\n";

@@ -5,6 +5,7 @@
 
 #include "app/Status.h"
 #include "common/Advice.h"
+#include "common/Files.h"
 #include "text/Conversion.h"
 
 namespace tolvanix::kit {
@@ -17,10 +18,6 @@ std::string_view withoutExtension(std::string_view file) {
   const bool isExtension = dot != std::string_view::npos && dot > 0 &&
                            (folder == std::string_view::npos || dot > folder + 1);
   return isExtension ? file.substr(0, dot) : file;
-}
-
-std::string_view withoutFolder(std::string_view file) {
-  return file.substr(file.find_last_of("/\\") + 1);
 }
 
 // A file's name can be any bytes.

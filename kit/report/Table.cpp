@@ -1,14 +1,11 @@
 // The report on a terminal.
 #include "common/TextTable.h"
+#include "common/Wording.h"
 #include "report/Report.h"
 
 namespace tolvanix::kit {
 
 namespace {
-
-std::string counted(std::size_t count, const std::string& one) {
-  return std::to_string(count) + ' ' + one + (count == 1 ? "" : "s");
-}
 
 std::string sentenceOf(const ReportSums& sums) {
   std::string text = counted(sums.computers, "computer") + ", " + counted(sums.devices, "device");
