@@ -16,6 +16,13 @@ constexpr DWORD kClassNameSize = 64;
 constexpr unsigned kFirstListField = 2;  // of the decorations, and of the IDs
 constexpr unsigned kLastDecorationField = 99;
 
+// For the trace.
+std::string installSectionOf(INFCONTEXT& line) {
+  std::string section;
+  GetField(line, 1, section);
+  return section;
+}
+
 bool isZero(const GUID& guid) {
   constexpr GUID kZero{};
   return std::memcmp(&guid, &kZero, sizeof guid) == 0;
@@ -61,15 +68,15 @@ DWORD CInf::readClass() {
   return ERROR_SUCCESS;
 }
 
-DWORD LineField::take(const INFCONTEXT& line) {
+DWORD LineKey::take(const INFCONTEXT& line) {
   source = line;
-  const DWORD error = FindField(source, index);
+  const DWORD error = FindField(source, 0);
   if (error == ERROR_SUCCESS) isRead = false;
   return error;
 }
 
-const SPString& LineField::get() {
-  if (!isRead) GetField(source, index, text);
+const SPString& LineKey::get() {
+  if (!isRead) GetField(source, 0, text);
   isRead = true;
   return text;
 }
@@ -126,13 +133,15 @@ DWORD CInf::EnumDevices(const std::string& section) {
 
 // ERROR_NO_MORE_ITEMS when the model line does not carry the ID.
 DWORD CInf::searchLine(INFCONTEXT& line) {
+  const DWORD fieldCount = SetupGetFieldCount(&line);
   DWORD error = description.take(line);
-  if (error == ERROR_SUCCESS) error = installSection.take(line);
+  // A line with any field has an install section.
+  if (error == ERROR_SUCCESS && fieldCount == 0) error = FindField(line, 1);
   if (error != ERROR_SUCCESS) return error;
   TRACE_STEP("EnumDevices for model, %s:%s\n", description.get().c_str(),
-             installSection.get().c_str());
+             installSectionOf(line).c_str());
   TRACE_STEP("Search for HwID %s: ", hardwareId.c_str());
-  const std::optional<unsigned> index = findId(line);
+  const std::optional<unsigned> index = findId(line, fieldCount);
   if (!index) {
     TRACE_STEP("not found.\n");
     return ERROR_NO_MORE_ITEMS;
@@ -143,8 +152,7 @@ DWORD CInf::searchLine(INFCONTEXT& line) {
 
 // The index of the first ID of the line that matches. A line without an ID counts as one with an
 // empty one, and that is contained in every other.
-std::optional<unsigned> CInf::findId(INFCONTEXT& line) {
-  const DWORD fieldCount = SetupGetFieldCount(&line);
+std::optional<unsigned> CInf::findId(INFCONTEXT& line, DWORD fieldCount) {
   DWORD field = kFirstListField;
   for (; field <= fieldCount && GetField(line, field, listedId) == ERROR_SUCCESS; ++field) {
     if (wantedId.matches(listedId)) return field - kFirstListField;

@@ -11,20 +11,17 @@
 
 namespace tolvanix {
 
-// A field of an INF line whose text is put together when it is asked for: of most lines the trace
-// alone wants the key and the install section, and their strings would take most of the search's
-// time (100 MB of INF files: 85 ms; all read, 400 ms). The file must be open then.
-class LineField {
+// The key of an INF line, whose text is put together when it is asked for: of most lines the trace
+// alone wants it, and its strings would take most of the search's time (100 MB of INF files: 85 ms;
+// all read, 400 ms). The file must be open then.
+class LineKey {
  public:
-  explicit LineField(unsigned fieldIndex) : index(fieldIndex) {}
-
-  // The text of that line from now on. 0, or the platform's error code when the line lacks it.
+  // The key of that line from now on. 0, or the platform's error code when the line has none.
   DWORD take(const INFCONTEXT& line);
 
   const SPString& get();
 
  private:
-  unsigned index;
   INFCONTEXT source{};
   bool isRead = true;
   SPString text;
@@ -62,16 +59,15 @@ class CInf {
   DWORD readClass();
   DWORD searchManufacturer(INFCONTEXT& line);
   DWORD searchLine(INFCONTEXT& line);
-  std::optional<unsigned> findId(INFCONTEXT& line);
+  std::optional<unsigned> findId(INFCONTEXT& line, DWORD fieldCount);
 
   SPString path;
   SPString className;
   InfOwner infHandle;
   GUID classGuid{};
   SPString hardwareId;
-  LineField manufacturer{0};
-  LineField description{0};
-  LineField installSection{1};
+  LineKey manufacturer;
+  LineKey description;
   WantedId wantedId;
   std::string listedId;  // kept for its memory
 };

@@ -18,7 +18,16 @@ constexpr char32_t joinSurrogates(char16_t high, char16_t low) {
   return 0x10000 + ((high - char32_t{0xD800}) << 10) + (low - char32_t{0xDC00});
 }
 
+// Appends a character from 80 to 10FFFF that is no surrogate.
+void appendLongUtf8(std::string& text, char32_t character);
+
 // Appends a character up to 10FFFF that is no surrogate.
-void appendUtf8(std::string& text, char32_t character);
+inline void appendUtf8(std::string& text, char32_t character) {
+  if (character < 0x80) {
+    text.push_back(static_cast<char>(character));
+  } else {
+    appendLongUtf8(text, character);
+  }
+}
 
 }  // namespace tolvanix
