@@ -54,7 +54,7 @@ beside reproducible-stage reproducible tests/checks/check_reproducible.sh build/
 stage kit build/release/bin/tolvanixkit check build/windows/bin/sample-package \
   sdk/sample/computer.reg --library build/release/bin/sample-package/kivvalid.dll \
   --helper build/release/bin/sample-package/tolvanixhelper64/tolvanixhelper64.exe
-stage parity python3 tests/checks/check_parity.py build/release/runs build/windows/runs
+stage parity python3 tests/checks/check_parity.py build/release build/windows
 # Real files, where there are some, are read too.
 stage answers python3 tests/checks/check_answers.py build/release build/windows \
   "${TOLVANIX_CORPUS:-../shared/corpus}"

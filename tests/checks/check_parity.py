@@ -1,4 +1,4 @@
-"""The Windows build does what the Linux build does: check_parity.py <Linux runs> <Wine runs>
+"""The Windows build does what the Linux build does: check_parity.py <Linux build> <Wine build>
 
 Compares, byte for byte, what the whole-run tests recorded of each run of the program (`record` in
 tests/support/Package.cpp): arguments, exit code, standard output and error, and the files of the
@@ -7,8 +7,10 @@ libraries were given. `comparable` says what may differ.
 """
 
 import difflib
+import os
 import pathlib
 import re
+import subprocess
 import sys
 
 LEAST_RUNS = 40
@@ -17,6 +19,8 @@ MUST_RUN = {"-i", "-u", "-uhid"} | {f"exit code {status}" for status in range(2,
 
 # In which Wine says that it installs, and changes nothing.
 NOT_COMPARED = {"SamplePackage.SecondUpdate_HasNothingToDo"}
+# Where a computer was exported, and its inventory taken, with the tools of Windows.
+COLLECTED = "CollectComputer.Command_ExportsWhatDescribesTheDevices"
 
 # Wine itself has this display adapter, and it enumerates devices by their names, where a registry
 # export has an order of its own.
@@ -67,8 +71,8 @@ def read_runs(folder):
         f"{run.parent.name}/{run.name}": {
             str(f.relative_to(run)): comparable(f) for f in run.rglob("*") if f.is_file()
         }
-        for run in pathlib.Path(folder).glob("*/*")
-        if run.parent.name not in NOT_COMPARED
+        for run in folder.glob("*/*")
+        if run.parent.name not in NOT_COMPARED | {COLLECTED}
     }
 
 
@@ -80,10 +84,22 @@ def differences(name, left, right):
             yield f"{name}/{file}: {line[:1000]}"
 
 
+def collected_differences(program, run):
+    """What was exported under Wine gives the inventory on Linux that it gave there."""
+    environment = {**os.environ, "TOLVANIX_MACHINE": run / "package" / "computer.reg"}
+    here = subprocess.run([program, "-i"], env=environment, capture_output=True)
+    sides = [{"output": in_order(DEVICE, text.decode().replace("\r\n", "\n"))}
+             for text in (here.stdout, (run / "output").read_bytes())]
+    return differences(COLLECTED, *sides)
+
+
 def main():
-    linux, wine = map(read_runs, sys.argv[1:])
+    builds = [pathlib.Path(build) for build in sys.argv[1:]]
+    linux, wine = (read_runs(build / "runs") for build in builds)
     findings = [line for run in sorted(linux.keys() | wine.keys())
                 for line in differences(run, linux.get(run, {}), wine.get(run, {}))]
+    findings += collected_differences(builds[0] / "bin" / "tolvanix",
+                                      builds[1] / "runs" / COLLECTED / "1")
     paired = [linux[run] for run in linux.keys() & wine.keys()]
     if len(paired) < LEAST_RUNS:
         findings.append(f"only {len(paired)} runs on both platforms")

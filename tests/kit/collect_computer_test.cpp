@@ -5,19 +5,22 @@
 
 #include "support/Computer.h"
 #include "support/Files.h"
+#include "support/Package.h"
 #include "support/Program.h"
 
 namespace tolvanix::test {
 namespace {
 
+// The comparison of the platforms takes the inventory of what is exported here.
 TEST(CollectComputer, Command_ExportsWhatDescribesTheDevices) {
   if (std::filesystem::path::preferred_separator == '/') GTEST_SKIP() << "there is no cmd here";
   const Computer computer(fixture("computers/four_devices.reg"));
-  const TempDir folder;
-  const std::string file = (folder / "computer.reg").string();
+  const Package package;
+  const std::string file = (package / "computer.reg").string();
   const ProgramResult result = runProgram(COLLECT_COMPUTER, {file});
   EXPECT_EQ(result.exitCode, 0);
   EXPECT_EQ(result.output + result.errors, "");
+  package.run({"-i"});
   const std::string bytes = readFile(file);
   std::size_t at = 0;
   for (const std::u16string_view part :
