@@ -43,7 +43,7 @@ join() {
 beside windows-stage windows build_and_test windows
 stage release build_and_test release
 stage asan build_and_test asan
-stage fuzz scripts/fuzz.sh 0
+stage fuzz scripts/fuzz.sh 3
 # Debian's browser goes with Debian's Python.
 stage page /usr/bin/python3 tests/kit/check_page.py build/release/bin/tolvanixkit build/release/page
 join
