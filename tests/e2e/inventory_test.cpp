@@ -1,6 +1,5 @@
 // `-i` on the computers that registry exports describe.
-#include <gtest/gtest.h>
-
+#include "support/Matchers.h"
 #include "support/Package.h"
 #include "support/Patterns.h"
 #include "support/ResultDocument.h"
@@ -29,8 +28,10 @@ TEST(Inventory, Trace_TellsEachStep) {
   const Computer computer(fixture("computers/four_devices.reg"));
   const Package package;
   package.add("DriverConfiguration.ini", "[Wine]\nVendorID=0000\n[Left out]\nVendorID=1DE4\n");
-  const Arguments arguments = {"-i", "-o", "out.xml", "-d=4", "-e", "trace.log"};
-  EXPECT_EQ(runProgram(package.program(), arguments).exitCode, 0);
+  const ProgramResult result = runProgram(package.program(), {"-i", "-d=4", "-e", "trace.log"});
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_THAT(package.explained(result),
+              HasSubstr(" PCI devices, 1 left out by DriverConfiguration.ini.\n"));
   const std::string ofWine = R"(PCI\\VEN_0000.*\n(?:KivWrapper.*\n)*)";
   EXPECT_EQ(replaced(readText(package / "trace.log"), ofWine, ""),
             readText(fixture("traces/inventory.txt")));
