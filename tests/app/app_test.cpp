@@ -1,5 +1,3 @@
-#include <string>
-
 #include "app/Status.h"
 #include "app/XMLWriter.h"
 #include "support/Files.h"

@@ -1,5 +1,4 @@
 #include <cstring>
-#include <string>
 
 #include "install/CInf.h"
 #include "install/DevHelper.h"

@@ -6,8 +6,6 @@
 #include <map>
 #include <optional>
 #include <sstream>
-#include <string>
-#include <vector>
 
 #include "check/PeFile.h"
 #include "support/Files.h"

@@ -1,11 +1,6 @@
 // A package's folder with the program in it, as an installer unpacks it.
 #pragma once
 
-#include <filesystem>
-#include <string>
-#include <string_view>
-#include <vector>
-
 #include "support/Computer.h"
 #include "support/Files.h"
 #include "support/Program.h"

@@ -2,7 +2,6 @@
 // compared with Wine (tests/checks/check_answers.py); here is what comes of a name.
 #include <chrono>
 #include <cstring>
-#include <string>
 #include <thread>
 
 #include "support/Files.h"
