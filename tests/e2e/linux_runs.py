@@ -364,12 +364,10 @@ class Terminal(WholeRun):
 
     def test_helper_at_work_is_one_line_that_is_erased(self):
         self.machine = self.add("machine.reg", EXPORT)
-        ids = [dict(zip(("vendorID", "deviceID", "subDeviceID", "subVendorID"), numbers.split()))
-               for numbers in ("1DE4 0C01 0001 1DE4", "1DE4 0C02 0002 1DE4")]
-        devices = ["<Device " + " ".join(f'{n}="{v}"' for n, v in device.items()) + "></Device>"
-                   for device in ids]
+        device = ('<Device vendorID="1DE4" deviceID="0C0{0}" subDeviceID="000{0}" '
+                  'subVendorID="1DE4"></Device>')
         self.add("kivvalid.dll", VALIDATION_LIBRARY)
-        self.add("answer.txt", f"<V>{devices[0]}{devices[1]}</V>")
+        self.add("answer.txt", f"<V>{device.format(1)}{device.format(2)}</V>")
         self.add("package.xml", "<P/>")
         self.add("a.inf", inf_file(ID))
         self.add("\u00fc\x1b[1m.inf", inf_file(ID_WITHOUT_DRIVER))
