@@ -5,7 +5,7 @@ set -eu
 packages=
 for group in "$@"; do
   case $group in
-    build) packages="$packages cmake ninja-build g++ googletest libgtest-dev libxml2-utils pciutils
+    build) packages="$packages cmake ninja-build g++ googletest libgmock-dev libxml2-utils pciutils
       python3 libcli11-dev nlohmann-json3-dev" ;;
     windows) packages="$packages cmake ninja-build g++-mingw-w64-x86-64-posix wine wine64 googletest
       libcli11-dev nlohmann-json3-dev" ;;

@@ -1,10 +1,7 @@
-#include <gtest/gtest.h>
-
-#include <string>
-
 #include "app/Status.h"
 #include "app/XMLWriter.h"
 #include "support/Files.h"
+#include "support/Matchers.h"
 #include "support/Trace.h"
 
 namespace tolvanix::test {
@@ -45,8 +42,7 @@ TEST(XMLWriter, RemoveOSElement_TakesTheFirstWholeOne) {
         traceOf([&] { result = XMLWriter::removeOSElementFromXMLString(text); });
     EXPECT_EQ(result, row.result) << row.text;
     EXPECT_EQ(text, row.left);
-    EXPECT_TRUE(trace.ends_with("removeOSElementFromXMLString: " + std::string(row.traced) + '\n'))
-        << trace;
+    EXPECT_THAT(trace, EndsWith("removeOSElementFromXMLString: " + std::string(row.traced) + '\n'));
   }
 }
 

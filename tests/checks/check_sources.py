@@ -67,7 +67,8 @@ def platform():
     allowed = re.compile(r"(src|tests)/winapi/|(?!src/).*_(posix|windows)\.\w+$")
     # The standard library's own headers are those without a folder and without ".h". The validation
     # library has a C interface. What else is included serves every platform.
-    header = r"\s*#\s*include\s*<(?![a-z_]+>|gtest/|CLI/|nlohmann/|(?:stddef|stdint|uchar)\.h>)"
+    shared = r"[a-z_]+>|gtest/|gmock/|CLI/|nlohmann/|(?:stddef|stdint|uchar)\.h>"
+    header = rf"\s*#\s*include\s*<(?!{shared})"
     macro = r".*\b(?:_WIN32|_WIN64|WIN32|__MINGW\w*|__linux__|__unix__)\b"
     foreign = re.compile(f"{header}|{macro}")
     return [f"{name}:{number}: {line}"

@@ -1,6 +1,5 @@
 // What a user meets first: help, version, and every command line that the program refuses.
-#include <gtest/gtest.h>
-
+#include "support/Matchers.h"
 #include "support/Package.h"
 #include "support/ResultDocument.h"
 
@@ -128,6 +127,8 @@ TEST(CommandLine, Trace_GoesWhereTheOptionsSay) {
   EXPECT_EQ(package.run({"-e", "trace.log", "-u", "-d=2"}).output, document);
   EXPECT_EQ(readText(package / "trace.log"),
             "loglevel=2\nlogtarget=1\nlogpathfile=trace.log\n" + error);
+  EXPECT_THAT(package.explained(package.run({"-u", "-d=4", "-e", "trace.log"})),
+              HasSubstr("What to do: "));
 }
 
 }  // namespace

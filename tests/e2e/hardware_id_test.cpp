@@ -1,11 +1,10 @@
 // `-uhid` from the command line to the helper program, on a computer with one device of the ID.
-#include <gtest/gtest.h>
-
 #include <fstream>
 #include <map>
 #include <set>
 
 #include "app/Status.h"
+#include "support/Matchers.h"
 #include "support/Package.h"
 #include "support/Patterns.h"
 #include "support/ResultDocument.h"
@@ -20,17 +19,28 @@ constexpr char kHelper[] = "tolvanixhelper64/tolvanixhelper64.exe";
 
 const std::string kOfFile = "DriverUpdate: status from Win2kInstall() = ";
 
-// What is traced last of a search, by the device status that it ends with.
-const std::map<int, std::string> kLastTraced = {
-    {-6, "DriverUpdate: No INF files found.\n"},
-    {-2, kOfFile + "1\n"},
-    {0, kOfFile + "0\n"},
-    {3, kOfFile + "3\nDriverUpdate: Found hardware ID in INF file\n"},
-    {4, kOfFile + "4\nDriverUpdate: Did not find hardware ID in any INF files.\n"},
-    {5, "Win2kInstall: Hardware ID not found in INF file.\n" + kOfFile + "5\n"},
-    {6, kOfFile + "6\n"},
-    {8, "Win2kInstall: error status from UpdateDriver() = #\n" + kOfFile + "8\n"},
-    {9, "Win2kInstall: Could not find existing device.\n" + kOfFile + "9\n"},
+// What is traced last of a search, and what tolvanixkit says of it, by the device status.
+const std::map<int, std::pair<std::string, std::string>> kEnds = {
+    {-6, {"DriverUpdate: No INF files found.\n", ""}},
+    {-2, {kOfFile + "1\n", "\nThe computer must be restarted.\n"}},
+    {0, {kOfFile + "0\n", "ended with code 0: the driver is installed.\n"}},
+    {3,
+     {kOfFile + "3\nDriverUpdate: Found hardware ID in INF file\n",
+      "1. a.inf does not list the ID.\n    2. b.inf lists the ID as \"A 100% device\", and a "
+      "device with it is present.\n"}},
+    {4,
+     {kOfFile + "4\nDriverUpdate: Did not find hardware ID in any INF files.\n",
+      "inf does not list the ID.\n"}},
+    {5,
+     {"Win2kInstall: Hardware ID not found in INF file.\n" + kOfFile + "5\n",
+      "inf does not list the ID.\n"}},
+    {6, {kOfFile + "6\n", "inf was not opened: "}},
+    {8,
+     {"Win2kInstall: error status from UpdateDriver() = #\n" + kOfFile + "8\n",
+      "the helper program "}},
+    {9,
+     {"Win2kInstall: Could not find existing device.\n" + kOfFile + "9\n",
+      "but no present device has it.\n"}},
 };
 
 TEST(HardwareId, EveryOutcome_HasItsDocumentAndExitCode) {
@@ -83,14 +93,23 @@ TEST(HardwareId, EveryOutcome_HasItsDocumentAndExitCode) {
               executionDocument(statusElement(row.exitCode), row.deviceStatus == -2 ? 1 : 0));
     const std::string trace =
         replaced(readText(package / "trace.log"), "(status from Upd.*) = .*", "$1 = #");
-    const std::string last =
-        kLastTraced.at(row.deviceStatus) +
-        formatText("actionUpdateHardwareID: deviceStatus from DriverUpdate() = %d\n",
-                   row.deviceStatus);
-    EXPECT_NE(trace.find(last), std::string::npos) << trace;
+    const auto& [traced, said] = kEnds.at(row.deviceStatus);
+    const auto status = std::to_string(row.deviceStatus);
+    EXPECT_THAT(trace, HasSubstr(traced +
+                                 "actionUpdateHardwareID: deviceStatus from "
+                                 "DriverUpdate() = " +
+                                 status + '\n'));
+    const std::string story = package.explained(result);
+    EXPECT_THAT(story, HasSubstr(said));
+    EXPECT_THAT(story, HasSubstr("\n  Device status " + status + ": "));
+    if (row.arguments.size() > 2) {
+      EXPECT_THAT(story, HasSubstr("Only this file (-n): " + row.arguments.back() + '\n'));
+    }
     if (row.deviceStatus != 8) continue;
-    EXPECT_EQ(trace.find("\nDevHelper, ExecCmd, line = ") == std::string::npos,
-              !row.helper.empty());
+    const bool started = !row.helper.empty();
+    EXPECT_EQ(trace.find("\nDevHelper, ExecCmd, line = ") == std::string::npos, started);
+    EXPECT_THAT(story,
+                HasSubstr(started ? "with code 2, which is a failure.\n" : "was not started: "));
   }
 }
 
@@ -142,9 +161,9 @@ TEST(HardwareId, Installation_TracesEveryStepAndGivesTheHelperIdAndFile) {
   EXPECT_EQ(normalized(readText(package / "trace.log")),
             readText(fixture("traces/installation.txt")));
   const std::string given = readText(package / "tolvanixhelper64/args.txt");
-  EXPECT_TRUE(given.starts_with("pci\\ven_1df1&DEV_1502&SUBSYS_04931DF4\n")) << given;
-  EXPECT_NE(given.find("\\a.inf\n"), std::string::npos) << given;
-  EXPECT_TRUE(given.ends_with("tolvanixhelper64\n")) << given;
+  EXPECT_THAT(given, StartsWith("pci\\ven_1df1&DEV_1502&SUBSYS_04931DF4\n"));
+  EXPECT_THAT(given, HasSubstr("\\a.inf\n"));
+  EXPECT_THAT(given, EndsWith("tolvanixhelper64\n"));
 }
 
 }  // namespace

@@ -61,8 +61,12 @@ def utf16(text):
     return ("\ufeff" + text.replace("\n", "\r\n")).encode("utf-16-le")
 
 
+def environment_with(machine):
+    return {**os.environ, "TOLVANIX_MACHINE": str(machine)}
+
+
 def run(program, *arguments, machine, environment={}, stdout=subprocess.PIPE, **more):
-    environment = {**os.environ, "TOLVANIX_MACHINE": str(machine), **environment}
+    environment = environment_with(machine) | environment
     more |= {"stdout": stdout, "stderr": subprocess.PIPE}
     return subprocess.run([program, *arguments], env=environment, timeout=30, **more)
 
@@ -85,6 +89,14 @@ class WholeRun(unittest.TestCase):
         else:
             file.write_bytes(content if isinstance(content, bytes) else content.encode())
         return file
+
+    def add_helper(self, script):
+        name = "tolvanixhelper64/tolvanixhelper64.exe"
+        self.add(name, "#!/bin/sh\n" + script).chmod(0o755)
+
+    def start_program(self, *arguments, **more):
+        command = [self.folder / PROGRAM.name, *arguments]
+        return subprocess.Popen(command, env=environment_with(self.machine), **more)
 
     def run_program(self, *arguments, **more):
         result = run(self.folder / PROGRAM.name, *arguments, machine=self.machine, **more)
@@ -306,14 +318,39 @@ class HelperProgram(WholeRun):
             self.assertEqual(export.stat().st_mode & 0o7777, 0o654, result)
 
 
+class CollectComputer(WholeRun):
+    def collect(self, *arguments):
+        script = FIXTURES.parents[1] / "kit/collect-computer.sh"
+        return subprocess.run([script, *arguments], cwd=self.folder, stderr=subprocess.PIPE)
+
+    def inventory(self, machine):
+        self.machine = machine
+        result = self.run_program("-i")
+        return result.stdout, result.stderr
+
+    def test_inventory_elsewhere_is_that_here(self):
+        here = self.inventory("")
+        self.assertIn(b"<Device ", here[0])
+        self.assertEqual(self.collect("a computer").stderr, b"")
+        self.assertEqual(self.inventory(self.folder / "a computer"), here)
+        self.assertEqual(self.collect("other.tar.gz").stderr, b"")
+        subprocess.run(["tar", "xzf", "other.tar.gz"], cwd=self.folder, check=True)
+        self.assertEqual(self.inventory(self.folder / "other"), here)
+
+    def test_wrong_use_is_one_line(self):
+        for arguments, complaint in [((), "usage: "), (("a", "b"), "usage: "),
+                                     ((".",), ". exists already\n")]:
+            run = self.collect(*arguments)
+            self.assertEqual(run.returncode, 2)
+            self.assertIn("collect-computer.sh: " + complaint, run.stderr.decode())
+
+
 class Terminal(WholeRun):
     def run_on_terminal(self, columns, *arguments, stdout):
         """What a run writes to a terminal, on standard error and perhaps on standard output."""
         ours, its = pty.openpty()
         fcntl.ioctl(its, termios.TIOCSWINSZ, struct.pack("4H", 25, columns, 0, 0))
-        environment = {**os.environ, "TOLVANIX_MACHINE": str(self.machine)}
-        command = [self.folder / PROGRAM.name, *arguments]
-        process = subprocess.Popen(command, env=environment, stdout=stdout or its, stderr=its)
+        process = self.start_program(*arguments, stdout=stdout or its, stderr=its)
         os.close(its)
         written = b""
         try:
@@ -327,17 +364,14 @@ class Terminal(WholeRun):
 
     def test_helper_at_work_is_one_line_that_is_erased(self):
         self.machine = self.add("machine.reg", EXPORT)
-        ids = [dict(zip(("vendorID", "deviceID", "subDeviceID", "subVendorID"), numbers.split()))
-               for numbers in ("1DE4 0C01 0001 1DE4", "1DE4 0C02 0002 1DE4")]
-        devices = ["<Device " + " ".join(f'{n}="{v}"' for n, v in device.items()) + "></Device>"
-                   for device in ids]
+        device = ('<Device vendorID="1DE4" deviceID="0C0{0}" subDeviceID="000{0}" '
+                  'subVendorID="1DE4"></Device>')
         self.add("kivvalid.dll", VALIDATION_LIBRARY)
-        self.add("answer.txt", f"<V>{devices[0]}{devices[1]}</V>")
+        self.add("answer.txt", f"<V>{device.format(1)}{device.format(2)}</V>")
         self.add("package.xml", "<P/>")
         self.add("a.inf", inf_file(ID))
         self.add("\u00fc\x1b[1m.inf", inf_file(ID_WITHOUT_DRIVER))
-        helper = self.add("tolvanixhelper64/tolvanixhelper64.exe", "#!/bin/sh\necho at work >&2\n")
-        helper.chmod(0o755)
+        self.add_helper("echo at work >&2\n")
 
         lines = [f"0 of 2 done, up to 300 s: {ID[4:]} from a.inf",
                  f"1 of 2 done, up to 300 s: {ID_WITHOUT_DRIVER[4:]} from \u00fc?[1m.inf"]
@@ -373,34 +407,19 @@ class Platform(WholeRun):
             self.add("kivvalid.dll", content)
             self.assertRegex(self.run_program("-u").stderr.decode(), rf"\Atolvanix: .*{reason}\n\Z")
 
-    def test_document_that_cannot_be_written_keeps_the_status(self):
-        def limit():
-            resource.setrlimit(resource.RLIMIT_FSIZE, (20, 20))
-
-        with open("/dev/full", "wb") as full:
-            self.assertEqual(self.run_program("-uhid", stdout=full).returncode, 11)
-        self.assertEqual(self.run_program("-uhid", "-o", "x", preexec_fn=limit).returncode, 11)
-        self.assertEqual((self.folder / "x").stat().st_size, 20)
-        trace = self.run_program("-uhid", "-o", "/dev/full", "-d=4").stdout
-        self.assertIn(b"XMLWriter::print: failed to write xml file /dev/full.\n", trace)
-
     def test_signal_ends_the_program_and_not_its_helper(self):
         self.add("machine", EXPORT)
         self.add("a.inf", inf_file(ID))
-        helper = self.add("tolvanixhelper64/tolvanixhelper64.exe",
-                          f"#!/bin/sh\n: >{self.folder}/started\n"
-                          f"read line <{self.folder}/go\n: >{self.folder}/done\n")
-        helper.chmod(0o755)
+        self.add_helper(": >../started\nread line <../go\n: >../done\n")
         os.mkfifo(self.folder / "go")
         started, done = self.folder / "started", self.folder / "done"
-        environment = {**os.environ, "TOLVANIX_MACHINE": str(self.machine)}
-        command = [self.folder / PROGRAM.name, "-uhid", "-w", ID, "-o", "x", "-d=4", "-e", "trace"]
+        arguments = ["-uhid", "-w", ID, "-o", "x", "-d=4", "-e", "trace"]
         for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
-            options = {"start_new_session": True, "env": environment,
+            options = {"start_new_session": True,
                        "preexec_fn": lambda number=number: signal.signal(number, signal.SIG_DFL)}
             for end, helper_ends in ((os.kill, False), (os.killpg, True)):
                 with self.subTest(signal=number, end=end):
-                    process = subprocess.Popen(command, **options)
+                    process = self.start_program(*arguments, **options)
                     while not started.exists():
                         time.sleep(0.01)
                     end(process.pid, number)
@@ -427,9 +446,7 @@ class Platform(WholeRun):
             size = fcntl.fcntl(write_end, fcntl.F_SETPIPE_SZ, 4096)
             self.assertGreater(len(expected), 2 * size)
             os.set_blocking(write_end, False)
-            command = [self.folder / PROGRAM.name, *arguments]
-            environment = {**os.environ, "TOLVANIX_MACHINE": str(self.machine)}
-            process = subprocess.Popen(command, env=environment, stdout=write_end)
+            process = self.start_program(*arguments, stdout=write_end)
             with process, open(read_end, "rb") as reader:
                 os.close(write_end)
                 # Nothing is read before the program waits, or has given up.
@@ -499,8 +516,7 @@ class Platform(WholeRun):
     def test_fragment_and_trace_go_out_at_once(self):
         self.add("a.inf", inf_file(ID))
         self.machine = self.add("machine.reg", EXPORT)
-        helper = self.add("tolvanixhelper64/tolvanixhelper64.exe", "#!/bin/sh\nkill -KILL $PPID\n")
-        helper.chmod(0o755)
+        self.add_helper("kill -KILL $PPID\n")
         killed = self.run_program("-uhid", "-w", ID, "-d=4")
         self.assertIn(b'<SVMExecution lang="en">', killed.stdout)
         self.assertIn(b"ExecCmd: Using pDir;", killed.stdout)

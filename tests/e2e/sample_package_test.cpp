@@ -1,9 +1,7 @@
 // The sample package as it is delivered, on the sample computer.
 #include <gtest/gtest.h>
 
-#include <string>
 #include <utility>
-#include <vector>
 
 #include "support/Package.h"
 

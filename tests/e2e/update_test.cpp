@@ -1,8 +1,7 @@
 // `-u` with real validation libraries, on a computer with the devices 1502 and 1E03 (vendor 1DF1,
 // subsystem 0493 1DF4).
-#include <gtest/gtest.h>
-
 #include "app/Status.h"
+#include "support/Matchers.h"
 #include "support/Package.h"
 #include "support/Patterns.h"
 #include "support/ResultDocument.h"
@@ -35,8 +34,9 @@ std::string inValidation(const std::string& content) {
   return "<SVMValidation>" + content + "</SVMValidation>";
 }
 
-std::string finding(const std::string& type) {
-  return "<Validation type=\"" + type + R"(" result="false"><Message>m</Message></Validation>)";
+std::string finding(const std::string& type, const std::string& message = "m") {
+  return "<Validation type=\"" + type + R"(" result="false"><Message>)" + message +
+         "</Message></Validation>";
 }
 
 std::string infWith(const std::vector<std::string>& deviceIds) {
@@ -54,15 +54,14 @@ class UpdatePackage : public Package {
     placeValidationLibrary(path(), answer, withoutExport);
   }
 
+  // The trace goes to a file.
   ProgramResult update(Arguments arguments = {}) const {
     const Computer computer(fixture("computers/two_devices.reg"));
-    arguments.insert(arguments.begin(), "-u");
+    arguments.insert(arguments.begin(), {"-u", "-e", "trace.log"});
     return run(arguments);
   }
-  // The trace of a run, apart from its document.
-  std::string trace(Arguments arguments) const {
-    arguments.insert(arguments.end(), {"-e", "trace.log"});
-    update(std::move(arguments));
+  std::string trace(const Arguments& arguments) const {
+    update(arguments);
     return readText(*this / "trace.log");
   }
 };
@@ -112,21 +111,40 @@ TEST(Update, Devices_EachHasItsOutcomeAndTheFirstFailureIsTheStatus) {
 }
 
 TEST(Update, SameDeviceTwice_IsInstalledOnceAndReportedTwice) {
-  const UpdatePackage package(inValidation(listed("1502") + listed("1E03") + listed("1502")));
+  const std::string content = listed("1502") + listed("1E03") + listed("FFFF") + listed("1502");
+  const UpdatePackage package(inValidation(content + finding("soft", "It is &lt;newer&gt;.")));
+  package.add("package.xml", "<P><Name><Display><![CDATA[Pack]]></Display></Name></P>");
   package.add("a.inf", infWith({"1502", "1E03"}));
   placeHelper(package / kHelper, "record args.txt\nexit 1");
-  const std::string trace = package.trace({"-d=4", "-o", "out.xml"});
-  EXPECT_EQ(readText(package / "out.xml"),
-            executionDocument(outcome("1502", 0) + outcome("1E03", 0) + outcome("1502", 0), 1));
+  const ProgramResult result = package.update({"-d=4"});
+  EXPECT_EQ(result.output, executionDocument(outcome("1502", 0) + outcome("1E03", 0) +
+                                                 outcome("FFFF", 36) + outcome("1502", 0),
+                                             1));
+  const std::string id = "PCI\\VEN_1DF1&DEV_1502&SUBSYS_04931DF4\n";
   EXPECT_EQ(only(readText(package / "tolvanixhelper64/args.txt"), {"PCI"}),
-            "PCI\\VEN_1DF1&DEV_1502&SUBSYS_04931DF4\nPCI\\VEN_1DF1&DEV_1E03&SUBSYS_04931DF4\n");
-  EXPECT_NE(trace.find("PerformExecution: Found a device match.\n"
-                       "PerformExecution: Duplicate hardware ID found = "
-                       "PCI\\VEN_1DF1&DEV_1502&SUBSYS_04931DF4\n"
-                       "PerformExecution: deviceStatus = -2\n"
-                       "PerformExecution: mappedDeviceStatus = 0\n"
-                       "UpdateValidatedDevices: reboot = 1\n"),
-            std::string::npos);
+            id + "PCI\\VEN_1DF1&DEV_1E03&SUBSYS_04931DF4\n");
+  EXPECT_THAT(readText(package / "trace.log"),
+              HasSubstr("PerformExecution: Found a device match.\n"
+                        "PerformExecution: Duplicate hardware ID found = " +
+                        id +
+                        "PerformExecution: deviceStatus = -2\n"
+                        "PerformExecution: mappedDeviceStatus = 0\n"
+                        "UpdateValidatedDevices: reboot = 1\n"));
+  const std::string story = package.explained(result);
+  std::size_t at = 0;
+  for (const std::string text :
+       {"Package: Pack\n",
+        "Validation library: 4 devices to update, 1 finding.\n"
+        "  soft, result false: It is <newer>.\n",
+        "Device 1: Card, installed 1.0, package 2.0\n  Hardware ID: PCI\\VEN_1DF1&DEV_1502",
+        "1. a.inf lists the ID as \"A 100% device\", and a device with it is present; the helper "
+        "program ended with code 1: the driver is installed, and the computer must be restarted.\n",
+        "Device 3: Card", "1. a.inf does not list the ID.\n  Device status 5: ", "Device 4: Card",
+        "This ID was handled above; the outcome is the same.\n  Device status -2: ",
+        "\nThe computer must be restarted.\nThe first failure decides: device 3.\n"}) {
+    at = story.find(text, at);
+    ASSERT_NE(at, std::string::npos) << text << '\n' << story;
+  }
 }
 
 // The weightiest finding decides, wherever it is; each step of the scan is traced.
@@ -156,7 +174,9 @@ TEST(Update, Findings_QualificationAndHardRefuse) {
               executionDocument(row.status == 0 ? "" : statusElement(row.status)));
   }
   const UpdatePackage package(inValidation("<Device>" + finding("hard") + "</Device>"));
-  EXPECT_EQ(package.update().exitCode, 21);
+  const ProgramResult refused = package.update({"-d=4"});
+  EXPECT_EQ(refused.exitCode, 21);
+  EXPECT_THAT(package.explained(refused), HasSubstr("\n  hard, result false: m\n"));
 }
 
 TEST(Update, Library_IsCalledOnceAndGetsItsDocumentBack) {
@@ -174,18 +194,21 @@ TEST(Update, LibraryCannotBeUsed_StatusSaysWhy) {
     const char* answer;
     const char* withoutExport;
     const char* calls;
+    const char* said;  // by tolvanixkit
   } rows[] = {
-      {18, "throw", "", "validate\nunloaded\n"},
-      {22, "null", "", "validate\nunloaded\n"},
-      {25, "", "SPValidate", "unloaded\n"},
-      {26, "", "SPFreeValidationXML", "unloaded\n"},
+      {18, "throw", "", "validate\nunloaded\n",
+       "The trace ends after: PerformValidation: Calling SPValidate"},
+      {22, "null", "", "validate\nunloaded\n", "it returned no document.\n"},
+      {25, "", "SPValidate", "unloaded\n", "What to do: "},
+      {26, "", "SPFreeValidationXML", "unloaded\n", "What to do: "},
   };
   for (const auto& row : rows) {
     const UpdatePackage package(row.answer, row.withoutExport);
-    const ProgramResult result = package.update();
+    const ProgramResult result = package.update({"-d=4"});
     EXPECT_EQ(result.exitCode, row.status);
     EXPECT_EQ(result.output, executionDocument(statusElement(row.status)));
     EXPECT_EQ(readFile(package / "calls.txt"), row.calls);
+    EXPECT_THAT(package.explained(result), HasSubstr(row.said));
   }
   EXPECT_EQ(UpdatePackage("throw at the end").update().output, executionDocument(""));
   const UpdatePackage package("");

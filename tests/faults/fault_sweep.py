@@ -196,6 +196,17 @@ def run(job):
 
 # ---- What must hold ----
 
+# What is traced when an update lacks memory for the hardware IDs that it has handled, and the exit
+# code. With its memory the validation library gets its document back.
+CAUGHT = b"PerformExecution: Caught exception. e.getErrorNum() = "
+LACKS = {
+    b"PerformExecution: Error: Unable to create HwIDList object.\n" + CAUGHT + b"28\n": 28,
+    b"AddHwIDNode: Error: Unable to create HwIDNode object.\nPerformExecution: Error: Failed to add "
+    b"new hardware ID node to the list.\n" + CAUGHT + b"29\n": 29,
+    b"HwIDNode: Error: Unable to allocate char array to hold hardware ID string.\n": 0,
+}
+FREED = b"\nFreeValidationXML: Freeing validation XML.\n"
+
 CANNOT_START = b"Error: Failed while trying to initialize objects."
 
 
@@ -237,6 +248,11 @@ def complaints(job, outcome, untroubled):
     if outcome.exit_code not in range(41) and not is_end_by_loader(job, outcome):
         yield f"it ends with {outcome.exit_code}"
         return
+    lacks = [status for text, status in LACKS.items() if text in outcome.trace]
+    if job.first == job.last and any(status != outcome.exit_code for status in lacks):
+        yield "a lack of memory has another exit code"
+    if lacks and FREED not in outcome.trace:
+        yield "the validation library does not get its document back"
     if outcome.new_drivers is None:
         yield "the computer's file is damaged"
     elif not outcome.new_drivers <= RUNS[job.run].installed:
@@ -292,6 +308,7 @@ def describe(job):
 def main():
     findings = defaultdict(list)
     troubled, faulty, documents = Counter(), Counter(), {}
+    never_lacked = set(LACKS) if "allocation" in (KINDS or ERRORS) else set()
     with tempfile.TemporaryDirectory() as parent_folder, multiprocessing.Pool(
         2, become_runner, (parent_folder,)
     ) as pool:
@@ -307,6 +324,7 @@ def main():
             sweep = job._replace(first=0, last=0)
             troubled[sweep] += outcome.faults > 0
             faulty[sweep] += outcome.faults
+            never_lacked -= {text for text in never_lacked if text in outcome.trace}
             wrong = list(complaints(job, outcome, untroubled[sweep]))
             if job == sweep and outcome.exit_code != 0:
                 wrong.append("an untroubled run fails")
@@ -316,6 +334,8 @@ def main():
                 documents.setdefault(outcome.document, describe(job))
         for document in invalid_documents(documents, parent_folder):
             findings[f"the schema refuses {document.decode()}", documents[document]].append("")
+    for text in never_lacked:
+        findings["never traced", text.decode()].append("")
     for sweep in SWEEPS:
         print(f"{describe(sweep)}: {troubled[sweep]} runs, {faulty[sweep]} faults")
         if troubled[sweep] < getattr(RUNS[sweep.run], sweep.place)[sweep.kind]:

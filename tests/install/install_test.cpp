@@ -1,7 +1,4 @@
-#include <gtest/gtest.h>
-
 #include <cstring>
-#include <string>
 
 #include "install/CInf.h"
 #include "install/DevHelper.h"
@@ -9,6 +6,7 @@
 #include "install/DriverUpdate.h"
 #include "install/ExecCmd.h"
 #include "support/Files.h"
+#include "support/Matchers.h"
 #include "support/Trace.h"
 #include "winapi/winapi.h"
 
@@ -121,9 +119,9 @@ TEST(CInf, Open_UnusableFile_GivesAnErrorAndTracesIt) {
   const auto open = [](const char* name) {
     DWORD error = ERROR_SUCCESS;
     const std::string trace = traceOf([&] { error = CInf().Open(name, 0); });
-    EXPECT_TRUE(trace.starts_with("\nCInf::Open, line = ")) << trace;
+    EXPECT_THAT(trace, StartsWith("\nCInf::Open, line = "));
     const auto code = ", error code = " + std::to_string(static_cast<int>(error)) + ',';
-    EXPECT_NE(trace.find(code), std::string::npos) << trace;
+    EXPECT_THAT(trace, HasSubstr(code));
     return error;
   };
   EXPECT_EQ(open("none.inf"), ERROR_FILE_NOT_FOUND);
@@ -135,15 +133,15 @@ TEST(CInf, Open_UnusableFile_GivesAnErrorAndTracesIt) {
   CInf inf;
   inf.Open("test.inf", 0);
   const std::string error = traceOf([&inf] { inf.EnumManufacturers(); });
-  EXPECT_TRUE(error.starts_with("\nCInf::EnumManufacturers, line = ")) << error;
-  EXPECT_NE(error.find(", error code = -5368706"), std::string::npos) << error;
+  EXPECT_THAT(error, StartsWith("\nCInf::EnumManufacturers, line = "));
+  EXPECT_THAT(error, HasSubstr(", error code = -5368706"));
 }
 
 TEST(PrintError, TextWithAnInsert_IsTracedAsItIs) {
   const CurrentTempDir folder;
   const std::string trace = traceOf([] { PrintError(ERROR_BAD_EXE_FORMAT, "place", 7); });
   const std::string start = "\nplace, line = 7, error code = 193, error msg = ";
-  EXPECT_TRUE(trace.starts_with(start)) << trace;
+  EXPECT_THAT(trace, StartsWith(start));
   EXPECT_GT(trace.size(), start.size() + 2) << "the system has a text";
 }
 
@@ -157,10 +155,9 @@ TEST(DriverUpdate, NoHardwareId_IsADeviceStatus) {
   char id[] = "PCI\\VEN_1DE4";
   std::string trace = traceOf([&] { status = DriverUpdate(id, "none.inf", 0); });
   EXPECT_EQ(status, kDeviceNamedInfNotFound);
-  EXPECT_TRUE(trace.ends_with("DriverUpdate: INF file was not found = none.inf\n")) << trace;
+  EXPECT_THAT(trace, EndsWith("DriverUpdate: INF file was not found = none.inf\n"));
   trace = traceOf([&] { Win2kInstall("none.inf", "", 0); });
-  EXPECT_TRUE(trace.ends_with("\nWin2kInstall: Error: Unable to open INF file: none.inf\n"))
-      << trace;
+  EXPECT_THAT(trace, EndsWith("\nWin2kInstall: Error: Unable to open INF file: none.inf\n"));
   EXPECT_EQ(traceOf([&] { status = Win2kInstall("a.inf", nullptr, 0); }),
             "Win2kInstall: Entered function.\nWin2kInstall: Error: Hardware ID pointer is NULL.\n");
   EXPECT_EQ(status, kDeviceNoIdForInstall);

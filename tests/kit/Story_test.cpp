@@ -1,11 +1,10 @@
 #include "explain/Story.h"
 
-#include <gtest/gtest.h>
-
 #include <set>
 
 #include "app/Status.h"
 #include "install/ExecCmd.h"
+#include "support/Matchers.h"
 #include "text/Format.h"
 
 namespace tolvanix::kit {
@@ -30,18 +29,18 @@ TEST(Story, EveryNumber_HasAnExplanationOfItsOwn) {
     const std::size_t last = story.find(formatText("\nExit code %d: ", code));
     ASSERT_NE(last, std::string::npos) << story;
     EXPECT_EQ(story.find('\n', last + 1), story.size() - 1) << story;
-    EXPECT_NE(story.find("\nWhat to do: "), std::string::npos) << story;
+    EXPECT_THAT(story, test::HasSubstr("\nWhat to do: "));
     explanations.insert(story.substr(story.find(':', last)));
   }
   EXPECT_EQ(explanations.size(), static_cast<std::size_t>(kStatusCount));
   const std::string unknown = storyOf(runWith(0, kStatusCount), kStatusCount);
-  EXPECT_NE(unknown.find(": this is no exit code of the program.\n"), std::string::npos);
+  EXPECT_THAT(unknown, test::HasSubstr(": this is no exit code of the program.\n"));
 
   for (const int status : {-7, -6, -5, -4, -2, -1, 0, 1, 3, 4, 5, 6, 7, 8, 9}) {
     const std::string story = storyOf(runWith(status, kUpdateFailed), kUpdateFailed);
-    EXPECT_NE(story.find(formatText("\n  Device status %d: ", status)), std::string::npos) << story;
-    EXPECT_EQ(story.find("does not have"), std::string::npos) << story;
-    EXPECT_NE(story.find("\n  What to do: "), std::string::npos) << story;
+    EXPECT_THAT(story, test::HasSubstr(formatText("\n  Device status %d: ", status)));
+    EXPECT_THAT(story, test::Not(test::HasSubstr("does not have")));
+    EXPECT_THAT(story, test::HasSubstr("\n  What to do: "));
   }
 }
 

@@ -11,43 +11,9 @@ import sys
 from selenium import webdriver
 
 KIT, FOLDER = pathlib.Path(sys.argv[1]).resolve(), pathlib.Path(sys.argv[2]).resolve()
-HEAD = '<?xml version="1.0" encoding="UTF-8"?>'
-NAMES = ["Sample Gigabit Network Adapter", "<b onclick='x'>Gerät & \"Netz\"</b>", "網路卡",
-         "A name that is much longer than a telephone is wide and goes on and on and on",
-         "Sample Storage Controller"]
-
-
-def escaped(text):
-    for character, entity in zip("&<>\"'", ("&amp;", "&lt;", "&gt;", "&quot;", "&apos;")):
-        text = text.replace(character, entity)
-    return text
-
-
-def device(number, outcome=""):
-    return (f'<Device vendorID="1DE0" deviceID="{number:04X}" subDeviceID="0001" '
-            f'subVendorID="1DE0" bus="{number}" device="31" function="0" '
-            f'display="{escaped(NAMES[number % len(NAMES)])}"><Application componentType="DRVR" '
-            f'version="1.{number}.0.5" display="D">{outcome}</Application></Device>')
-
-
-def status(code):
-    return f'<SPStatus result="{str(not code).lower()}"><Message id="{code}">m</Message></SPStatus>'
-
-
-def execution(content, restart):
-    return (f'{HEAD}<SVMExecution lang="en">{content}<RebootRequired>{restart}</RebootRequired>'
-            "</SVMExecution>")
-
-
-def documents():
-    package = '<Package version="2.0.0.0"/>'
-    inventory = "".join(device(number) for number in (9, 10, 2, 33))
-    return {
-        "office-pc-14": execution(device(0, package + status(0)) + device(4, package + status(39)),
-                                  1),
-        "reception": f'{HEAD}<SVMInventory lang="en">{inventory}</SVMInventory>',
-        "server": execution(status(21), 0),
-    }
+NETWORK, STORAGE = "Sample Gigabit Network Adapter", "Sample Storage Controller"
+LONG_NAME = "A name that is much longer than a telephone is wide and goes on and on and on"
+DOCUMENTS = sorted((pathlib.Path(__file__).parents[1] / "fixtures/report").glob("*.xml"))
 
 
 class Page:
@@ -92,7 +58,7 @@ def expect(what, actual, wanted):
 
 def check(page):
     expect("devices", sorted(page.column("Device")),
-           sorted([NAMES[0], NAMES[4], NAMES[4], NAMES[0], NAMES[2], NAMES[3], "(the run)"]))
+           ["(the run)", LONG_NAME, *[NETWORK] * 2, *[STORAGE] * 2, "網路卡"])
     expect("restart", page.ask("document.querySelector('.note').innerText"),
            "Restart needed: office-pc-14")
     expect("failed rows", page.ask("document.querySelectorAll('tr.bad').length"), 2)
@@ -119,10 +85,8 @@ def check(page):
 
 failures = []
 FOLDER.mkdir(parents=True, exist_ok=True)
-for name, text in documents().items():
-    (FOLDER / f"{name}.xml").write_text(text, encoding="utf-8")
-subprocess.run([KIT, "report", "--format", "html", "-o", FOLDER / "page.html",
-                *sorted(FOLDER.glob("*.xml"))], check=True)
+command = [KIT, "report", "--format", "html", "-o", FOLDER / "page.html", *DOCUMENTS]
+subprocess.run(command, check=True)
 shown = Page()
 try:
     shown.browser.get((FOLDER / "page.html").as_uri())

@@ -1,8 +1,6 @@
 // kit/collect-computer.cmd, which runs on Windows alone.
 #include <gtest/gtest.h>
 
-#include <string>
-
 #include "support/Computer.h"
 #include "support/Files.h"
 #include "support/Package.h"

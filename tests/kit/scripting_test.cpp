@@ -42,7 +42,7 @@ struct Shell {
 };
 
 Shell shellFor(const std::string& language) {
-  const std::string kit = fs::path(TOLVANIX_KIT).parent_path().string();
+  const std::string kit = fs::path(SAMPLE_PACKAGE).parent_path().string();
   const bool windows = fs::path::preferred_separator == '\\';
   if (windows && language == "bat") {
     return {R"(C:\windows\system32\cmd.exe)",

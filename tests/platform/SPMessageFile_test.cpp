@@ -1,8 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <string>
-#include <vector>
-
 #include "app/SPException.h"
 #include "platform/SPMessageFile.h"
 #include "platform/SPModuleFile.h"

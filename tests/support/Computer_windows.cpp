@@ -1,14 +1,12 @@
 // clang-format off: windows.h comes first.
 #include <windows.h>
 // clang-format on
-
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <regex>
 #include <sstream>
 #include <stdexcept>
-#include <vector>
 
 #include "support/Computer.h"
 #include "support/Files.h"

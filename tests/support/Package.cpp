@@ -1,9 +1,9 @@
 #include "support/Package.h"
 
-#include <gtest/gtest.h>
-
 #include <cstdlib>
 
+#include "support/Matchers.h"
+#include "support/Patterns.h"
 #include "support/ResultDocument.h"
 
 namespace tolvanix::test {
@@ -69,6 +69,20 @@ ProgramResult Package::run(const Arguments& arguments) const {
     EXPECT_EQ(schemaErrors(result.output), "") << result.output;
   }
   return result;
+}
+
+std::string Package::explained(const ProgramResult& result) const {
+  add("result.xml", result.output);
+  const auto story =
+      runKit({"explain", (folder / "trace.log").string(), (folder / "result.xml").string()});
+  EXPECT_EQ(story.exitCode, 0) << story.errors;
+  const auto last = "\nExit code " + std::to_string(result.exitCode) + ": [^\n]*\n$";
+  EXPECT_TRUE(isMatch(story.output, last)) << story.output;
+  return story.output;
+}
+
+ProgramResult runKit(const Arguments& arguments) {
+  return runProgram(TOLVANIX_KIT, arguments);
 }
 
 }  // namespace tolvanix::test

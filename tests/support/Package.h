@@ -1,11 +1,6 @@
 // A package's folder with the program in it, as an installer unpacks it.
 #pragma once
 
-#include <filesystem>
-#include <string>
-#include <string_view>
-#include <vector>
-
 #include "support/Computer.h"
 #include "support/Files.h"
 #include "support/Program.h"
@@ -30,8 +25,15 @@ class Package {
   // that is no valid one fails the test.
   ProgramResult run(const Arguments& arguments) const;
 
+  // What `tolvanixkit explain` says about a run that left its trace in trace.log. Its document must
+  // agree, and its exit code comes last.
+  std::string explained(const ProgramResult& result) const;
+
  private:
   TempDir folder;
 };
+
+// A run of tolvanixkit in the current folder.
+ProgramResult runKit(const Arguments& arguments);
 
 }  // namespace tolvanix::test

@@ -3,8 +3,6 @@
 
 #include <algorithm>
 #include <sstream>
-#include <string>
-#include <vector>
 
 #include "log/DebugWriter.h"
 #include "support/Files.h"

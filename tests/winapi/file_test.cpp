@@ -1,10 +1,7 @@
 // Files and paths, to the documented behaviour: the same tests judge the system's own functions.
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <string>
 #include <utility>
-#include <vector>
 
 #include "support/Files.h"
 #include "winapi/Owner.h"

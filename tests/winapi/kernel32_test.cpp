@@ -1,13 +1,11 @@
 // Modules, messages of errors and INI files, to the documented behaviour. What INI files hold is
 // compared with Wine (tests/checks/check_answers.py); here is what comes of a name.
-#include <gtest/gtest.h>
-
 #include <chrono>
 #include <cstring>
-#include <string>
 #include <thread>
 
 #include "support/Files.h"
+#include "support/Matchers.h"
 #include "winapi/Owner.h"
 
 namespace tolvanix::test {
@@ -23,8 +21,8 @@ std::string programPath() {
 TEST(GetModuleFileName, IsTheProgramsPathWithBackslashesInAnyFolder) {
   const std::string path = programPath();
   EXPECT_EQ(path.substr(path.rfind('\\') + 1, 10), "unit_tests");
-  EXPECT_EQ(path.find('/'), std::string::npos);
-  EXPECT_EQ(path.find("\\.\\"), std::string::npos);
+  EXPECT_THAT(path, Not(HasSubstr("/")));
+  EXPECT_THAT(path, Not(HasSubstr("\\.\\")));
   const CurrentTempDir folder;
   EXPECT_EQ(programPath(), path);
   const auto length = static_cast<DWORD>(path.size());

@@ -1,10 +1,7 @@
 // The presented computer: names and versions.
 #include <gtest/gtest.h>
 
-#include <string>
-#include <string_view>
 #include <utility>
-#include <vector>
 
 #include "support/Computer.h"
 #include "support/Files.h"

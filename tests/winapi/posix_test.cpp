@@ -10,7 +10,6 @@
 #include <csignal>
 #include <cstddef>
 #include <fstream>
-#include <string>
 #include <thread>
 
 #include "Child.h"

@@ -3,8 +3,6 @@
 // asked.
 #include <gtest/gtest.h>
 
-#include <string>
-
 #include "support/Computer.h"
 #include "support/Files.h"
 #include "winapi/Owner.h"
