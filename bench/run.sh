@@ -61,7 +61,7 @@ benchmark() {
 benchmark_median() { awk -F, -v name="\"$1_median\"" '$1 == name { print $3 }' "$work/benchmark.csv"; }
 
 printf '%-66s %9s %9s\n' '' measured 'at most'
-for part in start inventory document find_driver helper update_package; do
+for part in start inventory document find_driver helper update_package sizes; do
   . "bench/$part.sh"
 done
 [ "$missed" -eq 0 ] || echo "$missed missed"

@@ -127,4 +127,5 @@ def main():
     sys.exit(1 if findings else 0)
 
 
-main()
+if __name__ == "__main__":
+    main()

@@ -263,12 +263,17 @@ class HelperProgram(WholeRun):
     def test_installation_adds_the_version_to_the_registry_export(self):
         self.add("tolvanixhelper64/tolvanixhelper64.exe", HELPER)
         self.add("device.inf", inf_file(ID))
-        for encode in (str.encode, utf16):
-            self.machine = self.add("machine.reg", encode(EXPORT))
+        no_version = EXPORT.replace("DriverVersion", "DriverDate")
+        no_class_key = (HEADER + device("A", ID, Driver=KEY)).rstrip()
+        for export, encode in [
+            (EXPORT, str.encode), (EXPORT, utf16), (no_version, str.encode),
+            (no_class_key, str.encode),
+        ]:
+            self.machine = self.add("machine.reg", encode(export))
             for _ in range(2):  # the second run has nothing to add
                 installed = self.run_program("-uhid", "-w", ID)
                 self.assertEqual(installed.returncode, 0, installed)
-                self.assertEqual(self.machine.read_bytes(), encode(EXPORT + ADDED))
+                self.assertEqual(self.machine.read_bytes(), encode(export + ADDED))
 
         # A relative name is meant where the program is started, for the helper too.
         self.machine = self.add("machine.reg", EXPORT).name
