@@ -83,7 +83,7 @@ std::optional<Element> element(View text, View name, std::size_t start) {
   if (tag.text.empty()) return std::nullopt;
   const std::size_t first = tagPosition(text, tag, start);
   if (isSelfClosing(tag.text)) {
-    return Element{tag.text, {}, first + tag.text.size()};
+    return Element{text.substr(first, tag.text.size()), {}, first + tag.text.size()};
   }
   // The next search goes on after the first closing tag from `start` on, even a stray one before
   // this element; the element ends at the first one after its own start.
@@ -95,6 +95,15 @@ std::optional<Element> element(View text, View name, std::size_t start) {
   const std::size_t innerSize = close > inner ? close - inner : 0;
   return Element{text.substr(first, close + endTag.size() - first), text.substr(inner, innerSize),
                  next + endTag.size()};
+}
+
+std::optional<Element> nextElement(View text, View name, const Element& previous) {
+  const auto first = static_cast<std::size_t>(previous.whole.data() - text.data());
+  if (previous.next > first) return element(text, name, previous.next);
+  const std::u16string endTag = closeTag(name);
+  Element again = previous;
+  again.next = text.find(endTag, previous.next) + endTag.size();
+  return again;
 }
 
 View innerText(View text, View name) {
@@ -135,7 +144,7 @@ AttributeReader::AttributeReader(View text, View name)
     : searched(text), elementName(name), first(element(text, name, 0)) {}
 
 View AttributeReader::value(View attribute) const {
-  for (auto found = first; found; found = element(searched, elementName, found->next)) {
+  for (auto found = first; found; found = nextElement(searched, elementName, *found)) {
     const View result = attributeValue(attributePair(found->whole, attribute));
     if (!result.empty()) return result;
   }

@@ -37,6 +37,10 @@ std::optional<std::size_t> elementEnd(View text, View name, std::size_t start);
 // The first element of that name at or after `start`; none when its closing tag is missing, too.
 std::optional<Element> element(View text, View name, std::size_t start);
 
+// The element found from `previous.next` on. That is `previous` once more after a stray closing tag
+// before it, and then it is not searched for again: that would take quadratic time.
+std::optional<Element> nextElement(View text, View name, const Element& previous);
+
 // The inner text of the first element of that name; empty when there is none.
 View innerText(View text, View name);
 
@@ -46,7 +50,7 @@ void forEachElement(View text, View name, Visit visit) {
   auto found = element(text, name, 0);
   while (found) {
     if (!visit(found->whole)) return;
-    found = element(text, name, found->next);
+    found = nextElement(text, name, *found);
   }
 }
 

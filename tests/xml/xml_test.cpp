@@ -64,6 +64,9 @@ TEST(SPXMLObject, Queries_SearchTheText) {
       {elements,
        {{u"<s><a>1</a> <t><a>2</a></t><!-- <a/> --></s>", u"<a>1</a><a>2</a><a/>"},
         {u"<a>1</a><a>2<a/>", u"<a>1</a>"},  // up to the first that is not closed
+        // found again after each closing tag before it
+        {u"</a></a><a>x</a><a>y</a>", u"<a>x</a><a>x</a><a>x</a><a>y</a>"},
+        {u"<ab <a/><a/>", u"<a/><a/>"},  // in the tag that is passed over, too
         {u"<aa></aa>", u""}}},
       {attribute,
        {{uR"(<a subvID="1502" v="25">x</a>)", u"1502"},  // where its name first occurs
