@@ -48,6 +48,7 @@ stage fuzz scripts/fuzz.sh 3
 stage page /usr/bin/python3 tests/kit/check_page.py build/release/bin/tolvanixkit build/release/page
 join
 
+stage rollout python3 tests/deploy/rollout_test.py build/release
 stage package scripts/package.sh
 # The Debian package takes as long again.
 beside reproducible-stage reproducible tests/checks/check_reproducible.sh build/package windows
@@ -58,7 +59,6 @@ stage parity python3 tests/checks/check_parity.py build/release build/windows
 # Real files, where there are some, are read too.
 stage answers python3 tests/checks/check_answers.py build/release build/windows \
   "${TOLVANIX_CORPUS:-../shared/corpus}"
-stage rollout python3 tests/deploy/rollout_test.py build/release
 stage packages tests/deploy/check_packages.sh build/package
 join
 
