@@ -7,7 +7,7 @@
 
 namespace tolvanix::kit {
 
-// The document of a million devices is a third of it.
+// Far above the trace of a large computer.
 constexpr std::uint64_t kLargestFile = std::uint64_t{1} << 30;
 
 // False for what does not exist.

@@ -19,6 +19,8 @@ namespace {
 using xmlquery::View;
 
 constexpr std::string_view kBlanks = " \t\r\n";
+// More than computers have: a whole PCI domain is 65,536 functions.
+constexpr std::size_t kMostDevices = 100'000;
 
 // The value of ` name="value"` in a start tag. The blank and the equals sign keep `device` from
 // being found in `deviceID`.
@@ -156,6 +158,9 @@ class Reader {
 
   void readContent(std::string_view root, ResultDocument& document) {
     while (nextIs("Device")) {
+      if (deviceCount == kMostDevices) {
+        refuse("it lists more than " + std::to_string(kMostDevices) + " devices");
+      }
       document.devices.push_back(readDevice(takeElement("Device")));
       ++deviceCount;
     }

@@ -57,8 +57,8 @@ const char* nameOf(ResultDocument::Kind kind) {
   }
 }
 
-// A device a line, each written as soon as it is made: a million of them at once would take
-// several gigabytes.
+// A device a line, each written as soon as it is made: those of many large computers at once would
+// take several gigabytes.
 void append(std::string& out, const ReportedComputer& computer) {
   const ResultDocument& document = computer.document;
   const Json summary = {

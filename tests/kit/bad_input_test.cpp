@@ -33,6 +33,8 @@ TEST(BadInput, File_IsOneLine) {
   const std::string begun = R"(<?xml version="1.0" encoding="UTF-8"?><SVMExecution lang="en">)";
   const std::string traced = "PerformExecution: Checking for a device match.\n";
   const std::string document = executionDocument(statusElement(39));
+  std::string devices = begun;
+  for (int i = 0; i < 100'001; ++i) devices += "<Device ></Device>";
   const struct {
     Arguments arguments;
     std::vector<std::pair<std::string, std::string>> rows;  // the file's bytes, the complaint
@@ -55,6 +57,7 @@ TEST(BadInput, File_IsOneLine) {
         {begun + "<Device ><Device ></Device>" + document.substr(begun.size()), "is damaged"},
         {begun + traced + document.substr(begun.size()), "file: the document is damaged"},
         {document + "<x/>", "cut off"},
+        {devices + "</SVMExecution>", "it lists more than 100000 devices"},
         {std::string(100, '<'), "no result document"}}},
       {{"check", "package"},
        {{"text", "tolvanixkit: package.xml: this is not XML\n"},
