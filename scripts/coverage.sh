@@ -1,17 +1,24 @@
 #!/bin/sh
-# Which lines and branches of src/, sdk/ and kit/ the tests reach, whole runs included: a table by
-# folder, and build/coverage/report/index.html line by line. Branches that the compiler adds for
-# exceptions do not count, and neither does what only a failing system reaches: the test in which
-# calls fail would make those fail that write the counts.
+# Which lines and branches of src/, sdk/ and kit/ the tests reach, whole runs and those in which
+# calls fail included: a table by folder, and build/coverage/report/index.html line by line.
+# Branches are those of the source; what a compiler adds for exceptions is not among them.
 set -eu
 cd "$(dirname "$0")/.."
 scripts/setup.sh build coverage
+build=$PWD/build/coverage
+profiles=$build/profiles
 
-cmake --preset debug -B build/coverage -DCMAKE_CXX_FLAGS=--coverage >/dev/null
-cmake --build build/coverage >/dev/null
-find build/coverage -name '*.gcda' -delete
-ctest --test-dir build/coverage --output-on-failure -E '^(check\.|sdk\.|faults)' >build/coverage/tests.log ||
-  { cat build/coverage/tests.log; exit 1; }
+# Each process adds its counts to the file of its program, wherever it runs.
+count="-fprofile-instr-generate=$profiles/%m.profraw -fcoverage-mapping"
+cmake --preset debug -B "$build" -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ \
+  -DCMAKE_C_FLAGS="$count" -DCMAKE_CXX_FLAGS="$count" >/dev/null
+cmake --build "$build" >/dev/null
+rm -rf "$profiles" "$build/report"
+mkdir -p "$profiles"
+{
+  ctest --test-dir "$build" --output-on-failure -E '^(check\.|sdk\.|faults)' &&
+    cmake --build "$build" --target fault_sweep
+} >"$build/tests.log" 2>&1 || { cat "$build/tests.log"; exit 1; }
 # What Linux reads of the files that check_answers.py compares between the platforms.
 python3 -B - <<'PYTHON'
 import pathlib, sys, tempfile
@@ -24,22 +31,33 @@ with tempfile.TemporaryDirectory() as folder:
         check_answers.answers(["build/coverage/bin/platform_answers", kind], f"{folder}/{kind}")
 PYTHON
 
-mkdir -p build/coverage/report
-gcovr --root . build/coverage --filter src/ --filter sdk/ --filter kit/ \
-  --exclude-throw-branches --exclude-unreachable-branches \
-  --json-summary build/coverage/summary.json --html-details build/coverage/report/index.html
-python3 - build/coverage/summary.json <<'PYTHON'
+llvm-profdata merge -o "$build/counts" "$profiles"/*.profraw
+set -- "$build/bin/unit_tests"
+for program in tolvanix tolvanixkit platform_answers sample-package/kivvalid.dll \
+  sample-package/tolvanixhelper64/tolvanixhelper64.exe; do
+  set -- "$@" -object "$build/bin/$program"
+done
+set -- "$@" -instr-profile="$build/counts" -ignore-filename-regex='(tests|usr)/'
+# The paths in the programs are relative to the root, which is relative to nothing.
+llvm-cov show "$@" -path-equivalence="./build/coverage/.,$PWD" -show-branches=count -format=html \
+  -output-dir="$build/report" 2>"$build/unused.log" # names functions that no program has kept
+llvm-cov export "$@" -summary-only >"$build/summary.json" 2>>"$build/unused.log"
+python3 - "$build/summary.json" <<'PYTHON'
 import collections, json, os, sys
 
 folders = collections.defaultdict(collections.Counter)
-for file in json.load(open(sys.argv[1]))["files"]:
-    for folder in (os.path.dirname(file["filename"]), "all"):
-        for what in ("line_covered", "line_total", "branch_covered", "branch_total"):
-            folders[folder][what] += file[what]
+for file in json.load(open(sys.argv[1]))["data"][0]["files"]:
+    path = file["filename"].replace("./build/coverage/./", "")
+    top = "kit, all" if path.startswith("kit") else "src and sdk"
+    for folder in (os.path.dirname(path), top):
+        for what in ("lines", "branches"):
+            for number in ("count", "covered"):
+                folders[folder][what, number] += file["summary"][what][number]
 print(f"{'folder':32}{'lines':>8}{'reached':>9}{'branches':>10}{'reached':>9}")
-for folder, count in sorted(folders.items(), key=lambda item: (item[0] == "all", item)):
-    lines = count["line_covered"] / max(count["line_total"], 1)
-    branches = count["branch_covered"] / max(count["branch_total"], 1)
-    print(f"{folder:32}{count['line_total']:8}{lines:9.1%}"
-          f"{count['branch_total']:10}{branches:9.1%}")
+for folder, counts in sorted(folders.items(), key=lambda item: ("/" not in item[0], item)):
+    line = f"{folder:32}"
+    for what, width in (("lines", 8), ("branches", 10)):
+        count = counts[what, "count"]
+        line += f"{count:{width}}{counts[what, 'covered'] / max(count, 1):9.1%}"
+    print(line)
 PYTHON

@@ -11,7 +11,7 @@ for group in "$@"; do
       libcli11-dev nlohmann-json3-dev" ;;
     lint) packages="$packages clang-format clang-tidy python3 ansible ansible-lint" ;;
     demo) packages="$packages libxml2-utils pci.ids" ;;
-    coverage) packages="$packages gcovr" ;;
+    coverage) packages="$packages clang llvm libclang-rt-14-dev" ;;
     fuzz) packages="$packages cmake ninja-build clang libclang-rt-14-dev libxml2-dev python3
       libcli11-dev nlohmann-json3-dev" ;;
     browser) packages="$packages python3 python3-selenium chromium chromium-driver" ;;

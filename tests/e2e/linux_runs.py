@@ -222,7 +222,7 @@ class SysfsTree(WholeRun):
         modalias = "pci:v00001DE4d00000007sv00001AF4sd00001100bc02sc80i0A"
         known = {"vendor": "0x1de4", "device": "0x0007"}
         self.add_function("0000:00:01.0", "../other-driver", modalias=modalias, **known)
-        uevent = "PCI_ID=1DE4:0008\nDRIVER=made-up"
+        uevent = "noise\nPCI_SUBSYS_ID=0001\nPCI_ID=1DE4:0008\nDRIVER=made-up"
         subsystem = {"subsystem_vendor": "0x1af4", "subsystem_device": "0x0011"}
         self.add_function("0000:00:02.0", uevent=uevent, **{"class": "0x0c0330"}, **subsystem)
         # Bound to a driver, which `uevent` does not say.
@@ -239,7 +239,8 @@ class SysfsTree(WholeRun):
         os.mkfifo(self.folder / self.DEVICES / "0000:00:06.0/device")
         self.add_function("0000:00:08.0", modalias="p")
         self.add_function("0000:00:09.0", modalias="pci:v")
-        for name in ["no function", "000g:00:00.0", "0000:0g:00.0", "0000:00:0g.0", "0000:00:00.g"]:
+        for name in ["no function", "000g:00:00.0", "0000:0g:00.0", "0000:00:0g.0", "0000:00:00.g",
+                     "0000-00:00.0", "0000:00-00.0", "0000:00:00-0"]:
             self.add_function(name, **known)
         for driver, version in [("made_up", "3"), ("other_driver", "4"), ("of_its_own", "5")]:
             self.add(f"machine/module/{driver}/version", version + "\n")
@@ -406,6 +407,8 @@ class Platform(WholeRun):
         for content, reason in [
             (b"text", not_whole),
             (whole[:512], not_whole),
+            (b"text" + whole[4:], not_whole),
+            (whole[:4] + b"\x01" + whole[5:], not_whole),  # of 32 bits
             (whole[:18] + b"\x28" + whole[19:], "/kivvalid.dll: .+"),  # for another processor
             (whole.replace(b"\0libc.so.6\0", b"\0libx.so.6\0"), "libx.so.6: cannot open .+"),
         ]:

@@ -79,6 +79,8 @@ TEST_F(SamplePackage, Rules_GiveTheFindings) {
       {"</SupportedDevices>", "", unreadable},
       {R"( subVendorID="1DE0")", "", unreadable},
       {R"(vendorID="1DE0")", R"(vendorID="x")", unreadable},
+      {R"(vendorID="1DE0")", R"(vendorID="000001DE0")", unreadable},
+      {R"(version="1.1.0.12")", "", unreadable},
   };
   const std::string original = readText(package / "package.xml");
   for (const auto& row : rows) {

@@ -135,5 +135,83 @@ TEST_F(PosixTest, HandleOfAnotherFamilyOrClosed_IsInvalid) {
   EXPECT_FALSE(SetupDiDestroyDeviceInfoList(set));
 }
 
+// A new use of the platform shows at once when Linux does not offer it.
+TEST_F(PosixTest, UseThatTheProgramDoesNotMake_IsRefused) {
+  char text[9] = "";
+  DWORD size = sizeof text;
+  int any = 0;
+  HKEY key = nullptr;
+  const auto openKey = [&](HKEY root, DWORD options, REGSAM access) {
+    SetLastError(static_cast<DWORD>(RegOpenKeyExA(root, "", options, access, &key)));
+    return GetLastError();
+  };
+  EXPECT_EQ(openKey(&any, 0, KEY_QUERY_VALUE), ERROR_INVALID_HANDLE);
+  EXPECT_EQ(openKey(HKEY_LOCAL_MACHINE, 1, KEY_QUERY_VALUE), ERROR_INVALID_PARAMETER);
+  EXPECT_EQ(openKey(HKEY_LOCAL_MACHINE, 0, 0xF003F), ERROR_ACCESS_DENIED);
+
+  const auto isRefused = [](bool done, DWORD error) { return !done && GetLastError() == error; };
+  const auto select = [](const char* enumerator, const char* machine, void* reserved) {
+    return SetupDiGetClassDevsExA(nullptr, enumerator, nullptr, DIGCF_PRESENT | DIGCF_ALLCLASSES,
+                                  nullptr, machine, reserved) != INVALID_HANDLE_VALUE;
+  };
+  EXPECT_TRUE(isRefused(select("USB", nullptr, nullptr), ERROR_CALL_NOT_IMPLEMENTED));
+  EXPECT_TRUE(isRefused(select(nullptr, "other", nullptr), ERROR_INVALID_MACHINENAME));
+  EXPECT_TRUE(isRefused(select(nullptr, nullptr, &any), ERROR_INVALID_PARAMETER));
+  const HDEVINFO set = SetupDiCreateDeviceInfoList(nullptr, nullptr);
+  const auto hasProperty = [&](SP_DEVINFO_DATA device, DWORD room) {
+    return SetupDiGetDeviceRegistryPropertyA(set, &device, SPDRP_HARDWAREID, nullptr, nullptr, room,
+                                             nullptr) != FALSE;
+  };
+  SP_DEVINFO_DATA device{sizeof device, {}, 1, 0};
+  EXPECT_TRUE(isRefused(hasProperty(device, 0), ERROR_INVALID_PARAMETER)) << "not in the set";
+  EXPECT_TRUE(isRefused(hasProperty(device, 1), ERROR_INVALID_PARAMETER)) << "no buffer";
+  EXPECT_TRUE(isRefused(hasProperty({}, 0), ERROR_INVALID_USER_BUFFER));
+  EXPECT_TRUE(isRefused(SetupDiEnumDeviceInfo(set, 0, nullptr), ERROR_INVALID_PARAMETER));
+  EXPECT_TRUE(isRefused(SetupDiDestroyDriverInfoList(set, &device, 1), ERROR_INVALID_PARAMETER));
+  SetupDiDestroyDeviceInfoList(set);
+
+  writeFile(dir / "a.inf", "[Version]\nSignature=\"$Windows NT$\"\n");
+  const auto opens = [](const char* name, const char* infClass, DWORD style) {
+    return SetupOpenInfFileA(name, infClass, style, nullptr) != INVALID_HANDLE_VALUE;
+  };
+  EXPECT_TRUE(isRefused(opens(nullptr, nullptr, INF_STYLE_WIN4), ERROR_INVALID_PARAMETER));
+  EXPECT_TRUE(isRefused(opens(".\\a.inf", "Net", INF_STYLE_WIN4), ERROR_INVALID_PARAMETER));
+  EXPECT_TRUE(isRefused(opens(".\\a.inf", nullptr, 1), ERROR_INVALID_PARAMETER));
+  const HINF inf = SetupOpenInfFileA(".\\a.inf", nullptr, INF_STYLE_WIN4, nullptr);
+  INFCONTEXT line{};
+  EXPECT_FALSE(SetupFindFirstLineA(inf, "Version", "Class", &line)) << "by key";
+  ASSERT_TRUE(SetupFindFirstLineA(inf, "Version", nullptr, &line));
+  line.Line = 7;
+  EXPECT_TRUE(isRefused(SetupFindNextLine(&line, &line), ERROR_INVALID_PARAMETER)) << "from none";
+  SetupCloseInfFile(inf);
+
+  HANDLE read = nullptr;
+  HANDLE write = nullptr;
+  ASSERT_TRUE(CreatePipe(&read, &write, nullptr, 0));
+  const HANDLE self = GetCurrentProcess();
+  const auto duplicates = [&](HANDLE from, HANDLE to, DWORD options) {
+    return DuplicateHandle(from, read, to, &read, 0, FALSE, options) != FALSE;
+  };
+  EXPECT_TRUE(isRefused(duplicates(&any, self, DUPLICATE_SAME_ACCESS), ERROR_NOT_SUPPORTED));
+  EXPECT_TRUE(isRefused(duplicates(self, &any, DUPLICATE_SAME_ACCESS), ERROR_NOT_SUPPORTED));
+  EXPECT_TRUE(isRefused(duplicates(self, self, 0), ERROR_NOT_SUPPORTED));
+  EXPECT_TRUE(isRefused(SetHandleInformation(read, 2, 2), ERROR_NOT_SUPPORTED));
+  EXPECT_TRUE(isRefused(ReadFile(read, text, 1, &size, &any), ERROR_NOT_SUPPORTED));
+  EXPECT_TRUE(isRefused(WriteFile(write, text, 1, &size, &any), ERROR_NOT_SUPPORTED));
+  EXPECT_TRUE(
+      isRefused(PeekNamedPipe(read, text, 1, nullptr, &size, nullptr), ERROR_NOT_SUPPORTED));
+  CloseHandle(read);
+  CloseHandle(write);
+  PROCESS_INFORMATION started{};
+  const auto creates = [&](const char* program, char* command, BOOL inherits, DWORD flags) {
+    return CreateProcessA(program, command, nullptr, nullptr, inherits, flags, nullptr, nullptr,
+                          nullptr, &started) != FALSE;
+  };
+  EXPECT_TRUE(isRefused(creates("/bin/sh", text, TRUE, 0), ERROR_NOT_SUPPORTED));
+  EXPECT_TRUE(isRefused(creates(nullptr, text, FALSE, 0), ERROR_NOT_SUPPORTED));
+  EXPECT_TRUE(isRefused(creates(nullptr, text, TRUE, 4), ERROR_NOT_SUPPORTED)) << "suspended";
+  EXPECT_TRUE(isRefused(creates(nullptr, nullptr, TRUE, 0), ERROR_INVALID_PARAMETER));
+}
+
 }  // namespace
 }  // namespace tolvanix::test
