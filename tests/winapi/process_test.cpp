@@ -40,11 +40,11 @@ TEST_F(ProcessTest, Program_IsTheShortestTextBeforeABlankThatNamesAFile) {
 TEST_F(ProcessTest, Arguments_AreSplitAsTheCRuntimeDoes) {
   placeHelper(dir / "helper.exe", "record out.txt");
   ASSERT_EQ(run(native("helper.exe") + R"( plain  "with blank" "" a"b c"d \\srv\x "end\\" q\"q)"
-                                       R"( \\\"y "PCI\VEN_1DE4&DEV_1502" "C:\a b\net.inf")"),
+                                       R"( \\\"y "PCI\VEN_1DE4&DEV_1502" "C:\a b\net.inf" "x""y")"),
             0U);
   const std::string expected =
       "plain\nwith blank\n\nab cd\n\\\\srv\\x\nend\\\nq\"q\n\\\"y\n"
-      "PCI\\VEN_1DE4&DEV_1502\nC:\\a b\\net.inf\n";
+      "PCI\\VEN_1DE4&DEV_1502\nC:\\a b\\net.inf\nx\"y\n";
   EXPECT_EQ(readFile(dir / "out.txt").substr(0, expected.size()), expected);
 }
 
