@@ -12,9 +12,10 @@ status=0
 git ls-files -z -- '*.cpp' '*.c' '*.h' | xargs -0 clang-format --dry-run --Werror || status=1
 
 # configure <preset>
-# Without precompiled headers, so that an include that is missing shows.
+# Each source by itself and without precompiled headers, so that an include that is missing shows.
 configure() {
-  cmake --preset "$1" -B "build/lint/$1" -DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON >/dev/null
+  cmake --preset "$1" -B "build/lint/$1" -DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON \
+    -DCMAKE_UNITY_BUILD=OFF >/dev/null
   sources_of "build/lint/$1" >"build/lint/$1.txt"
 }
 

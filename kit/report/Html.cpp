@@ -11,13 +11,13 @@ namespace tolvanix::kit {
 
 namespace {
 
-struct Column {
+struct HtmlColumn {
   const char* title;
   const char* cssClass;
   std::string ReportRow::*text;
 };
 
-constexpr std::array<Column, 8> kColumns = {{
+constexpr std::array<HtmlColumn, 8> kColumns = {{
     {"Computer", "computer", &ReportRow::computer},
     {"Place", "place", &ReportRow::place},
     {"Device", "device", &ReportRow::device},
@@ -106,7 +106,7 @@ void appendOutcome(std::string& out, const ReportRow& row) {
 }
 
 // An empty cell has nothing in it, so that a narrow page leaves it out.
-void appendCell(std::string& out, const Column& column, const ReportRow& row) {
+void appendCell(std::string& out, const HtmlColumn& column, const ReportRow& row) {
   const std::string& text = row.*column.text;
   out.append("<td class=\"").append(column.cssClass).append("\" data-title=\"");
   out.append(column.title).append("\">");
@@ -128,26 +128,27 @@ void appendCell(std::string& out, const Column& column, const ReportRow& row) {
 }
 
 // Those that have anything to show.
-std::vector<Column> shownColumns(const Report& report, const std::vector<ReportRow>& rows) {
-  std::vector<Column> shown;
-  std::copy_if(kColumns.begin(), kColumns.end(), std::back_inserter(shown), [&](const Column& c) {
-    if (c.text == &ReportRow::computer) return report.size() > 1;
-    return std::any_of(rows.begin(), rows.end(),
-                       [&c](const ReportRow& row) { return !(row.*c.text).empty(); });
-  });
+std::vector<HtmlColumn> shownColumns(const Report& report, const std::vector<ReportRow>& rows) {
+  std::vector<HtmlColumn> shown;
+  std::copy_if(kColumns.begin(), kColumns.end(), std::back_inserter(shown),
+               [&](const HtmlColumn& c) {
+                 if (c.text == &ReportRow::computer) return report.size() > 1;
+                 return std::any_of(rows.begin(), rows.end(),
+                                    [&c](const ReportRow& row) { return !(row.*c.text).empty(); });
+               });
   return shown;
 }
 
-std::string table(const std::vector<Column>& columns, const std::vector<ReportRow>& rows) {
+std::string table(const std::vector<HtmlColumn>& columns, const std::vector<ReportRow>& rows) {
   std::string out = "<thead><tr>";
-  for (const Column& column : columns) {
+  for (const HtmlColumn& column : columns) {
     out.append(R"(<th scope="col"><button type="button">)").append(column.title);
     out.append("</button></th>");
   }
   out += "</tr></thead>\n<tbody>\n";
   for (const ReportRow& row : rows) {
     out.append("<tr class=\"").append(cssClass(row.mood)).append("\">");
-    for (const Column& column : columns) appendCell(out, column, row);
+    for (const HtmlColumn& column : columns) appendCell(out, column, row);
     out += "</tr>\n";
   }
   return out + "</tbody>";

@@ -15,7 +15,7 @@ namespace {
 constexpr char kFindPlace[] = "CDevInfoSet::FindExistingDevice";
 constexpr char kHelperFolder[] = "\\tolvanixhelper64";
 constexpr char kHelperProgram[] = "\\tolvanixhelper64.exe";
-constexpr DWORD kDirectorySize = 256;
+constexpr DWORD kFolderSize = 256;
 constexpr DWORD kOutputSize = 4096;
 constexpr int kHelperTimeLimitSeconds = 300;
 
@@ -133,9 +133,9 @@ bool CDevInfoSet::IsOSArchitectureWow64() {
 int CDevInfoSet::UpdateDriver(const DeviceCount& count) {
   TRACE_STEP("UpdateDriver: Entered function.\n");
   IsOSArchitectureWow64();  // for its end of the process alone: there is one helper program
-  char directory[kDirectorySize] = "";
-  const DWORD length = GetCurrentDirectoryA(kDirectorySize, directory);
-  if (length == 0 || length >= kDirectorySize) {
+  char directory[kFolderSize] = "";
+  const DWORD length = GetCurrentDirectoryA(kFolderSize, directory);
+  if (length == 0 || length >= kFolderSize) {
     // Without its folder the name would be that of another program.
     PrintError(length == 0 ? lastErrorOr(ERROR_PATH_NOT_FOUND) : ERROR_FILENAME_EXCED_RANGE,
                "CDevInfoSet::UpdateDriver", __LINE__);

@@ -6,7 +6,7 @@
 namespace tolvanix {
 
 namespace {
-constexpr std::u16string_view kElementName = u"Application";
+constexpr std::u16string_view kApplicationElement = u"Application";
 }
 
 SPXMLApplication::SPXMLApplication(const SPUString& name, const SPString& type,
@@ -22,12 +22,12 @@ SPUString SPXMLApplication::generateXML() const {
   if (!packageVersion.getValue().empty()) {
     package = SPXMLObject::buildElement(SPUString(u"Package"), {packageVersion}, SPUString());
   }
-  return SPXMLObject::buildElement(SPUString(kElementName),
+  return SPXMLObject::buildElement(SPUString(kApplicationElement),
                                    {componentType, subComponentID, version, display}, package);
 }
 
 void SPXMLApplication::parseXML(std::u16string_view text) {
-  const xmlquery::AttributeReader attributes(text, kElementName);
+  const xmlquery::AttributeReader attributes(text, kApplicationElement);
   for (SPXMLAttribute* attribute : {&display, &componentType, &subComponentID, &version}) {
     attributes.read(*attribute);
   }

@@ -10,7 +10,7 @@ namespace tolvanix {
 
 namespace {
 
-constexpr std::u16string_view kElementName = u"Device";
+constexpr std::u16string_view kDeviceElement = u"Device";
 
 std::int32_t decimalOrNone(const SPXMLAttribute& attribute) {
   return readDecimal(attribute.getValue()).value_or(-1);
@@ -70,7 +70,7 @@ SPUString SPXMLDevice::generateXML() const {
   for (const SPXMLApplication& application : applications) children += application.generateXML();
   for (const SPXMLValidation& validation : validations) children += validation.generateXML();
   if (status) children += status->generateXML();
-  return SPXMLObject::buildElement(SPUString(kElementName), writtenAttributes(), children);
+  return SPXMLObject::buildElement(SPUString(kDeviceElement), writtenAttributes(), children);
 }
 
 std::vector<SPXMLAttribute> SPXMLDevice::writtenAttributes() const {
@@ -88,7 +88,7 @@ std::vector<SPXMLAttribute> SPXMLDevice::writtenAttributes() const {
 }
 
 void SPXMLDevice::parseXML(std::u16string_view text) {
-  const xmlquery::AttributeReader attributes(text, kElementName);
+  const xmlquery::AttributeReader attributes(text, kDeviceElement);
   for (SPXMLAttribute* attribute : {&display, &componentID, &vendorID, &subVendorID, &deviceID,
                                     &subDeviceID, &enumerator, &bus, &device, &function}) {
     attributes.read(*attribute);

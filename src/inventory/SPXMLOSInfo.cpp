@@ -12,7 +12,7 @@ namespace tolvanix {
 
 namespace {
 
-constexpr std::u16string_view kElementName = u"OperatingSystem";
+constexpr std::u16string_view kSystemElement = u"OperatingSystem";
 
 SPXMLAttribute textAttribute(const char16_t* name, const SPUString& value) {
   SPXMLAttribute attribute(name);
@@ -29,7 +29,7 @@ SPXMLAttribute numberAttribute(const char16_t* name, std::uint32_t value) {
 
 SPUString SPXMLOSInfo::generateXML() const {
   const SPXMLOSInfo now;
-  return SPXMLObject::buildElement(SPUString(kElementName),
+  return SPXMLObject::buildElement(SPUString(kSystemElement),
                                    {
                                        textAttribute(u"osVendor", now.osVendor),
                                        textAttribute(u"osArch", now.osArch),
@@ -42,7 +42,7 @@ SPUString SPXMLOSInfo::generateXML() const {
 }
 
 void SPXMLOSInfo::parseXML(std::u16string_view text) {
-  const xmlquery::AttributeReader attributes(text, kElementName);
+  const xmlquery::AttributeReader attributes(text, kSystemElement);
   const auto number = [&](std::u16string_view attribute) {
     return static_cast<std::uint32_t>(readDecimal(attributes.value(attribute)).value_or(0));
   };

@@ -5,16 +5,16 @@
 namespace tolvanix {
 
 namespace {
-constexpr std::u16string_view kElementName = u"SPStatus";
+constexpr std::u16string_view kStatusElement = u"SPStatus";
 }
 
 SPUString SPXMLStatus::generateXML() const {
   if (result.getValue().empty()) return {};
-  return buildResult(SPUString(kElementName), {result, reboot, extMessage});
+  return buildResult(SPUString(kStatusElement), {result, reboot, extMessage});
 }
 
 void SPXMLStatus::parseXML(std::u16string_view text) {
-  const xmlquery::AttributeReader attributes(text, kElementName);
+  const xmlquery::AttributeReader attributes(text, kStatusElement);
   attributes.read(result);
   attributes.read(reboot);
   attributes.read(extMessage);

@@ -15,7 +15,6 @@ namespace {
 
 const std::string kPresent = R"(PCI\VEN_1DF1&DEV_1502&SUBSYS_04931DF4)";
 const std::string kAbsent = R"(PCI\VEN_1DF1&DEV_FFFF&SUBSYS_04931DF4)";
-constexpr char kHelper[] = "tolvanixhelper64/tolvanixhelper64.exe";
 
 const std::string kOfFile = "DriverUpdate: status from Win2kInstall() = ";
 
@@ -84,7 +83,7 @@ TEST(HardwareId, EveryOutcome_HasItsDocumentAndExitCode) {
     SCOPED_TRACE(row.what);
     const Package package;
     for (const auto& [name, text] : row.files) package.add(name, text);
-    if (!row.helper.empty()) placeHelper(package / kHelper, row.helper);
+    if (!row.helper.empty()) placeHelper(package / kHelperFile, row.helper);
     Arguments arguments = {"-uhid", "-d=4", "-e", "trace.log", "-w"};
     arguments.insert(arguments.end(), row.arguments.begin(), row.arguments.end());
     const ProgramResult result = package.run(arguments);
@@ -117,10 +116,10 @@ TEST(HardwareId, ProcessThatTheHelperLeaves_DoesNotKeepTheDocumentOpen) {
   const Computer computer(fixture("computers/four_devices.reg"));
   const Package package;
   package.add("a.inf", infFile({kPresent}));
-  placeHelper(package / kHelper, "linger go");
+  placeHelper(package / kHelperFile, "linger go");
   const ProgramResult result = package.run({"-uhid", "-w", kPresent});
   EXPECT_EQ(result.output, executionDocument(statusElement(kSuccess)));
-  EXPECT_TRUE(releaseHelper(package / kHelper, "go")) << "the document ended with the process";
+  EXPECT_TRUE(releaseHelper(package / kHelperFile, "go")) << "the document ended with the process";
 }
 
 // The first lines of the files say which IDs they list and which they lack. No device of these IDs
@@ -153,7 +152,7 @@ TEST(HardwareId, Installation_TracesEveryStepAndGivesTheHelperIdAndFile) {
   const Computer computer(fixture("computers/four_devices.reg"));
   const Package package;
   package.add("a.inf", infFile({kAbsent, "USB\\2," + kPresent}));
-  placeHelper(package / kHelper, "record args.txt\nprint 10\nexit 1");
+  placeHelper(package / kHelperFile, "record args.txt\nprint 10\nexit 1");
   const ProgramResult result =
       package.run({"-uhid", "-w", R"(pci\ven_1df1&DEV_1502&SUBSYS_04931DF4&REV_04)", "-d=4", "-e",
                    "trace.log"});

@@ -11,8 +11,6 @@
 namespace tolvanix::test {
 namespace {
 
-constexpr char kHelper[] = "tolvanixhelper64/tolvanixhelper64.exe";
-
 // One device of a validation document, and what the result document says about it.
 std::string listed(const std::string& deviceId) {
   return R"(<Device bus="1" device="2" function="3" vendorID="1DF1" deviceID=")" + deviceId +
@@ -103,7 +101,7 @@ TEST(Update, Devices_EachHasItsOutcomeAndTheFirstFailureIsTheStatus) {
     const UpdatePackage package(inValidation(row.devices));
     package.add("a.inf", row.inf);
     package.add("text", "no INF file");
-    if (!row.helper.empty()) placeHelper(package / kHelper, row.helper);
+    if (!row.helper.empty()) placeHelper(package / kHelperFile, row.helper);
     const ProgramResult result = package.update(row.arguments);
     EXPECT_EQ(result.exitCode, row.status);
     EXPECT_EQ(result.output, executionDocument(row.outcomes, row.reboot));
@@ -115,7 +113,7 @@ TEST(Update, SameDeviceTwice_IsInstalledOnceAndReportedTwice) {
   const UpdatePackage package(inValidation(content + finding("soft", "It is &lt;newer&gt;.")));
   package.add("package.xml", "<P><Name><Display><![CDATA[Pack]]></Display></Name></P>");
   package.add("a.inf", infWith({"1502", "1E03"}));
-  placeHelper(package / kHelper, "record args.txt\nexit 1");
+  placeHelper(package / kHelperFile, "record args.txt\nexit 1");
   const ProgramResult result = package.update({"-d=4"});
   EXPECT_EQ(result.output, executionDocument(outcome("1502", 0) + outcome("1E03", 0) +
                                                  outcome("FFFF", 36) + outcome("1502", 0),

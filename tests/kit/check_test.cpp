@@ -24,7 +24,6 @@ constexpr bool kOnWindows = fs::path::preferred_separator == '\\';
 const std::string kNet = "PCI\\VEN_1DE0&DEV_0010&SUBSYS_00011DE0";
 const std::string kStor = "PCI\\VEN_1DE0&DEV_0020&SUBSYS_00021DE0";
 const std::string kProgram = kOnWindows ? "tolvanix.exe" : "tolvanix";
-const std::string kHelper = "tolvanixhelper64/tolvanixhelper64.exe";
 
 std::string changed(std::string text, const std::string& from, const std::string& to) {
   std::size_t at = text.find(from);
@@ -130,7 +129,7 @@ TEST_F(Check, EachTrap_IsFound) {
       {[&] { edit("package.xml", "\"0020\"", "\"0021\""); },
        {inNoInf("PCI\\VEN_1DE0&DEV_0021&SUBSYS_00021DE0")}},
       {[&] { remove("tolvanixhelper64"); },
-       {"error: " + kHelper + ": the helper program is missing; put it there, by that name"}},
+       {"error: "s + kHelperFile + ": the helper program is missing; put it there, by that name"}},
       {[&] {
          std::string bytes = "\xFE\xFF";
          for (const char c : read("samplenet.inf")) (bytes += '\0') += c;
@@ -153,12 +152,12 @@ TEST_F(Check, EachTrap_IsFound) {
       {[&] {
          remove(kProgram);
          write("kivvalid.dll", "text");
-         write(kHelper, "text");
+         write(kHelperFile, "text");
        },
        {"error: " + kProgram + ": the program is missing; put it there, by that name",
         "error: kivvalid.dll: this is no program, and the package is for " + system +
             "; build it for the program's system",
-        "error: " + kHelper + ": this is no program; build it as a program for " + system}},
+        "error: "s + kHelperFile + ": this is no program; build it as a program for " + system}},
   };
   for (const auto& row : rows) {
     restore();
@@ -259,12 +258,12 @@ TEST_F(Check, WindowsPackage_IsTriedWithLinuxBuilds) {
   const std::string library = (folder / "library").string();
   const std::string helper = (folder / "helper").string();
   fs::rename(package() / "kivvalid.dll", library);
-  fs::rename(package() / kHelper, helper);
+  fs::rename(package() / kHelperFile, helper);
   fs::rename(package() / "package.xml", package() / "Package.XML");
   EXPECT_EQ(findingsIn(run()).size(), 3U);  // of a package for Linux the letter case counts
   remove("tolvanix");
   write("Tolvanix.exe", "MZ");
-  write(kHelper, "MZ");
+  write(kHelperFile, "MZ");
   write("kivvalid.dll", windowsLibrary({"SPValidate", "SPFreeValidationXML"}));
   EXPECT_EQ(run().exitCode, 0);
   const ProgramResult tried = run({SAMPLE_COMPUTER, "--library", library, "--helper", helper});

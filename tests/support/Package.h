@@ -7,6 +7,9 @@
 
 namespace tolvanix::test {
 
+// The helper program's place in a package.
+inline constexpr char kHelperFile[] = "tolvanixhelper64/tolvanixhelper64.exe";
+
 class Package {
  public:
   Package();

@@ -9,9 +9,8 @@ namespace tolvanix::winapi {
 
 namespace {
 
-constexpr char kBlanks[] = " \t";
-
 std::string_view trim(std::string_view text) {
+  constexpr char kBlanks[] = " \t";
   const std::size_t first = text.find_first_not_of(kBlanks);
   if (first == std::string_view::npos) return {};
   return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
