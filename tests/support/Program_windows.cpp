@@ -5,6 +5,7 @@
 #include <process.h>
 #include <sys/stat.h>
 
+#include <cstdlib>
 #include <stdexcept>
 
 #include "support/Files.h"
@@ -47,6 +48,18 @@ class Redirection {
   int before;
 };
 
+// On a busy computer Wine fails to start about one process of 7,000, with this error and before any
+// of its code runs. A program that crashed is never run again: it leaves _doserrno as it is.
+std::intptr_t startAndWait(const std::string& program, const char* const* arguments) {
+  constexpr unsigned long kInternalError = 1359;
+  constexpr int kAttempts = 3;
+  for (int attempt = 1;; ++attempt) {
+    _doserrno = 0;
+    const std::intptr_t exitCode = _spawnv(_P_WAIT, program.c_str(), arguments);
+    if (exitCode >= 0 || _doserrno != kInternalError || attempt == kAttempts) return exitCode;
+  }
+}
+
 }  // namespace
 
 // As a C program starts others: its table of open files goes along.
@@ -62,9 +75,13 @@ ProgramResult runProgram(const std::filesystem::path& program, const Arguments& 
     const Redirection input(0, "NUL");
     const Redirection output(1, (captured / "output").string());
     const Redirection errors(2, (captured / "errors").string());
-    exitCode = _spawnv(_P_WAIT, program.string().c_str(), pointers.data());
+    exitCode = startAndWait(program.string(), pointers.data());
   }
-  if (exitCode < 0) throw std::runtime_error(program.string() + " cannot start, or crashed");
+  if (exitCode < 0) {
+    throw std::runtime_error(program.string() + " cannot start, or crashed (exit code " +
+                             std::to_string(exitCode) + ", error " + std::to_string(_doserrno) +
+                             "): " + readText(captured / "errors"));
+  }
   ProgramResult result{static_cast<int>(exitCode), readText(captured / "output"),
                        readText(captured / "errors")};
   remove(captured / "output");  // fails while another process can write there
